@@ -1,0 +1,378 @@
+#include "host/memory/PluginHost_MEMORY_Impl.h"
+
+#include "host/Numeric.h"
+#include "pixel/RasterFormats.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <stdexcept>
+
+namespace orbel {
+
+namespace {
+
+std::size_t rowSize(const RasterInfo& info) {
+    return static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bytesPerPixel);
+}
+
+void clear(const RasterInfo& info) {
+    for (int y = 0; y < info.height; ++y) {
+        std::memset(info.row(y), 0, rowSize(info));
+    }
+}
+
+void copyRows(const RasterInfo& from, const RasterInfo& to) {
+    const int rows = std::min(from.height, to.height);
+    const std::size_t bytes = std::min(rowSize(from), rowSize(to));
+    for (int y = 0; y < rows; ++y) {
+        std::memmove(to.row(y), from.row(y), bytes);
+    }
+}
+
+// The part of an image that a rectangle with exclusive right and bottom edges covers.
+RasterInfo cropped(const RasterInfo& info, const Vx_Rect& rect) {
+    const int left = std::clamp<int>(rect.left, 0, info.width);
+    const int top = std::clamp<int>(rect.top, 0, info.height);
+    RasterInfo part = info;
+    part.data = info.row(top) + static_cast<std::ptrdiff_t>(left) * info.bytesPerPixel;
+    part.width = std::clamp<int>(rect.right, left, info.width) - left;
+    part.height = std::clamp<int>(rect.bottom, top, info.height) - top;
+    return part;
+}
+
+} // namespace
+
+PluginRaster_API::PixelType PluginRaster_MEMORY_Impl::getPixelType() {
+    return convertToPixelType(m_info.pixelFormat);
+}
+
+void PluginRaster_MEMORY_Impl::releasePixels() {
+    m_image = MemoryImage();
+    m_info = RasterInfo();
+}
+
+PluginHost_MEMORY_Impl::PluginHost_MEMORY_Impl(const RasterInfo& input, const RasterInfo& output,
+                                               ParameterStore* parameters,
+                                               const MemoryHostSettings& settings)
+    : m_input(input), m_output(output), m_parameters(parameters), m_settings(settings) {}
+
+RasterInfo PluginHost_MEMORY_Impl::outputInfo() const {
+    return m_outputOverride == nullptr ? m_output : *m_outputOverride->getRasterInfoBase();
+}
+
+void PluginHost_MEMORY_Impl::fillOutput() {
+    clear(outputInfo());
+}
+
+void PluginHost_MEMORY_Impl::fill(PluginRaster_API* raster) {
+    clear(*raster->getRasterInfoBase());
+}
+
+void PluginHost_MEMORY_Impl::copyInputToOutput() {
+    copyRows(m_input, outputInfo());
+}
+
+void PluginHost_MEMORY_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination) {
+    copyRows(*source->getRasterInfoBase(), *destination->getRasterInfoBase());
+}
+
+void PluginHost_MEMORY_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
+                                  Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
+    copyRows(cropped(*source->getRasterInfoBase(), *sourceRect),
+             cropped(*destination->getRasterInfoBase(), *destinationRect));
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::getInputRaster(int /*layer*/) {
+    return new PluginRaster_MEMORY_Impl(m_input);
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::getOutputRaster() {
+    return new PluginRaster_MEMORY_Impl(outputInfo());
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::allocRaster(int width, int height, PixelType /*type*/,
+                                                      int& rowBytes, int /*flags*/) {
+    try {
+        MemoryImage image(width, height, outputInfo().pixelFormat, RowLayout{});
+        image.setPixelAspect(outputInfo().pixelAspect);
+        rowBytes = image.info().rowBytes;
+        return new PluginRaster_MEMORY_Impl(std::move(image));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    } catch (const std::invalid_argument&) {
+        return nullptr;
+    }
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::allocRaster(RasterInfo* info) {
+    return new PluginRaster_MEMORY_Impl(*info);
+}
+
+void PluginHost_MEMORY_Impl::deallocRaster(PluginRaster_API* raster) {
+    if (auto* const memory = dynamic_cast<PluginRaster_MEMORY_Impl*>(raster)) {
+        memory->releasePixels();
+    }
+}
+
+double PluginHost_MEMORY_Impl::geAspectRatio(PluginRaster_API* raster) {
+    const RasterInfo* const info = raster->getRasterInfoBase();
+    return info == nullptr ? 1.0 : static_cast<double>(info->pixelAspect);
+}
+
+void PluginHost_MEMORY_Impl::getInputRasterInfo(int /*layer*/, RasterInfo* info) {
+    *info = m_input;
+}
+
+void PluginHost_MEMORY_Impl::getOutputRasterInfo(RasterInfo* info) {
+    *info = outputInfo();
+}
+
+void PluginHost_MEMORY_Impl::getRasterInfo(PluginRaster_API* raster, RasterInfo* info) {
+    *info = *raster->getRasterInfoBase();
+}
+
+double PluginHost_MEMORY_Impl::math_sqrt(double x) {
+    return std::sqrt(x);
+}
+float PluginHost_MEMORY_Impl::math_sqrt(float x) {
+    return std::sqrt(x);
+}
+double PluginHost_MEMORY_Impl::math_floor(double x) {
+    return std::floor(x);
+}
+float PluginHost_MEMORY_Impl::math_floor(float x) {
+    return std::floor(x);
+}
+double PluginHost_MEMORY_Impl::math_exp(double x) {
+    return std::exp(x);
+}
+float PluginHost_MEMORY_Impl::math_exp(float x) {
+    return std::exp(x);
+}
+double PluginHost_MEMORY_Impl::math_atan2(double y, double x) {
+    return std::atan2(y, x);
+}
+float PluginHost_MEMORY_Impl::math_atan2(float y, float x) {
+    return std::atan2(y, x);
+}
+double PluginHost_MEMORY_Impl::math_fabs(double x) {
+    return std::fabs(x);
+}
+float PluginHost_MEMORY_Impl::math_fabs(float x) {
+    return std::fabs(x);
+}
+double PluginHost_MEMORY_Impl::math_sin(double x) {
+    return std::sin(x);
+}
+float PluginHost_MEMORY_Impl::math_sin(float x) {
+    return std::sin(x);
+}
+double PluginHost_MEMORY_Impl::math_cos(double x) {
+    return std::cos(x);
+}
+float PluginHost_MEMORY_Impl::math_cos(float x) {
+    return std::cos(x);
+}
+double PluginHost_MEMORY_Impl::math_fmod(double x, double y) {
+    return std::fmod(x, y);
+}
+float PluginHost_MEMORY_Impl::math_fmod(float x, float y) {
+    return std::fmod(x, y);
+}
+double PluginHost_MEMORY_Impl::math_pow(double x, double y) {
+    return std::pow(x, y);
+}
+float PluginHost_MEMORY_Impl::math_pow(float x, float y) {
+    return std::pow(x, y);
+}
+float PluginHost_MEMORY_Impl::math_ceil(float x) {
+    return std::ceil(x);
+}
+double PluginHost_MEMORY_Impl::math_ceil(double x) {
+    return std::ceil(x);
+}
+float PluginHost_MEMORY_Impl::math_log(float x) {
+    return std::log(x);
+}
+double PluginHost_MEMORY_Impl::math_log(double x) {
+    return std::log(x);
+}
+
+void* PluginHost_MEMORY_Impl::allocMemory(int bytes) {
+    return std::malloc(static_cast<std::size_t>(std::abs(static_cast<long>(bytes))));
+}
+
+void PluginHost_MEMORY_Impl::deallocMemory(void* memory) {
+    std::free(memory);
+}
+
+void PluginHost_MEMORY_Impl::showWarning(const char* text) {
+    if (m_warning) {
+        m_warning(text);
+    }
+}
+
+void PluginHost_MEMORY_Impl::getSourceLayerDimensions(int& width, int& height) {
+    width = m_input.width;
+    height = m_input.height;
+}
+
+int PluginHost_MEMORY_Impl::getCurrentTime() {
+    return saturateTo<int>(m_settings.ticksPerFrame * m_settings.frame);
+}
+
+void PluginHost_MEMORY_Impl::getOrigin(int& x, int& y) {
+    x = m_originX;
+    y = m_originY;
+}
+
+void PluginHost_MEMORY_Impl::setOrigin(int x, int y) {
+    m_originX = x;
+    m_originY = y;
+}
+
+int PluginHost_MEMORY_Impl::acquireSuite(const char* /*name*/, int /*version*/,
+                                         const char* /*error*/, void** /*suite*/) {
+    return 2;
+}
+
+void PluginHost_MEMORY_Impl::releaseSuite(const char* /*name*/, int /*version*/,
+                                          const char* /*error*/) {}
+
+bool PluginHost_MEMORY_Impl::read(int param, const TimeObject& time, ParameterValue& value) const {
+    return m_parameters->evaluate(param, timeToFrame(time), value);
+}
+
+int PluginHost_MEMORY_Impl::GetFloatValue(int param, int /*sub*/, const TimeObject& time,
+                                          double& value) {
+    ParameterValue read{};
+    if (!this->read(param, time, read)) {
+        return 1;
+    }
+    value = read[0];
+    return 0;
+}
+
+int PluginHost_MEMORY_Impl::GetAngleValue(int param, int sub, const TimeObject& time,
+                                          double& degrees) {
+    return GetFloatValue(param, sub, time, degrees);
+}
+
+int PluginHost_MEMORY_Impl::GetIntValue(int param, int sub, const TimeObject& time, int& value) {
+    double number = 0.0;
+    if (GetFloatValue(param, sub, time, number) != 0) {
+        return 1;
+    }
+    value = saturateTo<int>(number);
+    return 0;
+}
+
+int PluginHost_MEMORY_Impl::GetUIntValue(int param, int sub, const TimeObject& time,
+                                         unsigned& value) {
+    double number = 0.0;
+    if (GetFloatValue(param, sub, time, number) != 0) {
+        return 1;
+    }
+    value = saturateTo<unsigned>(number);
+    return 0;
+}
+
+int PluginHost_MEMORY_Impl::GetBoolValue(int param, int sub, const TimeObject& time, bool& value) {
+    int number = 0;
+    if (GetIntValue(param, sub, time, number) != 0) {
+        return 1;
+    }
+    value = number == 1;
+    return 0;
+}
+
+int PluginHost_MEMORY_Impl::GetPoint2DValue(int param, int /*sub*/, const TimeObject& time,
+                                            double& x, double& y) {
+    ParameterValue read{};
+    if (!this->read(param, time, read)) {
+        return 1;
+    }
+    x = read[0];
+    y = read[1];
+    return 0;
+}
+
+int PluginHost_MEMORY_Impl::GetColorValue(int param, int /*sub*/, const TimeObject& time, double& r,
+                                          double& g, double& b) {
+    ParameterValue read{};
+    if (!this->read(param, time, read)) {
+        return 1;
+    }
+    r = read[0];
+    g = read[1];
+    b = read[2];
+    return 0;
+}
+
+int PluginHost_MEMORY_Impl::progress(long done, long total) {
+    return m_progress ? m_progress(done, total) : 0;
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::lockTemporalRaster(double /*time*/, bool /*fieldMode*/,
+                                                             bool /*firstFieldOdd*/) {
+    return nullptr;
+}
+
+void PluginHost_MEMORY_Impl::unlockTemporalRaster(PluginRaster_API* raster) {
+    deallocRaster(raster);
+    delete raster;
+}
+
+int PluginHost_MEMORY_Impl::blend(int /*mode*/, double /*opacity1*/, double /*opacity2*/,
+                                  PluginRaster_API* /*source*/, PluginRaster_API* /*destination*/) {
+    return 1;
+}
+
+void PluginHost_MEMORY_Impl::getFullFrameInfo(double /*time*/, int height, int& fullHeight,
+                                              int& step, int& phase) {
+    fullHeight = height;
+    step = 1;
+    phase = 0;
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::checkoutLayer(int /*param*/, int /*flags*/) {
+    return nullptr;
+}
+
+PluginRaster_API* PluginHost_MEMORY_Impl::checkoutLayer(int /*param*/, double /*time*/,
+                                                        int /*flags*/) {
+    return nullptr;
+}
+
+void PluginHost_MEMORY_Impl::setFloatValue(int param, int /*sub*/, double value) {
+    m_parameters->set(param, value);
+}
+
+void PluginHost_MEMORY_Impl::setAngleValue(int param, int /*sub*/, double degrees) {
+    m_parameters->set(param, degrees);
+}
+
+void PluginHost_MEMORY_Impl::setIntValue(int param, int /*sub*/, int value) {
+    m_parameters->set(param, value);
+}
+
+void PluginHost_MEMORY_Impl::setBoolValue(int param, int /*sub*/, bool value) {
+    m_parameters->set(param, value ? 1.0 : 0.0);
+}
+
+void PluginHost_MEMORY_Impl::setEnumValue(int param, int /*sub*/, unsigned value) {
+    m_parameters->set(param, value);
+}
+
+void PluginHost_MEMORY_Impl::setPoint2DValue(int param, int /*sub*/, double x, double y) {
+    m_parameters->set(param, ParameterValue{x, y});
+}
+
+void PluginHost_MEMORY_Impl::setColorValue(int param, int /*sub*/, double r, double g, double b) {
+    m_parameters->set(param, ParameterValue{r, g, b});
+}
+
+} // namespace orbel

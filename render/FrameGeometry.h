@@ -1,0 +1,20 @@
+#pragma once
+
+#include "host/PluginHost.h"
+#include "render/Matrix4.h"
+
+namespace orbel {
+
+/// Size and render scale of the frame, taken from the host once.
+struct FrameGeometry {
+    double width;  ///< output pixels, at render scale
+    double height; ///< output pixels, at render scale
+    double scaleX;
+    double scaleY;
+    double diagonalScale; ///< length of the scale vector: sqrt(scaleX^2 + scaleY^2)
+    Vx_Vector3 centre;    ///< of the frame, in full-resolution units
+};
+
+[[nodiscard]] FrameGeometry frameGeometry(PluginHost_API* host);
+
+} // namespace orbel

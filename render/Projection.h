@@ -1,0 +1,41 @@
+#pragma once
+
+#include "host/PluginHost.h"
+#include "render/Matrix4.h"
+
+namespace orbel {
+
+/// From where the stroke is seen: the "View" menu index + 1.
+enum View : int {
+    VIEW_CAMERA = 1,
+    VIEW_FRONT = 2,
+    VIEW_LEFT = 3,
+    VIEW_TOP = 4,
+    VIEW_BACK = 5,
+    VIEW_RIGHT = 6,
+    VIEW_BOTTOM = 7,
+};
+
+/// Everything that maps a point of the flat path to the screen, the same for all points of a draw.
+struct ProjectionSetup {
+    Vx_Matrix4 viewFromPath;  ///< layer transform x inverse camera
+    double zoom;              ///< distance of the image plane
+    double horizontalAspect;  ///< factor on screen x
+    double scaleX;            ///< render scale
+    double scaleY;            ///< render scale
+    double width;             ///< of the raster, pixels
+    double height;            ///< of the raster, pixels
+    Vx_Matrix4 layerFromPath; ///< layer transform alone, for the orthographic views
+    int view;                 ///< a `View`
+    double bend;              ///< half turns that the frame's width is bent by; 0 for flat
+    int bendAroundCenter;     ///< bend in front of the frame's plane instead of around it
+    double bendAxis;          ///< radians
+};
+
+/// Bends and projects one point: in, `x` and `y` in full-resolution units and `size` a length
+/// there; out, screen position in pixels, depth along the camera's axis and the length in pixels. A
+/// point on the camera plane gives zeros everywhere.
+void project(PluginHost_API* host, double* x, double* y, double* depth, double* size,
+             const ProjectionSetup& setup);
+
+} // namespace orbel

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "render/StrokeRender.h"
+
+#include "host/RasterProxy.h"
+#include "pixel/ColourOps.h"
+#include "pixel/TransferModes.h"
+#include "render/RenderImpl.h"
+
+#include <array>
+
+namespace orbel {
+
+/// "Transfer Mode" index to the code of `TransferComposite`. Not in menu order, and the first entry
+/// is never used: kept as it stands.
+inline constexpr std::array<int, 18> xfer{2,  2,  4,  5,  6,  7,  8,  9,  23,
+                                          24, 10, 11, 12, 25, 13, 14, 15, 16};
+
+inline constexpr int MODE_LAYER_ALONE = 1; ///< "None"
+inline constexpr int MODE_NORMAL = 2;
+inline constexpr int CODE_ADD = 4;
+inline constexpr int CODE_SCREEN = 6;
+
+/// The compositing code of a mode (menu index + 1); 0, which composites nothing, for no menu entry.
+/// Float pixels are added where others are screened: meant.
+[[nodiscard]] inline int transferCode(int mode, bool floatPixels) {
+    if (mode < 1 || mode > static_cast<int>(xfer.size())) {
+        return 0;
+    }
+    const int code = xfer[static_cast<std::size_t>(mode - 1)];
+    return floatPixels && code == CODE_SCREEN ? CODE_ADD : code;
+}
+
+template<class P, class T, class W, class F, class Format>
+int compositeLayer(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host,
+                   int mode, double opacity, PluginRaster_API* input, PluginRaster_API* output) {
+    if (mode == MODE_NORMAL && host->ignoreNormalComposite()) {
+        mode = MODE_LAYER_ALONE;
+    }
+    if (mode != MODE_LAYER_ALONE) {
+        return TransferComposite<P, T, W, F, Format>(pixel, maximum, wide, single, format, host,
+                                                     transferCode(mode, P::is32Bit()), opacity, 1.0,
+                                                     output, input, output, false, false, false);
+    }
+    if (opacity != 1.0) {
+        return MultiplyAlpha<P, T, W, F, Format>(pixel, host, static_cast<float>(opacity), output);
+    }
+    return 0;
+}
+
+template<class P, class T, class W, class F, class Format>
+int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host) try {
+    const PluginRasterProxy input(host, host->getInputRaster(0), true, true);
+    const PluginRasterProxy output(host, host->getOutputRaster(), true, true);
+    if (input.getImpl() == nullptr || output.getImpl() == nullptr) {
+        return 1;
+    }
+    UnPremult<P, T, W, F, Format>(pixel, host, input.getImpl());
+    int mode = MODE_LAYER_ALONE;
+    double opacity = 1.0;
+    if (const int error =
+            Render(pixel, maximum, wide, single, format, host, mode, opacity, true, true);
+        error != 0) {
+        return error;
+    }
+    if (const int error = compositeLayer(pixel, maximum, wide, single, format, host, mode, opacity,
+                                         input.getImpl(), output.getImpl());
+        error != 0) {
+        return error;
+    }
+    Premult<P, T, W, F, Format>(pixel, host, input.getImpl());
+    Premult<P, T, W, F, Format>(pixel, host, output.getImpl());
+    return 0;
+} catch (...) {
+    return 1;
+}
+
+} // namespace orbel

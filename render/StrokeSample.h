@@ -1,0 +1,85 @@
+#pragma once
+
+#include "render/AnimatedParameters.h"
+#include "render/PathSpans.h"
+#include "render/Projection.h"
+#include "render/StrokeFrame.h"
+#include "render/StrokeWalk.h"
+
+#include <span>
+
+namespace orbel {
+
+/// The animated parameters of one sample in the units of the drawing: fractions, radians,
+/// full-resolution units.
+struct SampleValues {
+    double thickness; ///< widened by the feather
+    double feather;
+    double start;
+    double end;
+    double offset;
+    Vx_Vector3 position;
+    Vx_Vector3 rotation;
+    int instances;
+    double instanceOpacity;
+    double instanceScale;
+    double factor;
+    Vx_Vector3 displacement;
+    Vx_Vector3 instanceRotation;
+    double drawingOpacity; ///< 0..255
+    double bend;
+    double bendAxis;
+    double zClipFront;
+    double zClipBack;
+    double taperStart;
+    double taperEnd;
+    double startThickness;
+    double endThickness;
+    double startShape;
+    double endShape;
+    double globalStep;   ///< distance between stamps, output pixels along the path
+    double sampleLength; ///< target chord of the path walks, output pixels
+};
+
+[[nodiscard]] SampleValues sampleValues(const StrokeFrame& frame, const AnimatedParameters& p);
+
+/// The stretches of all outlines at one time, in memory of the host.
+class SpanTable {
+public:
+    explicit SpanTable(PluginHost_API* host) : m_host(host) {}
+    SpanTable(const SpanTable&) = delete;
+    SpanTable& operator=(const SpanTable&) = delete;
+    ~SpanTable();
+
+    /// Measures every outline of the host's path and distributes start, end and offset over them.
+    /// 0 on success, else a path's status, or 1 when there is no memory.
+    int fill(const StrokeFrame& frame, const SampleValues& values, long time);
+    [[nodiscard]] std::span<const PathInfoType> spans() const {
+        return {m_records, static_cast<std::size_t>(m_count)};
+    }
+
+private:
+    int allocate(long records);
+    int measure(const StrokeFrame& frame, const SampleValues& values, long time, long count);
+
+    PluginHost_API* m_host;
+    void* m_memory = nullptr;
+    PathInfoType* m_records = nullptr;
+    int m_count = 0;
+};
+
+/// Draws one stretch of a checked-out outline; bound to a pixel format and a raster.
+class SpanRenderer {
+public:
+    virtual int drawSpan(void* path, const BrushStroke& stroke,
+                         const ProjectionSetup& projection) = 0;
+
+protected:
+    ~SpanRenderer() = default;
+};
+
+/// Draws the stroke of one sample and its repeated copies. 0, or the first error or abort code.
+int drawSample(const StrokeFrame& frame, const AnimatedParameters& parameters, long time,
+               SpanRenderer& renderer);
+
+} // namespace orbel

@@ -1,0 +1,202 @@
+#include "render/StrokeWalk.h"
+
+#include "host/Numeric.h"
+#include "render/BezierPath.h"
+
+namespace orbel {
+
+namespace {
+
+constexpr long EVALUATIONS_PER_PROGRESS = 100;
+
+class StrokeWalk {
+public:
+    StrokeWalk(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
+               const ProjectionSetup& projection, StampSink& sink)
+        : m_host(host),
+          m_effectRef(effectRef),
+          m_path(path),
+          m_stroke(stroke),
+          m_projection(projection),
+          m_sink(sink),
+          m_step(stroke.step),
+          m_dynamic(stroke.taper.enabled != 0 && stroke.taper.stepAdjustMethod == STEP_DYNAMIC) {}
+
+    int run();
+
+private:
+    int walk();
+    bool stampChord(const ChordWalk& chords);
+    void place(double x, double y, double factor);
+    void adjustStep(double x, double y, double factor);
+    [[nodiscard]] double startFactor() const {
+        return m_stroke.taper.enabled != 0 ? m_stroke.taper.startThickness : 1.0;
+    }
+    [[nodiscard]] double endFactor() const {
+        return m_stroke.taper.enabled != 0 ? m_stroke.taper.endThickness : 1.0;
+    }
+    [[nodiscard]] bool reachedEnd() const { return m_distance > m_stroke.endDist - 0.2 * m_step; }
+    void stampVertex(long index, double factor);
+    void capEnd();
+
+    PluginHost_API* m_host;
+    void* const* m_effectRef;
+    void* m_path;
+    const BrushStroke& m_stroke;
+    const ProjectionSetup& m_projection;
+    StampSink& m_sink;
+    long m_segments = 0;
+    bool m_open = false;
+    double m_step;           // current distance between stamps
+    double m_distance = 0.0; // path distance of the chord's beginning
+    double m_lastStamp = 0.0;
+    bool m_dynamic;
+};
+
+int StrokeWalk::run() {
+    PluginPath_API* const paths = m_host->getPathAPI();
+    if (const int status = paths->PathNumSegments(m_effectRef, m_path, &m_segments); status != 0) {
+        return status;
+    }
+    if (m_segments <= 0) {
+        stampVertex(0, startFactor());
+        return 0;
+    }
+    if (const int status = paths->PathIsOpen(m_effectRef, m_path, &m_open); status != 0) {
+        return status;
+    }
+    return walk();
+}
+
+int StrokeWalk::walk() {
+    BezierSampler sampler(m_host, m_effectRef, m_path, m_segments);
+    if (!(m_stroke.startDist > 0.0) && !(m_stroke.endDist < 0.0)) {
+        const BezierSampler::Point first = sampler.at(0.0);
+        place(first.x, first.y, startFactor());
+    }
+    if (m_dynamic) {
+        m_step = m_stroke.taper.startThickness * m_stroke.step;
+        m_step = m_step < 0.5 ? 0.5 : m_step;
+    }
+    ChordWalk chords(m_host, &sampler, m_stroke.sampleLength);
+    for (;;) {
+        const ChordWalk::Trial trial = chords.tryChord();
+        if (trial == ChordWalk::Trial::Ended) {
+            break;
+        }
+        if (chords.evaluations() % EVALUATIONS_PER_PROGRESS == 0) {
+            const int abort =
+                m_host->progress(truncateTo<long>(900 * chords.parameter()), 1000 * m_segments);
+            if (abort != 0) {
+                return abort;
+            }
+        }
+        if (trial == ChordWalk::Trial::Rejected) {
+            continue;
+        }
+        const double before = m_distance;
+        if (!stampChord(chords)) {
+            break;
+        }
+        m_distance += chords.chord();
+        if (reachedEnd() || !(m_distance > before)) {
+            break;
+        }
+    }
+    capEnd();
+    return 0;
+}
+
+// Places the stamps that fall on the accepted chord; false when the stamps no longer advance.
+bool StrokeWalk::stampChord(const ChordWalk& chords) {
+    const BezierSampler::Point a = chords.begin();
+    const BezierSampler::Point b = chords.end();
+    for (;;) {
+        const double s = m_lastStamp + m_step;
+        if (!(s > m_lastStamp)) {
+            return false;
+        }
+        if (!(s > m_distance) || s > m_distance + chords.chord()) {
+            return true;
+        }
+        if (!(s < m_stroke.startDist) && !(s > m_stroke.endDist)) {
+            const double along = s - m_distance;
+            const double factor = taperFactor(m_host, m_stroke.taper, s);
+            const double x = a.x + (b.x - a.x) * along / chords.chord();
+            const double y = a.y + (b.y - a.y) * along / chords.chord();
+            place(x, y, factor);
+            adjustStep(x, y, factor);
+        }
+        m_lastStamp = s;
+        if (s >= m_stroke.endDist) {
+            return true;
+        }
+    }
+}
+
+void StrokeWalk::place(double x, double y, double factor) {
+    x /= m_projection.scaleX;
+    y /= m_projection.scaleY;
+    double radius = m_stroke.thickness * factor;
+    double z = 0.0;
+    project(m_host, &x, &y, &z, &radius, m_projection);
+    if (!(radius > 0.0 && z > m_stroke.nearZ && z < m_stroke.farZ)) {
+        return;
+    }
+    double fade = 1.0;
+    if (z > m_stroke.fadeZ) {
+        const double depth = m_stroke.farZ - m_stroke.fadeZ;
+        const double reciprocal = depth > 0.0 ? 1.0 / depth : 0.0;
+        fade = 1.0 - (z - m_stroke.fadeZ) * reciprocal;
+    }
+    m_sink.stamp({x, y, radius, m_stroke.feather, m_stroke.intensity * fade});
+}
+
+// Thin parts get closer stamps, but never closer than what shows on the screen.
+void StrokeWalk::adjustStep(double x, double y, double factor) {
+    if (!m_dynamic) {
+        return;
+    }
+    m_step = m_stroke.step * factor;
+    if (!(factor < 1.0)) {
+        return;
+    }
+    double probeX = x / m_projection.scaleX;
+    double probeY = y / m_projection.scaleY;
+    double probeZ = 0.0;
+    double probeRadius = 1.0;
+    project(m_host, &probeX, &probeY, &probeZ, &probeRadius, m_projection);
+    if (probeRadius * m_step < 0.3) {
+        m_step = 0.3 / probeRadius;
+    }
+    const bool offScreen = probeX < -10 || probeX > m_projection.width + 10 || probeY < -10 ||
+                           probeY > m_projection.height + 10 || probeZ < 0;
+    if (offScreen && m_step < 0.5) {
+        m_step = 0.5;
+    }
+}
+
+void StrokeWalk::stampVertex(long index, double factor) {
+    double x = 0.0;
+    double y = 0.0;
+    if (GetVertex(m_host, m_effectRef, m_path, index, &x, &y) == 0) {
+        place(x, y, factor);
+    }
+}
+
+// The last stamp of an open outline that is drawn to its end sits on the last anchor.
+void StrokeWalk::capEnd() {
+    if (m_stroke.endDist == m_stroke.pathLength && m_open &&
+        m_lastStamp < m_stroke.endDist - 0.2 * m_step) {
+        stampVertex(m_segments, endFactor());
+    }
+}
+
+} // namespace
+
+int walkStroke(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
+               const ProjectionSetup& projection, StampSink& sink) {
+    return StrokeWalk(host, effectRef, path, stroke, projection, sink).run();
+}
+
+} // namespace orbel
