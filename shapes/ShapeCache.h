@@ -1,0 +1,35 @@
+#pragma once
+
+#include "shapes/PathModel.h"
+#include "shapes/ShapeFile.h"
+
+#include <memory>
+#include <vector>
+
+namespace orbel {
+
+class PluginHost_API;
+
+/// One parsed and normalised shape. `name` is the key: the file's path read as format text, cut to
+/// 1023 bytes.
+struct StrokeCache {
+    char name[1024] = {};
+    PluginPath_Impl path;
+};
+
+/// Every shape that was used since the process began or the cache was flushed, oldest first.
+/// Touched only while `g_globalCritSection` is held.
+extern std::vector<std::unique_ptr<StrokeCache>> g_cacheShapes;
+
+/// The shape of the host's instance, read on its first use: a file that changes on disk keeps its
+/// old shape until the cache is flushed. An instance without a readable file has the null shape,
+/// which has no outlines. Owned by the cache, never null.
+[[nodiscard]] PluginPath_API* getSVGShape(PluginHost_API* host);
+
+/// The first entry of that name, null when there is none. The caller holds the lock.
+[[nodiscard]] StrokeCache* findStokeCache(const char* name);
+
+/// Frees every entry. Paths that `getSVGShape` has handed out are gone with them.
+void flushStrokeCache();
+
+} // namespace orbel
