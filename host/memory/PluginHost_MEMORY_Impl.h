@@ -51,13 +51,15 @@ struct MemoryHostSettings {
 };
 
 /// A host made of plain memory: one input and one output image, parameters from a store, C library
-/// maths. Lives for one render call; one object per thread.
-class PluginHost_MEMORY_Impl final : public PluginHost_API, private PluginUpdate_API {
+/// maths. Lives for one render call; one object per thread. Derive from it to answer single
+/// operations differently.
+class PluginHost_MEMORY_Impl : public PluginHost_API, private PluginUpdate_API {
 public:
     /// All three are borrowed and must outlive the host. The render works in the input's own
     /// pixels: hand out a fresh copy of the picture for every frame.
     PluginHost_MEMORY_Impl(const RasterInfo& input, const RasterInfo& output,
                            ParameterStore* parameters, const MemoryHostSettings& settings);
+    virtual ~PluginHost_MEMORY_Impl() = default;
 
     /// Asked now and then during long strokes; a non-zero answer aborts the render with that code.
     void setProgress(std::function<int(long, long)> progress) { m_progress = std::move(progress); }

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+
+namespace orbel::test {
+
+/// Linking this unit counts what `operator new` hands out and takes back, in all threads.
+class AllocationCounter {
+public:
+    /// Bytes live now; the peak starts from here.
+    static std::size_t restart();
+    /// The largest number of bytes live at once since `restart`.
+    static std::size_t peak();
+};
+
+} // namespace orbel::test

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "host/FxPlugHost.h"
+#include "host/ParameterReader.h"
+#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "params/InstanceData.h"
+
+#include <cmath>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace orbel::test {
+
+/// A host without pictures: maths, time and parameters.
+class BareHost : public PluginHost_MEMORY_Impl {
+public:
+    BareHost() : PluginHost_MEMORY_Impl(RasterInfo{}, RasterInfo{}, &parameters, {}) {}
+    ParameterStore parameters;
+};
+
+/// A host that keeps book of its rasters and warnings and can be told to fail.
+class FailingHost : public PluginHost_MEMORY_Impl {
+public:
+    FailingHost(const RasterInfo& input, const RasterInfo& output, ParameterStore* parameters,
+                const MemoryHostSettings& settings)
+        : PluginHost_MEMORY_Impl(input, output, parameters, settings) {
+        setWarning([this](const std::string& text) { warnings.push_back(text); });
+        setProgress([this](long, long) { return ++progressCalls >= abortAtCall ? 42 : 0; });
+    }
+
+    bool inputMissing = false;
+    bool outputMissing = false;
+    bool allocFails = false;
+    bool memoryFails = false;
+    bool mathsThrows = false;
+    long abortAtCall = 1L << 40; ///< `progress` answers 42 from this call on
+    long progressCalls = 0;
+    int allocated = 0;
+    std::set<PluginRaster_API*> held; ///< handed out and not yet returned
+    std::vector<std::string> warnings;
+
+    PluginRaster_API* getInputRaster(int layer) override {
+        return inputMissing ? nullptr : hold(PluginHost_MEMORY_Impl::getInputRaster(layer));
+    }
+    PluginRaster_API* getOutputRaster() override {
+        return outputMissing ? nullptr : hold(PluginHost_MEMORY_Impl::getOutputRaster());
+    }
+    using PluginHost_MEMORY_Impl::allocRaster;
+    PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
+                                  int flags) override {
+        ++allocated;
+        return allocFails ? nullptr
+                          : hold(PluginHost_MEMORY_Impl::allocRaster(width, height, type, rowBytes,
+                                                                     flags));
+    }
+    void deallocRaster(PluginRaster_API* raster) override {
+        held.erase(raster);
+        PluginHost_MEMORY_Impl::deallocRaster(raster);
+    }
+    void* allocMemory(int bytes) override {
+        return memoryFails ? nullptr : PluginHost_MEMORY_Impl::allocMemory(bytes);
+    }
+    using PluginHost_MEMORY_Impl::math_atan2;
+    double math_atan2(double y, double x) override {
+        return mathsThrows ? throw std::runtime_error("maths") : std::atan2(y, x);
+    }
+
+private:
+    PluginRaster_API* hold(PluginRaster_API* raster) {
+        held.insert(raster);
+        return raster;
+    }
+};
+
+/// The record of a host with selectors of its own; answers what it is told.
+class FakeFxPlugHost final : public FXPLUGHost, private ParameterReader {
+public:
+    std::vector<int> asked; ///< identifiers in the order in which they were read
+    std::string path;
+    int status = 0;
+
+    ParameterReader& reader() override { return *this; }
+    int readUserData(Orbel_UserData* data) override {
+        setUserDataPath(data, path.c_str());
+        return status;
+    }
+    int writeUserData(const Orbel_UserData* data) override {
+        path = data->path;
+        return status;
+    }
+    int cameraMatrix(long, long, Vx_Matrix4*, double*) override { return status; }
+
+private:
+    void readFloat(int param, double& value) override { value = ask(param); }
+    void readAngle(int param, double& degrees) override { degrees = ask(param); }
+    void readToggle(int param, bool& value) override { value = ask(param) > 0; }
+    void readMenu(int param, int& index) override { index = static_cast<int>(ask(param)); }
+    void readColor(int param, double& red, double& green, double& blue) override {
+        red = ask(param);
+        green = red + 0.25;
+        blue = red + 0.5;
+    }
+    void readPoint(int param, double& x, double& y) override {
+        x = ask(param);
+        y = x + 0.25;
+    }
+    double ask(int param) {
+        asked.push_back(param);
+        return param;
+    }
+};
+
+} // namespace orbel::test
