@@ -1,0 +1,122 @@
+#include "pixel/ColourConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace orbel {
+namespace {
+
+using Triple = std::array<float, 3>;
+using Conversion = void (*)(float, float, float, float&, float&, float&);
+
+Triple convert(Conversion conversion, const Triple& in) {
+    Triple out{-9.0F, -9.0F, -9.0F};
+    conversion(in[0], in[1], in[2], out[0], out[1], out[2]);
+    return out;
+}
+
+void expectTable(Conversion conversion, const std::vector<std::array<Triple, 2>>& table,
+                 float tolerance) {
+    for (const auto& [in, expected] : table) {
+        SCOPED_TRACE(testing::PrintToString(in));
+        const Triple out = convert(conversion, in);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(out[i], expected[i], tolerance) << i;
+        }
+    }
+}
+
+TEST(ColourConversion, Extremes) {
+    EXPECT_EQ(max3(1.0F, 3.0F, 2.0F), 3.0F);
+    EXPECT_EQ(min3(2.0F, 3.0F, 1.0F), 1.0F);
+}
+
+TEST(ColourConversion, LumaModel) {
+    expectTable(rgb2hsl,
+                {{{{0, 0, 0}, {0, 0, 0}}},
+                 {{{0.00005F, 0, 0}, {0, 0, 0}}},
+                 {{{0.5F, 0.5F, 0.5F}, {0, 0, 0.5F}}},
+                 {{{1, 0, 0}, {0, 1, 0.299F}}},
+                 {{{0, 1, 0}, {2, 1, 0.587F}}},
+                 {{{0, 0, 1}, {4, 1, 0.114F}}},
+                 {{{1, 0, 0.5F}, {5.5F, 1, 0.356F}}},
+                 // mx + mn below 1: the first denominator
+                 {{{0.5F, 0.25F, 0.25F}, {0, 1.0F / 3, 0.32475F}}},
+                 // otherwise 2 - delta, so that light colours come out less saturated than usual
+                 {{{1, 0.75F, 0.75F}, {0, 0.25F / 1.75F, 0.82475F}}}},
+                1e-5F);
+}
+
+TEST(ColourConversion, LumaModelBack) {
+    expectTable(hsl2rgb,
+                {{{{0, 1, 0.299F}, {1, 0, 0}}},
+                 {{{1, 1, 0.886F}, {1, 1, 0}}},
+                 {{{2.5F, 1, 0.644F}, {0, 1, 0.5F}}},
+                 {{{3.5F, 1, 0.4075F}, {0, 0.5F, 1}}},
+                 {{{4.5F, 1, 0.2635F}, {0.5F, 0, 1}}},
+                 {{{5.5F, 1, 0.356F}, {1, 0, 0.5F}}},
+                 {{{0, 0, 0.25F}, {0.25F, 0.25F, 0.25F}}},
+                 // sextant 6 counts as the last one, with no fraction
+                 {{{6, 1, 0.413F}, {1, 0, 1}}}},
+                1e-5F);
+}
+
+TEST(ColourConversion, LumaIsKept) {
+    for (float h = 0.0F; h < 6.0F; h += 0.37F) {
+        for (float l = 0.0F; l <= 1.0F; l += 0.125F) {
+            const Triple rgb = convert(hsl2rgb, {h, 0.8F, l});
+            EXPECT_NEAR(0.299F * rgb[0] + 0.587F * rgb[1] + 0.114F * rgb[2], l, 1e-5F);
+        }
+    }
+}
+
+TEST(ColourConversion, ValueModel) {
+    expectTable(RGB_to_HSL,
+                {{{{0, 0, 1}, {240, 100, 1}}},
+                 {{{1, 0, 0}, {0, 100, 1}}},
+                 {{{0, 0.5F, 0}, {120, 100, 0.5F}}},
+                 {{{0.5F, 0.5F, 0.5F}, {0, 0, 0.5F}}},
+                 {{{0, 0, 0}, {0, 0, 0}}},
+                 {{{1, 0, 0.5F}, {330, 100, 1}}},
+                 {{{0.8F, 0.4F, 0.4F}, {0, 50, 0.8F}}}},
+                1e-4F);
+}
+
+TEST(ColourConversion, ValueModelBack) {
+    expectTable(HSL_to_RGB,
+                {{{{0, 1, 1}, {1, 0, 0}}},
+                 {{{30, 1, 1}, {1, 0.5F, 0}}},
+                 {{{60, 1, 1}, {1, 1, 0}}},
+                 {{{90, 1, 1}, {0.5F, 1, 0}}},
+                 {{{150, 1, 1}, {0, 1, 0.5F}}},
+                 {{{210, 1, 1}, {0, 0.5F, 1}}},
+                 {{{270, 1, 1}, {0.5F, 0, 1}}},
+                 {{{330, 1, 1}, {1, 0, 0.5F}}},
+                 {{{200, 0, 0.3F}, {0.3F, 0.3F, 0.3F}}},
+                 {{{0, 0.5F, 0.8F}, {0.8F, 0.4F, 0.4F}}},
+                 // negative and NaN: nothing is written
+                 {{{-1, 1, 1}, {-9, -9, -9}}},
+                 {{{std::nanf(""), 1, 1}, {-9, -9, -9}}}},
+                1e-6F);
+}
+
+TEST(ColourConversion, WildInputIsHarmless) {
+    const float infinity = std::numeric_limits<float>::infinity();
+    const std::array wild{std::nanf(""), infinity, -infinity, 1e30F, -1e30F, -0.5F, 0.0F, 1.0F};
+    for (const float a : wild) {
+        for (const float b : wild) {
+            for (const float c : wild) {
+                for (const auto conversion : {rgb2hsl, hsl2rgb, RGB_to_HSL, HSL_to_RGB}) {
+                    EXPECT_NO_FATAL_FAILURE(convert(conversion, {a, b, c}));
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace orbel
