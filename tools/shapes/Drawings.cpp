@@ -1,0 +1,16 @@
+#include "tools/shapes/Drawings.h"
+
+namespace orbel::artwork {
+
+std::vector<Drawing> allDrawings() {
+    std::vector<Drawing> all;
+    for (const auto& family : {basicDrawings}) {
+        for (Drawing& drawing : family()) {
+            fitToSheet(&drawing);
+            all.push_back(std::move(drawing));
+        }
+    }
+    return all;
+}
+
+} // namespace orbel::artwork
