@@ -114,7 +114,7 @@ void readComponent(const AVFrame& frame, int component, int channel, bool limite
     const int strides[4] = {frame.linesize[0], frame.linesize[1], frame.linesize[2],
                             frame.linesize[3]};
     std::vector<std::uint16_t> line(static_cast<std::size_t>(frame.width));
-    std::size_t out = static_cast<std::size_t>(channel);
+    auto out = static_cast<std::size_t>(channel);
     for (int y = 0; y < frame.height; ++y) {
         av_read_image_line2(line.data(), planes, strides, &format, 0, y, component, frame.width, 0,
                             2);
@@ -136,7 +136,7 @@ template<typename T>
 Picture readByComponent(const AVFrame& frame) {
     const AVPixFmtDescriptor& format = descriptor(formatOf(frame));
     Picture picture = makePicture<T>(frame.width, frame.height, formatHasAlpha(formatOf(frame)));
-    std::vector<T>& pixels = std::get<std::vector<T>>(picture.components);
+    auto& pixels = std::get<std::vector<T>>(picture.components);
     const bool limitedRange =
         isGrey(format) && frame.color_range == AVCOL_RANGE_MPEG && format.comp[0].depth >= 8;
     for (int channel = 0; channel < 4; ++channel) {
@@ -170,7 +170,7 @@ Picture readFloats(const AVFrame& frame) {
             continue;
         }
         const AVComponentDescriptor& place = format.comp[component];
-        std::size_t out = static_cast<std::size_t>(channel);
+        auto out = static_cast<std::size_t>(channel);
         for (int y = 0; y < frame.height; ++y) {
             const uint8_t* in = frame.data[place.plane] +
                                 static_cast<std::ptrdiff_t>(y) * frame.linesize[place.plane] +
@@ -186,7 +186,7 @@ Picture readFloats(const AVFrame& frame) {
 template<typename T>
 Picture copyRows(const AVFrame& frame, bool hasAlpha) {
     Picture picture = makePicture<T>(frame.width, frame.height, hasAlpha);
-    std::vector<T>& pixels = std::get<std::vector<T>>(picture.components);
+    auto& pixels = std::get<std::vector<T>>(picture.components);
     const std::size_t rowLength = componentCount(frame.width, 1);
     for (int y = 0; y < frame.height; ++y) {
         std::memcpy(pixels.data() + static_cast<std::size_t>(y) * rowLength,
@@ -234,7 +234,7 @@ bool isFullRange(const AVFrame& frame) {
 
 template<typename T>
 void unpremultiply(Picture& picture) {
-    std::vector<T>& pixels = std::get<std::vector<T>>(picture.components);
+    auto& pixels = std::get<std::vector<T>>(picture.components);
     for (std::size_t i = 0; i + 3 < pixels.size(); i += 4) {
         const double alpha = static_cast<double>(pixels[i + 3]) / componentMax<T>;
         for (std::size_t c = i; c < i + 3; ++c) {

@@ -33,7 +33,7 @@ std::string trimmed(std::string text) {
 } // namespace
 
 FramePtr makeFrame(AVPixelFormat format, int width, int height) {
-    FramePtr frame = owned<FramePtr>(av_frame_alloc());
+    auto frame = owned<FramePtr>(av_frame_alloc());
     frame->format = format;
     frame->width = width;
     frame->height = height;

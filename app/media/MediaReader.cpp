@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace orbel::app {
 
@@ -15,7 +16,7 @@ namespace {
 
 /// Decodes the one frame of an opened picture file.
 Picture decodeStill(VideoDecoder& decoder, const FrameOrigin& origin, double& pixelAspect) {
-    const libav::FramePtr frame = libav::owned<libav::FramePtr>(av_frame_alloc());
+    const auto frame = libav::owned<libav::FramePtr>(av_frame_alloc());
     const int code = decoder.next(*frame);
     if (code == 0) {
         throw MediaError(origin.file, origin.place, "the picture is cut short", "write it again");
@@ -52,8 +53,8 @@ private:
 
 class SequenceReader final : public MediaReader {
 public:
-    SequenceReader(const std::string& path, const SequencePattern& pattern, int threads)
-        : m_path(path), m_pattern(pattern), m_threads(threads) {
+    SequenceReader(std::string path, SequencePattern pattern, int threads)
+        : m_path(std::move(path)), m_pattern(std::move(pattern)), m_threads(threads) {
         findNumbers();
         m_properties.kind = MediaKind::Sequence;
         m_properties.frameCount = m_last - m_first + 1;
@@ -122,9 +123,9 @@ private:
 std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads) {
     std::error_code error;
     if (!std::filesystem::exists(path, error) && path.find('%') != std::string::npos) {
-        const SequencePattern pattern(path);
+        SequencePattern pattern(path);
         if (pattern.isNumbered()) {
-            return std::make_unique<SequenceReader>(path, pattern, threads);
+            return std::make_unique<SequenceReader>(path, std::move(pattern), threads);
         }
     }
     auto decoder = std::make_unique<VideoDecoder>(path, threads);

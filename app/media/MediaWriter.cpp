@@ -33,7 +33,7 @@ bool writeWhole(const std::string& path, const AVPacket& packet) {
     if (file == nullptr) {
         return false;
     }
-    const std::size_t size = static_cast<std::size_t>(packet.size);
+    const auto size = static_cast<std::size_t>(packet.size);
     const bool written = std::fwrite(packet.data, 1, size, file.get()) == size;
     return std::fclose(file.release()) == 0 && written;
 }
@@ -46,6 +46,8 @@ public:
           m_encoder(path, spec, target),
           m_packet(libav::owned<libav::PacketPtr>(av_packet_alloc())) {}
 
+    PictureWriter(const PictureWriter&) = delete;
+    PictureWriter& operator=(const PictureWriter&) = delete;
     ~PictureWriter() override {
         try {
             finish();
@@ -123,6 +125,8 @@ public:
         openFile(target.kind);
     }
 
+    FilmWriter(const FilmWriter&) = delete;
+    FilmWriter& operator=(const FilmWriter&) = delete;
     ~FilmWriter() override {
         try {
             finish();

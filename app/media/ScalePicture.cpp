@@ -30,7 +30,7 @@ Plane<T> makePlane(int width, int height) {
 
 libav::FramePtr toFrame(const Plane<std::uint16_t>& plane) {
     libav::FramePtr frame = libav::makeFrame(AV_PIX_FMT_GRAY16, plane.width, plane.height);
-    const std::size_t rowLength = static_cast<std::size_t>(plane.width);
+    const auto rowLength = static_cast<std::size_t>(plane.width);
     for (int y = 0; y < plane.height; ++y) {
         std::memcpy(frame->data[0] + static_cast<std::ptrdiff_t>(y) * frame->linesize[0],
                     plane.values.data() + static_cast<std::size_t>(y) * rowLength,
@@ -41,7 +41,7 @@ libav::FramePtr toFrame(const Plane<std::uint16_t>& plane) {
 
 Plane<std::uint16_t> fromFrame(const AVFrame& frame) {
     Plane<std::uint16_t> plane = makePlane<std::uint16_t>(frame.width, frame.height);
-    const std::size_t rowLength = static_cast<std::size_t>(plane.width);
+    const auto rowLength = static_cast<std::size_t>(plane.width);
     for (int y = 0; y < plane.height; ++y) {
         std::memcpy(plane.values.data() + static_cast<std::size_t>(y) * rowLength,
                     frame.data[0] + static_cast<std::ptrdiff_t>(y) * frame.linesize[0],
