@@ -1,0 +1,36 @@
+#pragma once
+
+#include "app/ScenePlan.h"
+#include "host/memory/MemoryImage.h"
+
+#include <string>
+#include <vector>
+
+namespace orbel::golden {
+
+/// The frames of a golden scene, rows top-down, tightly packed, in the scene's own format.
+struct Frames {
+    RasterFormat format = RF_RGBA8;
+    app::FrameSize size;
+    long first = 0;
+    std::vector<std::string> bytes; ///< one for each frame
+};
+
+/// The golden scenes by name, sorted.
+[[nodiscard]] std::vector<std::string> sceneNames();
+
+/// Renders a scene. Throws `std::runtime_error` with the scene's problems.
+[[nodiscard]] Frames render(const std::string& scene);
+
+/// The stored frames; as many as `like` has, in the same layout. Fewer when the file is shorter.
+[[nodiscard]] Frames stored(const std::string& scene, const Frames& like);
+
+/// Replaces the stored frames. Throws `std::runtime_error` when they cannot be written.
+void store(const std::string& scene, const Frames& frames);
+
+/// Writes a frame as expected, as rendered and their difference (amplified, alpha shown as opaque)
+/// and returns the folder.
+std::string writeDifference(const std::string& scene, const Frames& expected, const Frames& actual,
+                            std::size_t index);
+
+} // namespace orbel::golden
