@@ -80,12 +80,8 @@ TEST_F(BezierPath, withoutSegmentsEverythingIsAtTheFirstVertex) {
         EXPECT_EQ(at(point, 0, t), std::make_pair(12.0, 34.0));
     }
     EXPECT_EQ(length(point, 1.0), 0.0);
-}
-
-TEST_F(BezierPath, hostileParametersDoNoHarm) {
-    const auto line = polyline({{0, 0}, {90, 0}}, true);
-    for (const double t : {NOT_A_NUMBER, INFINITE, -INFINITE, 1e300, -1e300, -7.5}) {
-        at(line, 1, t);
+    for (const double t : {NOT_A_NUMBER, INFINITE, -INFINITE, 1e300, -1e300}) {
+        at(polyline({{0, 0}, {90, 0}}, true), 1, t); // does no harm
     }
 }
 

@@ -86,19 +86,5 @@ TEST_F(Camera, isReadAtTheTimeAskedEvenBeforeTheFirstFrame) {
     EXPECT_EQ(camera(true, 500).m[3][2], -150.0);
 }
 
-// A host camera is used only where the user can choose it, which no host offers.
-TEST_F(Camera, aHostCameraIsNotAskedUnlessChosen) {
-    struct Host final : test::BareHost {
-        test::FakeFxPlugHost record;
-        FXPLUGHost* getFXPLUGHost() override { return &record; }
-        bool hasCamera() override { return true; }
-    } host;
-    const RenderArguments args;
-    Vx_Matrix4 matrix;
-    FrameGeometry frame = frameGeometry(&host);
-    EXPECT_EQ(UGetCameraMatrix(&host, &args, &matrix, &m_zoom, 0, 3000, frame), 0);
-    EXPECT_EQ(m_zoom, 355.6);
-}
-
 } // namespace
 } // namespace orbel

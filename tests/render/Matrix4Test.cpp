@@ -30,6 +30,12 @@ void expectNear(const Point& actual, const Point& expected) {
     }
 }
 
+void expectIdentity(const Vx_Matrix4& matrix) {
+    for (int i = 0; i < 16; ++i) {
+        EXPECT_NEAR(matrix.m[i / 4][i % 4], i % 5 == 0 ? 1.0 : 0.0, 1e-11) << i;
+    }
+}
+
 class Matrix4 : public testing::Test {
 protected:
     Vx_Matrix4 transform(const Vx_Vector3& anchor, const Vx_Vector3& translation,
@@ -80,11 +86,7 @@ TEST_F(Matrix4, inverseUndoesEveryTransform) {
             Vx_Matrix4 product;
             InverseMatrix4(&matrix, &product);
             MultiplyMatrix4(&product, &matrix, &product);
-            for (int i = 0; i < 4; ++i) {
-                for (int j = 0; j < 4; ++j) {
-                    EXPECT_NEAR(product.m[i][j], i == j ? 1.0 : 0.0, 1e-11);
-                }
-            }
+            expectIdentity(product);
         }
     }
 }
@@ -95,11 +97,7 @@ TEST_F(Matrix4, inverseOfAFullMatrixAndOfASingularOne) {
     InverseMatrix4(&inverse, &inverse); // in place
     Vx_Matrix4 product;
     MultiplyMatrix4(&full, &inverse, &product);
-    for (int i = 0; i < 4; ++i) {
-        for (int j = 0; j < 4; ++j) {
-            EXPECT_NEAR(product.m[i][j], i == j ? 1.0 : 0.0, 1e-14);
-        }
-    }
+    expectIdentity(product);
     const Vx_Matrix4 singular{};
     InverseMatrix4(&singular, &inverse);
     EXPECT_FALSE(std::isfinite(inverse.m[0][0]));

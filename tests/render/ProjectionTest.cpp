@@ -61,40 +61,27 @@ TEST(Projection, everyViewHasItsAxes) {
     }
 }
 
-TEST(Projection, aspectStretchesScreenXOnly) {
-    ProjectionSetup setup = setupFor(VIEW_CAMERA);
-    setup.horizontalAspect = 1.5;
-    const Projected p = projected(42, 34, setup);
-    EXPECT_DOUBLE_EQ(p.x, 47);
-    EXPECT_DOUBLE_EQ(p.y, 29);
-    EXPECT_DOUBLE_EQ(p.size, 2);
-}
-
-TEST(Projection, anOddSizeHasItsMiddleOnHalfAPixel) {
-    ProjectionSetup setup = setupFor(VIEW_CAMERA);
-    setup.width = 65;
-    setup.height = 49;
-    const Projected p = projected(32, 24, setup);
-    EXPECT_EQ(p.x, 32.5);
-    EXPECT_EQ(p.y, 24.5);
-}
-
-TEST(Projection, aPointOnTheCameraPlaneVanishes) {
-    ProjectionSetup setup = setupFor(VIEW_CAMERA);
-    setup.viewFromPath = translation(-32, -24, 0);
-    const Projected p = projected(42, 34, setup);
-    EXPECT_EQ(p.x, 0.0);
-    EXPECT_EQ(p.y, 0.0);
-    EXPECT_EQ(p.depth, 0.0);
-    EXPECT_EQ(p.size, 0.0);
-}
-
-TEST(Projection, behindTheCameraSizesAreNegative) {
-    ProjectionSetup setup = setupFor(VIEW_CAMERA);
-    setup.viewFromPath = translation(-32, -24, -100);
-    const Projected p = projected(42, 34, setup);
-    EXPECT_LT(p.depth, 0.0);
-    EXPECT_LT(p.size, 0.0);
+TEST(Projection, theCameraDividesByDepth) {
+    struct Row {
+        double aspect;
+        double width; // an odd size has its middle on half a pixel
+        double z;
+        Projected expected;
+    };
+    const Row rows[] = {{1, 64, 100, {42, 29, 100, 2}},   {1.5, 64, 100, {47, 29, 100, 2}},
+                        {1, 65, 100, {42.5, 29, 100, 2}}, {1, 64, 200, {37, 26.5, 200, 1}},
+                        {1, 64, 0, {0, 0, 0, 0}},         {1, 64, -100, {22, 19, -100, -2}}};
+    for (const Row& row : rows) {
+        ProjectionSetup setup = setupFor(VIEW_CAMERA);
+        setup.viewFromPath = translation(-32, -24, row.z);
+        setup.horizontalAspect = row.aspect;
+        setup.width = row.width;
+        const Projected p = projected(42, 34, setup);
+        EXPECT_DOUBLE_EQ(p.x, row.expected.x) << row.z;
+        EXPECT_DOUBLE_EQ(p.y, row.expected.y) << row.z;
+        EXPECT_DOUBLE_EQ(p.depth, row.expected.depth) << row.z;
+        EXPECT_DOUBLE_EQ(p.size, row.expected.size) << row.z;
+    }
 }
 
 TEST(Projection, bendRollsThePlaneAroundACylinder) {

@@ -115,17 +115,6 @@ TEST_F(StrokeFrameTest, onlyTheEndsOfTheShutterAreCompared) {
     EXPECT_FALSE(plan().blur);
 }
 
-TEST_F(StrokeFrameTest, sequentialStrokesNeitherLoopNorSqueeze) {
-    for (const double sequential : {0.0, 1.0}) {
-        m_scene.set(PARAM_STROKE_SEQUENTIALLY, sequential).set(PARAM_LOOP, 1);
-        const test::Frame images(m_scene);
-        test::PlainHost host(&m_scene, images);
-        const StrokeFrame frame(&host);
-        EXPECT_EQ(frame.loop, sequential == 0.0);
-        EXPECT_EQ(frame.compressToFit, sequential == 0.0);
-    }
-}
-
 TEST_F(StrokeFrameTest, drawsNothingOnlyWhenNoSampleCould) {
     struct Row {
         double start;

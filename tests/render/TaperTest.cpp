@@ -52,27 +52,18 @@ TEST(Taper, stretchesOfNoLengthDoNotTaper) {
     }
 }
 
-TEST(Taper, theStartRulesWhereBothOverlap) {
+TEST(Taper, atItsEdges) {
     test::BareHost host;
     TaperStruct t = taper();
-    t.startTaperEnd = 90;
-    EXPECT_DOUBLE_EQ(taperFactor(&host, t, 70), 0.5 * 0.25 + 0.75);
-}
-
-TEST(Taper, switchedOffIsFullThickness) {
-    test::BareHost host;
-    TaperStruct t = taper();
-    t.enabled = 0;
-    EXPECT_EQ(taperFactor(&host, t, 10), 1.0);
-}
-
-TEST(Taper, beyondItsEndsItExtrapolatesAndFractionalPowersGiveNaN) {
-    test::BareHost host;
-    TaperStruct t = taper();
-    EXPECT_DOUBLE_EQ(taperFactor(&host, t, 0), 0.25);
+    EXPECT_DOUBLE_EQ(taperFactor(&host, t, 0), 0.25); // beyond its ends it goes on
     EXPECT_DOUBLE_EQ(taperFactor(&host, t, 120), -0.125);
     t.startShape = 0.5;
     EXPECT_TRUE(std::isnan(taperFactor(&host, t, 0)));
+    t.startShape = 1.0;
+    t.startTaperEnd = 90; // where both overlap the start rules
+    EXPECT_DOUBLE_EQ(taperFactor(&host, t, 70), 0.5 * 0.25 + 0.75);
+    t.enabled = 0;
+    EXPECT_EQ(taperFactor(&host, t, 10), 1.0);
 }
 
 } // namespace
