@@ -1,0 +1,414 @@
+#include "tests/fxplug/StandInProject.h"
+
+#include <cmath>
+#include <cstdio>
+#include <numbers>
+
+namespace orbel::fxtest {
+
+namespace {
+
+NSString* key(UInt32 param, const char* what) {
+    return [NSString stringWithFormat:@"%u %s", param, what];
+}
+
+} // namespace
+
+ParameterValue toHost(ValueKind kind, const ParameterValue& value) {
+    if (kind == ValueKind::Angle) {
+        return {value[0] * std::numbers::pi / 180.0};
+    }
+    if (kind == ValueKind::Point && manners().kind == 1) {
+        return {value[0], 1.0 - value[1]};
+    }
+    return value;
+}
+
+Project::~Project() {
+    for (auto& [param, declared] : parameters) {
+        [static_cast<id>(declared.custom) release];
+    }
+}
+
+void Project::declare(UInt32 param, ValueKind kind, FxParameterFlags flags,
+                      const ParameterValue& value, const std::string& line) {
+    declarations.push_back(line);
+    parameters[param] = {kind, flags, nil};
+    if (kind != ValueKind::Group) {
+        values.set(static_cast<int>(param), toHost(kind, value));
+    }
+}
+
+void Project::setTrack(int param, std::vector<Keyframe> keys) {
+    for (Keyframe& entry : keys) {
+        entry.value = toHost(parameters.at(static_cast<UInt32>(param)).kind, entry.value);
+    }
+    values.setKeys(param, std::move(keys));
+}
+
+void Project::setCustom(UInt32 param, id<NSCoding> value) {
+    id& held = reinterpret_cast<id&>(parameters.at(param).custom);
+    [static_cast<id>(value) retain];
+    [held release];
+    held = value;
+}
+
+bool Project::mayAccess() {
+    const bool open = hostIsCalling || openActions > 0;
+    strayAccesses += open ? 0 : 1;
+    return open;
+}
+
+bool Project::read(UInt32 param, double time, ParameterValue& value) {
+    return mayAccess() && parameters.contains(param) &&
+           values.evaluate(static_cast<int>(param), time, value);
+}
+
+bool Project::write(UInt32 param, double time, const ParameterValue& value, const char* kind) {
+    char line[80];
+    std::snprintf(line, sizeof line, "%s %u at %g: %g", kind, param, time, value[0]);
+    log.push_back(line);
+    if (!mayAccess() || !parameters.contains(param)) {
+        return false;
+    }
+    values.set(static_cast<int>(param), value);
+    return true;
+}
+
+NSData* Project::save() const {
+    NSMutableData* const data = [NSMutableData data];
+    NSKeyedArchiver* const archiver =
+        [[[NSKeyedArchiver alloc] initForWritingWithMutableData:data] autorelease];
+    for (const auto& [param, declared] : parameters) {
+        [archiver encodeInt:static_cast<int>(declared.flags) forKey:key(param, "flags")];
+        if (declared.kind == ValueKind::Custom) {
+            [archiver encodeObject:static_cast<id>(declared.custom) forKey:key(param, "custom")];
+        }
+        ParameterValue value{};
+        values.evaluate(static_cast<int>(param), 0.0, value);
+        for (const char* const part : {"0", "1", "2"}) {
+            [archiver encodeDouble:value[static_cast<std::size_t>(*part - '0')]
+                            forKey:key(param, part)];
+        }
+    }
+    [archiver finishEncoding];
+    return data;
+}
+
+void Project::reopen(NSData* archive) {
+    NSKeyedUnarchiver* const reader =
+        [[[NSKeyedUnarchiver alloc] initForReadingWithData:archive] autorelease];
+    for (auto& [param, declared] : parameters) {
+        declared.flags =
+            static_cast<FxParameterFlags>([reader decodeIntForKey:key(param, "flags")]);
+        if (declared.kind == ValueKind::Custom) {
+            setCustom(param, [reader decodeObjectForKey:key(param, "custom")]);
+        }
+        ParameterValue value{};
+        for (const char* const part : {"0", "1", "2"}) {
+            value[static_cast<std::size_t>(*part - '0')] =
+                [reader decodeDoubleForKey:key(param, part)];
+        }
+        values.set(static_cast<int>(param), value);
+    }
+}
+
+} // namespace orbel::fxtest
+
+using namespace orbel;
+using namespace orbel::fxtest;
+
+namespace {
+
+std::string line(const char* kind, NSString* name, UInt32 param, const std::string& rest,
+                 FxParameterFlags flags) {
+    return std::string(kind) + " " + std::to_string(param) + " \"" + [name UTF8String] + "\"" +
+           rest + " flags " + std::to_string(flags);
+}
+
+std::string numbers(std::initializer_list<double> list) {
+    std::string text;
+    for (const double number : list) {
+        char one[32];
+        std::snprintf(one, sizeof one, " %.17g", number);
+        text += one;
+    }
+    return text;
+}
+
+} // namespace
+
+@implementation StandInApi
+
+- (id)initWithProject:(Project*)aProject {
+    self = [super init];
+    project = aProject;
+    return self;
+}
+
+// --- Creation ---
+
+- (BOOL)addFloatSliderWithName:(NSString*)name
+                        parmId:(UInt32)parmId
+                  defaultValue:(double)defaultValue
+                  parameterMin:(double)min
+                  parameterMax:(double)max
+                     sliderMin:(double)sliderMin
+                     sliderMax:(double)sliderMax
+                         delta:(double)delta
+                     parmFlags:(FxParameterFlags)flags {
+    const std::string rest = numbers({defaultValue, min, max, sliderMin, sliderMax, delta});
+    project->declare(parmId, ValueKind::Float, flags, {defaultValue},
+                     line("float", name, parmId, rest, flags));
+    return YES;
+}
+
+- (BOOL)addToggleButtonWithName:(NSString*)name
+                         parmId:(UInt32)parmId
+                   defaultValue:(BOOL)defaultValue
+                      parmFlags:(FxParameterFlags)flags {
+    const double value = defaultValue;
+    project->declare(parmId, ValueKind::Toggle, flags, {value},
+                     line("toggle", name, parmId, numbers({value}), flags));
+    return YES;
+}
+
+- (BOOL)addAngleSliderWithName:(NSString*)name
+                        parmId:(UInt32)parmId
+                  defaultValue:(double)defaultValue
+                  parameterMin:(double)min
+                  parameterMax:(double)max
+                     parmFlags:(FxParameterFlags)flags {
+    project->declare(parmId, ValueKind::Angle, flags, {defaultValue},
+                     line("angle", name, parmId, numbers({defaultValue, min, max}), flags));
+    return YES;
+}
+
+- (BOOL)addColorParameterWithName:(NSString*)name
+                           parmId:(UInt32)parmId
+                       defaultRed:(double)red
+                     defaultGreen:(double)green
+                      defaultBlue:(double)blue
+                        parmFlags:(FxParameterFlags)flags {
+    project->declare(parmId, ValueKind::Color, flags, {red, green, blue},
+                     line("color", name, parmId, numbers({red, green, blue}), flags));
+    return YES;
+}
+
+- (BOOL)addPointParameterWithName:(NSString*)name
+                           parmId:(UInt32)parmId
+                         defaultX:(double)x
+                         defaultY:(double)y
+                        parmFlags:(FxParameterFlags)flags {
+    project->declare(parmId, ValueKind::Point, flags, {x, y},
+                     line("point", name, parmId, numbers({x, y}), flags));
+    return YES;
+}
+
+- (BOOL)addPopupMenuWithName:(NSString*)name
+                      parmId:(UInt32)parmId
+                defaultValue:(UInt32)defaultValue
+                 menuEntries:(NSArray*)entries
+                   parmFlags:(FxParameterFlags)flags {
+    std::string rest = " " + std::to_string(defaultValue);
+    for (NSUInteger i = 0; i < [entries count]; ++i) {
+        rest += std::string("|") + [[entries objectAtIndex:i] UTF8String];
+    }
+    project->declare(parmId, ValueKind::Menu, flags, {static_cast<double>(defaultValue)},
+                     line("menu", name, parmId, rest, flags));
+    return YES;
+}
+
+- (BOOL)addCustomParameterWithName:(NSString*)name
+                            parmId:(UInt32)parmId
+                      defaultValue:(id<NSCoding>)defaultValue
+                         parmFlags:(FxParameterFlags)flags {
+    const std::string rest = std::string(" ") + [NSStringFromClass([static_cast<id>(defaultValue)
+                                                    class]) UTF8String];
+    project->declare(parmId, ValueKind::Custom, flags, {},
+                     line("custom", name, parmId, rest, flags));
+    project->setCustom(parmId, defaultValue);
+    return YES;
+}
+
+- (BOOL)startParameterSubGroup:(NSString*)name
+                        parmId:(UInt32)parmId
+                     parmFlags:(FxParameterFlags)flags {
+    project->declare(parmId, ValueKind::Group, flags, {}, line("group", name, parmId, "", flags));
+    return YES;
+}
+
+- (BOOL)endParameterSubGroup {
+    project->declarations.push_back("end");
+    return YES;
+}
+
+// --- Retrieval ---
+
+- (BOOL)getFloatValue:(double*)value fromParm:(UInt32)parmId atTime:(double)time {
+    ParameterValue read{};
+    const bool known = project->read(parmId, time, read);
+    *value = known ? read[0] : *value;
+    return known ? YES : NO;
+}
+
+- (BOOL)getIntValue:(int*)value fromParm:(UInt32)parmId atTime:(double)time {
+    ParameterValue read{};
+    const bool known = project->read(parmId, time, read);
+    *value = known ? static_cast<int>(read[0]) : *value;
+    return known ? YES : NO;
+}
+
+- (BOOL)getBoolValue:(BOOL*)value fromParm:(UInt32)parmId atTime:(double)time {
+    ParameterValue read{};
+    const bool known = project->read(parmId, time, read);
+    *value = known ? static_cast<BOOL>(read[0]) : *value;
+    return known ? YES : NO;
+}
+
+- (BOOL)getRedValue:(double*)red
+         GreenValue:(double*)green
+          BlueValue:(double*)blue
+           fromParm:(UInt32)parmId
+             atTime:(double)time {
+    ParameterValue read{};
+    if (!project->read(parmId, time, read)) {
+        return NO;
+    }
+    *red = read[0];
+    *green = read[1];
+    *blue = read[2];
+    return YES;
+}
+
+- (BOOL)getXValue:(double*)x YValue:(double*)y fromParm:(UInt32)parmId atTime:(double)time {
+    ParameterValue read{};
+    if (!project->read(parmId, time, read)) {
+        return NO;
+    }
+    *x = read[0];
+    *y = read[1];
+    return YES;
+}
+
+- (BOOL)getBitmap:(FxBitmap**)image
+     layerOffsetX:(double*)offsetX
+     layerOffsetY:(double*)offsetY
+      requestInfo:(FxRenderInfo)info
+         fromParm:(UInt32)parmId
+           atTime:(double)time {
+    static_cast<void>(info);
+    *offsetX = 0.0;
+    *offsetY = 0.0;
+    *image = project->layer ? project->layer(parmId, time) : nil;
+    return *image != nil ? YES : NO;
+}
+
+- (BOOL)getCustomParameterValue:(id<NSCoding>*)value fromParm:(UInt32)parmId {
+    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+        return NO;
+    }
+    *value = project->parameters.at(parmId).custom;
+    return YES;
+}
+
+- (BOOL)getParameterFlags:(FxParameterFlags*)flags fromParm:(UInt32)parmId {
+    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+        return NO;
+    }
+    *flags = project->parameters.at(parmId).flags;
+    return YES;
+}
+
+// --- Setting ---
+
+- (BOOL)setFloatValue:(double)value toParm:(UInt32)parmId atTime:(double)time {
+    return project->write(parmId, time, {value}, "float") ? YES : NO;
+}
+
+- (BOOL)setIntValue:(int)value toParm:(UInt32)parmId atTime:(double)time {
+    return project->write(parmId, time, {static_cast<double>(value)}, "int") ? YES : NO;
+}
+
+- (BOOL)setBoolValue:(BOOL)value toParm:(UInt32)parmId atTime:(double)time {
+    return project->write(parmId, time, {static_cast<double>(value)}, "bool") ? YES : NO;
+}
+
+- (BOOL)setRedValue:(double)red
+         GreenValue:(double)green
+          BlueValue:(double)blue
+             toParm:(UInt32)parmId
+             atTime:(double)time {
+    return project->write(parmId, time, {red, green, blue}, "color") ? YES : NO;
+}
+
+- (BOOL)setXValue:(double)x YValue:(double)y toParm:(UInt32)parmId atTime:(double)time {
+    return project->write(parmId, time, {x, y}, "point") ? YES : NO;
+}
+
+- (BOOL)setCustomParameterValue:(id<NSCoding>)value toParm:(UInt32)parmId {
+    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+        return NO;
+    }
+    project->log.push_back("custom " + std::to_string(parmId));
+    project->setCustom(parmId, value);
+    return YES;
+}
+
+- (BOOL)setParameterFlags:(FxParameterFlags)flags toParm:(UInt32)parmId {
+    project->log.push_back("flags " + std::to_string(parmId) + ": " + std::to_string(flags));
+    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+        return NO;
+    }
+    project->parameters.at(parmId).flags = flags;
+    return YES;
+}
+
+// --- Actions, images at other times, 3D ---
+
+- (void)startAction:(id)sender {
+    ++project->openActions;
+    project->log.push_back(std::string("start ") + [NSStringFromClass([sender class]) UTF8String]);
+}
+
+- (void)endAction:(id)sender {
+    --project->openActions;
+    project->log.push_back(std::string("end ") + [NSStringFromClass([sender class]) UTF8String]);
+}
+
+- (double)currentTime {
+    return project->currentTime;
+}
+
+- (BOOL)getInputBitmap:(FxBitmap**)image withInfo:(FxRenderInfo)info atTime:(double)time {
+    static_cast<void>(info);
+    *image = project->input ? project->input(time) : nil;
+    return *image != nil ? YES : NO;
+}
+
+- (NSData*)layerMatrixAtTime:(double)time {
+    project->matrixTimes.push_back(time);
+    return project->layerMatrix;
+}
+
+@end
+
+@implementation StandInManager
+
+- (id)initWithProject:(Project*)aProject {
+    self = [super init];
+    _api = [[StandInApi alloc] initWithProject:aProject];
+    return self;
+}
+
+- (void)dealloc {
+    [_api release];
+    [super dealloc];
+}
+
+- (id)apiForProtocol:(Protocol*)apiProtocol {
+    NSString* const name = NSStringFromProtocol(apiProtocol);
+    return _api->project->missing.contains([name UTF8String]) ? nil : _api;
+}
+
+@end
