@@ -7,8 +7,8 @@ std::vector<Drawing> basicDrawings() {
     return {
         {"Basic Circle", {circle(MIDDLE, REACH)}},
         {"Basic Square", {polygon(regularPolygon(4, REACH, -45))}},
-        // The tips of a pentagram: its edges line up in pairs.
-        {"Basic Star", {polygon(starPolygon(5, REACH, REACH * 0.381966))}},
+        {"Basic Triangle", {polygon(regularPolygon(3, REACH, 0))}},
+        {"Rounded Hexagon", {roundedPolygon(regularPolygon(6, REACH, 30), REACH * 0.24)}},
     };
 }
 

@@ -60,6 +60,9 @@ std::string pathData(const Outline& outline) {
 } // namespace
 
 void fitToSheet(Drawing* drawing) {
+    for (Outline& outline : drawing->outlines) {
+        outline = splitAtExtremes(outline);
+    }
     Box box;
     forEachPoint(*drawing, [&](Point& p) { box.take(p); });
     const Point size = box.high - box.low;

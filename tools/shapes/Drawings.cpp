@@ -4,7 +4,8 @@ namespace orbel::artwork {
 
 std::vector<Drawing> allDrawings() {
     std::vector<Drawing> all;
-    for (const auto& family : {basicDrawings}) {
+    for (const auto family : {basicDrawings, starDrawings, circleDrawings, lineDrawings,
+                              squiggleDrawings, flowerDrawings, blotDrawings, objectDrawings}) {
         for (Drawing& drawing : family()) {
             fitToSheet(&drawing);
             all.push_back(std::move(drawing));

@@ -2,6 +2,8 @@
 
 #include "tools/shapes/Drawing.h"
 
+#include <cmath>
+
 namespace orbel::artwork {
 
 std::vector<Point> regularPolygon(int corners, double radius, double first) {
@@ -18,6 +20,19 @@ std::vector<Point> starPolygon(int tips, double outer, double inner) {
         points.push_back(onClock(MIDDLE, i % 2 == 0 ? outer : inner, 180.0 * i / tips));
     }
     return points;
+}
+
+double notchOfAlignedStar(int tips, int skip) {
+    return std::cos(PI * skip / tips) / std::cos(PI * (skip - 1) / tips);
+}
+
+std::vector<Point> rectangle(Point low, Point high) {
+    return {low, {high.x, low.y}, high, {low.x, high.y}};
+}
+
+double Dice::between(double low, double high) {
+    const double span = static_cast<double>(std::minstd_rand::max() - std::minstd_rand::min());
+    return low + (high - low) * static_cast<double>(m_engine() - std::minstd_rand::min()) / span;
 }
 
 } // namespace orbel::artwork

@@ -1,0 +1,34 @@
+#include "app/ShapeFolder.h"
+
+#include "params/InstanceData.h"
+#include "shapes/FormatText.h"
+#include "shapes/ShapeTable.h"
+
+#include <filesystem>
+
+namespace orbel::app {
+
+namespace {
+
+/// The build tree is laid out like an installation, so one rule finds both.
+std::string baseFolder() {
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    const std::filesystem::path base =
+        program.parent_path() / std::filesystem::path(ORBEL_DATA_FROM_PROGRAM);
+    return base.lexically_normal().string();
+}
+
+} // namespace
+
+void prepareShapeTable() {
+    buildStaticSVGShapeInfo(baseFolder().c_str());
+}
+
+std::string presetFile(int index) {
+    char path[sizeof Orbel_UserData::path];
+    expandFormatText(path, sizeof path, g_svgShapes[index].file);
+    return path;
+}
+
+} // namespace orbel::app

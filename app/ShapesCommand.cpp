@@ -1,0 +1,63 @@
+#include "app/ShapesCommand.h"
+
+#include "app/Diagnostics.h"
+#include "app/ShapeFolder.h"
+#include "app/ShapeSheet.h"
+#include "app/media/MediaError.h"
+#include "app/media/MediaWriter.h"
+#include "app/media/OutputTarget.h"
+#include "shapes/ShapeFile.h"
+#include "shapes/ShapeTable.h"
+
+#include <iomanip>
+#include <new>
+#include <ostream>
+
+namespace orbel::app {
+
+namespace {
+
+bool hasFile(int shape) {
+    return fileExists(presetFile(shape).c_str()) == 1;
+}
+
+void list(std::ostream& out) {
+    for (int i = 1; i < g_numSVGShapes; ++i) {
+        out << std::setw(2) << i << "  " << g_svgShapes[i].name << (hasFile(i) ? "" : "  (no file)")
+            << '\n';
+    }
+}
+
+int drawSheet(const std::string& path, std::ostream& err) {
+    bool drawing = false;
+    try {
+        static_cast<void>(checkOutput(path, 1));
+        const MemoryImage sheet = makeShapeSheet();
+        drawing = true;
+        WriterSpec spec;
+        spec.width = sheet.info().width;
+        spec.height = sheet.info().height;
+        const std::unique_ptr<MediaWriter> writer = openWriter(path, spec);
+        writer->write(sheet.info(), 0);
+        writer->finish();
+        return EXIT_DONE;
+    } catch (const MediaError& error) {
+        err << sentence({error.file(), error.place(), error.message(), error.remedy()}) << '\n';
+    } catch (const std::bad_alloc&) {
+        err << sentence({path, "", "there is not enough memory for the sheet", ""}) << '\n';
+    }
+    return drawing ? EXIT_RENDERING_FAILED : EXIT_BAD_INPUT;
+}
+
+} // namespace
+
+int shapesCommand(const std::optional<std::string>& sheet, std::ostream& out, std::ostream& err) {
+    prepareShapeTable();
+    if (sheet) {
+        return drawSheet(*sheet, err);
+    }
+    list(out);
+    return EXIT_DONE;
+}
+
+} // namespace orbel::app

@@ -1,0 +1,20 @@
+#include "app/SceneReader.h"
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    orbel::app::Problems problems;
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const auto scene = orbel::app::readScene(text, "folder/scene.json", &problems);
+    // What cannot be read is explained, in words that can be printed.
+    if (!scene && problems.empty()) {
+        __builtin_trap();
+    }
+    for (const orbel::app::Problem& problem : problems.items()) {
+        if (orbel::app::sentence(problem).empty()) {
+            __builtin_trap();
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,210 @@
+#include "app/Diagnostics.h"
+#include "app/media/MediaReader.h"
+#include "tests/app/media/MediaFixtures.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orbel::app {
+namespace {
+
+using testing::HasSubstr;
+
+/// The built program in a process of its own.
+class Program {
+public:
+    Program(const TestFolder& folder, const std::vector<std::string>& arguments)
+        : m_log(folder / "log") {
+        std::vector<char*> argv;
+        std::string program = ORBEL_PROGRAM;
+        std::vector<std::string> copies = arguments;
+        argv.push_back(program.data());
+        for (std::string& argument : copies) {
+            argv.push_back(argument.data());
+        }
+        argv.push_back(nullptr);
+        m_process = fork();
+        if (m_process == 0) {
+            const int log = open(m_log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            dup2(log, STDERR_FILENO);
+            execv(argv[0], argv.data());
+            _exit(127);
+        }
+    }
+
+    void interrupt() const { kill(m_process, SIGINT); }
+
+    /// The exit code.
+    int wait() const {
+        int status = 0;
+        waitpid(m_process, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+    [[nodiscard]] std::string log() const { return readBytes(m_log); }
+
+private:
+    std::string m_log;
+    pid_t m_process = -1;
+};
+
+class ProgramTest : public testing::Test {
+protected:
+    int run(const std::vector<std::string>& arguments) {
+        const Program program(m_folder, arguments);
+        const int code = program.wait();
+        m_log = program.log();
+        return code;
+    }
+
+    /// Whether there is anything beside the log.
+    [[nodiscard]] bool wroteNothing() const { return m_folder.fileCount() == 1; }
+
+    TestFolder m_folder;
+    std::string m_log;
+};
+
+TEST_F(ProgramTest, rendersTheSameFilmFromASceneAndFromOptions) {
+    writeBytes(m_folder / "scene.json",
+               R"({"orbel": 1, "size": [64, 36], "frames": [0, 3], "fps": 25, "parameters": {
+                   "Presets": "Basic Star", "Thickness": 5, "Color": [1, 0.5, 0],
+                   "End": {"keys": [[0, 0], [3, 100]]}}})");
+    EXPECT_EQ(run({"render", m_folder / "scene.json", "--raw", m_folder / "a"}), EXIT_DONE);
+    EXPECT_THAT(m_log, HasSubstr("4 frames in "));
+    EXPECT_EQ(run({"render",
+                   "--shape",
+                   "Basic Star",
+                   "--size",
+                   "64x36",
+                   "--fps",
+                   "25",
+                   "--frames",
+                   "0-3",
+                   "--set",
+                   "Thickness=5",
+                   "--set",
+                   "Color=1/0.5/0",
+                   "--animate",
+                   "End=0:0,3:100",
+                   "--raw",
+                   m_folder / "b",
+                   "-o",
+                   m_folder / "film.mkv",
+                   "-q",
+                   "--threads",
+                   "1"}),
+              EXIT_DONE);
+    EXPECT_EQ(m_log, "");
+    for (int i = 0; i < 4; ++i) {
+        const std::string name = "/frame-00000" + std::to_string(i) + ".raw";
+        const std::string frame = readBytes((m_folder / "a") + name);
+        EXPECT_EQ(frame.size(), 64U * 36 * 4);
+        EXPECT_EQ(frame, readBytes((m_folder / "b") + name));
+    }
+    const auto film = openMedia(m_folder / "film.mkv", 1);
+    EXPECT_EQ(film->properties().frameCount, 4);
+    EXPECT_EQ(film->properties().frameRate, (FrameRate{25, 1}));
+}
+
+TEST_F(ProgramTest, writesWhatTheEndingSays) {
+    for (const char* name : {"a.png", "a.tif", "a.exr", "a.mp4", "a.mov", "a.mkv", "s-%04d.png"}) {
+        EXPECT_EQ(run({"render", "--shape", "Basic Circle", "--size", "64x36", "--frames", "7",
+                       "-o", m_folder / name}),
+                  EXIT_DONE)
+            << m_log;
+    }
+    for (const char* name : {"a.png", "a.tif", "a.exr", "a.mp4", "a.mov", "a.mkv", "s-0007.png"}) {
+        EXPECT_EQ(openMedia(m_folder / name, 1)->properties().width, 64) << name;
+    }
+}
+
+TEST_F(ProgramTest, writesNothingForBadInput) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string message;
+    };
+    const std::string out = m_folder / "out.png";
+    const std::vector<Case> cases{
+        {{"render", "none.json", "-o", out}, "none.json: the scene file does not exist"},
+        {{"render", "--size", "4x4", "-o", m_folder / "out.gif"}, "\".gif\" is not known"},
+        {{"render", "--size", "4x4", "-o", m_folder / "none/out.png"}, "does not exist; make it"},
+        {{"render", "--size", "4x4", "--raw", m_folder / "none/raw"}, "does not exist; make it"},
+        {{"render", "--size", "4x4", "--frames", "0-1", "-o", out}, "out-%04d.png"},
+        {{"render", "--size", "4x4", "--set", "Thickness=0", "--raw", m_folder / "raw"},
+         "(--set Thickness): 0 is outside"},
+        {{"render", "--size", "4x4", "--shape", "none.svg", "-o", out}, "(--shape): \"none.svg\""},
+        {{"render", "--input", m_folder / "none.mp4", "-o", out}, "no such file"},
+        {{"render", "--size", "4x32768", "-o", out}, "(--size): the size 4 x 32768"},
+    };
+    for (const Case& bad : cases) {
+        EXPECT_EQ(run(bad.arguments), EXIT_BAD_INPUT);
+        EXPECT_THAT(m_log, HasSubstr(bad.message));
+        EXPECT_TRUE(wroteNothing());
+    }
+}
+
+TEST_F(ProgramTest, neverWritesOverItsInput) {
+    const std::string clip = m_folder / "clip.mkv";
+    EXPECT_EQ(run({"render", "--size", "16x8", "--frames", "0-2", "-o", clip}), EXIT_DONE);
+    const std::string before = readBytes(clip);
+    EXPECT_EQ(run({"render", "--input", clip, "-o", (m_folder / "") + "./clip.mkv"}),
+              EXIT_BAD_INPUT);
+    EXPECT_THAT(m_log, HasSubstr("the output is also the input"));
+    EXPECT_EQ(readBytes(clip), before);
+}
+
+TEST_F(ProgramTest, keepsWhatWasFinishedWhenTheClipEnds) {
+    const std::string clip = m_folder / "clip.mkv";
+    const std::string film = m_folder / "film.mp4";
+    EXPECT_EQ(run({"render", "--size", "16x8", "--frames", "0-5", "-o", clip}), EXIT_DONE);
+    EXPECT_EQ(run({"render", "--input", clip, "--frames", "0-9", "-o", film}),
+              EXIT_RENDERING_FAILED);
+    EXPECT_THAT(m_log, HasSubstr("(frame 6): "));
+    EXPECT_THAT(m_log, HasSubstr("frames 0 to 5 are finished and readable"));
+    EXPECT_EQ(openMedia(film, 1)->properties().frameCount, 6);
+}
+
+TEST_F(ProgramTest, finishesTheFilmWhenInterrupted) {
+    const std::string film = m_folder / "film.mkv";
+    const Program program(m_folder, {"render", "--shape", "Basic Star", "--size", "640x360",
+                                     "--frames", "0-100000", "-o", film});
+    const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < patience &&
+           (!std::filesystem::exists(film) || std::filesystem::file_size(film) < 20'000)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    program.interrupt();
+    EXPECT_EQ(program.wait(), EXIT_INTERRUPTED);
+    EXPECT_THAT(program.log(), HasSubstr("interrupted: frames 0 to "));
+    const auto reader = openMedia(film, 1);
+    ASSERT_TRUE(reader->properties().frameCount);
+    EXPECT_GT(*reader->properties().frameCount, 0);
+    EXPECT_NO_THROW(static_cast<void>(reader->readFrame(*reader->properties().frameCount - 1)));
+}
+
+TEST_F(ProgramTest, rendersHostileShapesAsNoStroke) {
+    const std::vector<std::string> shapes{"",
+                                          "<svg",
+                                          "<svg><path d='M 1e999 nan'/></svg>",
+                                          "<svg><circle r='0'/></svg>",
+                                          "<svg><g transform='rotate(1)'/></svg>",
+                                          std::string(100'000, '<')};
+    for (const std::string& shape : shapes) {
+        writeBytes(m_folder / "shape.svg", shape);
+        EXPECT_EQ(run({"render", "--shape", m_folder / "shape.svg", "--size", "32x32", "-o",
+                       m_folder / "out.png", "-q"}),
+                  EXIT_DONE);
+        EXPECT_EQ(m_log, "");
+    }
+}
+
+} // namespace
+} // namespace orbel::app

@@ -1,0 +1,123 @@
+#include "tools/shapes/Drawings.h"
+#include "tools/shapes/Regular.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orbel::artwork {
+
+namespace {
+
+/// Rows from the top, then columns from the left.
+std::vector<Outline> gridOfLines(int count) {
+    std::vector<Outline> lines;
+    for (int row = 0; row < count; ++row) {
+        lines.push_back(line({0.0, 1.0 * row}, {count - 1.0, 1.0 * row}));
+    }
+    for (int column = 0; column < count; ++column) {
+        lines.push_back(line({1.0 * column, 0.0}, {1.0 * column, count - 1.0}));
+    }
+    return lines;
+}
+
+/// Cells in reading order.
+std::vector<Outline> gridOfCells(int count) {
+    constexpr double HALF = 0.36;
+    std::vector<Outline> cells;
+    for (int row = 0; row < count; ++row) {
+        for (int column = 0; column < count; ++column) {
+            const Point centre{1.0 * column, 1.0 * row};
+            cells.push_back(roundedPolygon(
+                rectangle(centre - Point{HALF, HALF}, centre + Point{HALF, HALF}), 0.12));
+        }
+    }
+    return cells;
+}
+
+/// A square woven of nine bundles of lines, across and upright in turn.
+std::vector<Outline> squareOfLines() {
+    constexpr int BUNDLES = 3;
+    constexpr int LINES = 4;
+    constexpr double PITCH = 1.0;
+    constexpr double SIDE = PITCH * LINES;
+    std::vector<Outline> lines;
+    for (int bundle = 0; bundle < BUNDLES * BUNDLES; ++bundle) {
+        const Point corner{bundle % BUNDLES * SIDE, bundle / BUNDLES * SIDE};
+        for (int i = 0; i < LINES; ++i) {
+            const double across = (i + 0.5) * PITCH;
+            const double low = 0.5 * PITCH;
+            const double high = SIDE - 0.5 * PITCH;
+            lines.push_back(bundle % 2 == 0
+                                ? line(corner + Point{low, across}, corner + Point{high, across})
+                                : line(corner + Point{across, low}, corner + Point{across, high}));
+        }
+    }
+    return lines;
+}
+
+struct Stick {
+    Point from;
+    Point to;
+};
+
+double distanceTo(const Stick& stick, Point p) {
+    const Point along = stick.to - stick.from;
+    const Point offset = p - stick.from;
+    const double t =
+        (offset.x * along.x + offset.y * along.y) / (along.x * along.x + along.y * along.y);
+    return length(offset - along * std::clamp(t, 0.0, 1.0));
+}
+
+double gap(const std::vector<Stick>& sticks, const Stick& stick) {
+    double smallest = 1e9;
+    for (const Stick& other : sticks) {
+        for (int i = 0; i <= 16; ++i) {
+            smallest = std::min(smallest, distanceTo(other, lerp(stick.from, stick.to, i / 16.0)));
+        }
+        smallest = std::min({smallest, distanceTo(stick, other.from), distanceTo(stick, other.to)});
+    }
+    return smallest;
+}
+
+/// Sticks thrown on a round table, no two along the same direction, each where there is most room;
+/// stroked from left to right.
+std::vector<Outline> randomLines() {
+    constexpr double GOLDEN = 137.50776405;
+    Dice dice(5);
+    std::vector<Stick> sticks;
+    for (int i = 0; i < 26; ++i) {
+        const Point reach = onClock({}, 34.0 - 0.8 * i, GOLDEN * i);
+        Stick best{};
+        double most = -1e9;
+        for (int throws = 0; throws < 3000; ++throws) {
+            const Point centre = onClock({}, (100 - length(reach)) * std::sqrt(dice.between(0, 1)),
+                                         dice.between(0, 360));
+            const Stick stick{centre - reach, centre + reach};
+            if (gap(sticks, stick) > most) {
+                most = gap(sticks, stick);
+                best = stick;
+            }
+        }
+        sticks.push_back(best.from.x < best.to.x ? best : Stick{best.to, best.from});
+    }
+    std::sort(sticks.begin(), sticks.end(),
+              [](const Stick& a, const Stick& b) { return a.from.x < b.from.x; });
+    std::vector<Outline> lines;
+    for (const Stick& stick : sticks) {
+        lines.push_back(line(stick.from, stick.to));
+    }
+    return lines;
+}
+
+} // namespace
+
+std::vector<Drawing> lineDrawings() {
+    return {
+        {"Grid 5 x 5 Lines", gridOfLines(5)},
+        {"Grid 7 x7", gridOfCells(7)},
+        {"Random Lines", randomLines()},
+        {"Square of Lines", squareOfLines()},
+    };
+}
+
+} // namespace orbel::artwork
