@@ -19,8 +19,7 @@ namespace {
 constexpr UInt32 SHAPE = 1;
 
 Class principalClass(const std::string& path) {
-    NSBundle* const bundle =
-        [NSBundle bundleWithPath:[NSString stringWithUTF8String:path.c_str()]];
+    NSBundle* const bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:path.c_str()]];
     const Class found = [bundle principalClass];
     if (found == Nil) {
         throw std::runtime_error(path + " does not load");

@@ -7,11 +7,11 @@ namespace orbel::fxtest {
 /// What the stand-in for a host application says about itself, and what it refuses. One per
 /// process, as in a real host.
 struct HostManners {
-    int kind = 0; ///< as `g_hostIndex`; any other number claims to be none of the three
-    bool knowsExpress = true;        ///< hosts before 1.2 do not know `hostIsFCE`
-    bool describesItself = true;     ///< whether there is an FxHostCapabilities to be had
-    UInt32 version = 0x01230000;     ///< 1.2.3
-    int bitmapsUntilFailure = -1;    ///< then `initWithInfo:` answers nil; -1 never
+    int kind = 0;             ///< as `g_hostIndex`; any other number claims to be none of the three
+    bool knowsExpress = true; ///< hosts before 1.2 do not know `hostIsFCE`
+    bool describesItself = true;      ///< whether there is an FxHostCapabilities to be had
+    UInt32 version = 0x01230000;      ///< 1.2.3
+    int bitmapsUntilFailure = -1;     ///< then `initWithInfo:` answers nil; -1 never
     bool answersPremultiplied = true; ///< whether images know `setIsPremultiplied:`
 };
 [[nodiscard]] HostManners& manners();

@@ -65,13 +65,14 @@ struct Project {
 } // namespace orbel::fxtest
 
 /// Every interface of the host in one object, over a project.
-@interface StandInApi : NSObject <FxParameterCreationAPI, FxParameterRetrievalAPI,
-                                  FxParameterSettingAPI, FxCustomParameterActionAPI,
-                                  FxTemporalImageAPI, Fx3DAPI> {
-@public
-    orbel::fxtest::Project* project;
+@interface StandInApi
+    : NSObject <FxParameterCreationAPI, FxParameterRetrievalAPI, FxParameterSettingAPI,
+                FxCustomParameterActionAPI, FxTemporalImageAPI, Fx3DAPI> {
+@private
+    void* _project; // a Project; the runtime could not describe its type
 }
-- (id)initWithProject:(orbel::fxtest::Project*)aProject;
+- (id)initWithProject:(void*)aProject;
+- (BOOL)isMissing:(NSString*)protocolName;
 @end
 
 /// Hands out the interfaces that are not missing.
@@ -79,5 +80,5 @@ struct Project {
 @private
     StandInApi* _api;
 }
-- (id)initWithProject:(orbel::fxtest::Project*)aProject;
+- (id)initWithProject:(void*)aProject;
 @end

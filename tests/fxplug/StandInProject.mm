@@ -26,7 +26,8 @@ ParameterValue toHost(ValueKind kind, const ParameterValue& value) {
 
 Project::~Project() {
     for (auto& [param, declared] : parameters) {
-        [static_cast<id>(declared.custom) release];
+        const id held = declared.custom;
+        [held release];
     }
 }
 
@@ -47,10 +48,10 @@ void Project::setTrack(int param, std::vector<Keyframe> keys) {
 }
 
 void Project::setCustom(UInt32 param, id<NSCoding> value) {
-    id& held = reinterpret_cast<id&>(parameters.at(param).custom);
-    [static_cast<id>(value) retain];
+    const id held = parameters.at(param).custom;
+    const id kept = value;
+    parameters.at(param).custom = [kept retain];
     [held release];
-    held = value;
 }
 
 bool Project::mayAccess() {
@@ -122,8 +123,13 @@ namespace {
 
 std::string line(const char* kind, NSString* name, UInt32 param, const std::string& rest,
                  FxParameterFlags flags) {
-    return std::string(kind) + " " + std::to_string(param) + " \"" + [name UTF8String] + "\"" +
-           rest + " flags " + std::to_string(flags);
+    std::string text = kind;
+    text.append(" ").append(std::to_string(param)).append(" \"").append([name UTF8String]);
+    return text.append("\"").append(rest).append(" flags ").append(std::to_string(flags));
+}
+
+std::string spaced(Class type) {
+    return std::string(" ").append([NSStringFromClass(type) UTF8String]);
 }
 
 std::string numbers(std::initializer_list<double> list) {
@@ -140,10 +146,14 @@ std::string numbers(std::initializer_list<double> list) {
 
 @implementation StandInApi
 
-- (id)initWithProject:(Project*)aProject {
+- (id)initWithProject:(void*)aProject {
     self = [super init];
-    project = aProject;
+    _project = aProject;
     return self;
+}
+
+- (BOOL)isMissing:(NSString*)protocolName {
+    return static_cast<Project*>(_project)->missing.contains([protocolName UTF8String]) ? YES : NO;
 }
 
 // --- Creation ---
@@ -158,8 +168,8 @@ std::string numbers(std::initializer_list<double> list) {
                          delta:(double)delta
                      parmFlags:(FxParameterFlags)flags {
     const std::string rest = numbers({defaultValue, min, max, sliderMin, sliderMax, delta});
-    project->declare(parmId, ValueKind::Float, flags, {defaultValue},
-                     line("float", name, parmId, rest, flags));
+    static_cast<Project*>(_project)->declare(parmId, ValueKind::Float, flags, {defaultValue},
+                                             line("float", name, parmId, rest, flags));
     return YES;
 }
 
@@ -168,8 +178,8 @@ std::string numbers(std::initializer_list<double> list) {
                    defaultValue:(BOOL)defaultValue
                       parmFlags:(FxParameterFlags)flags {
     const double value = defaultValue;
-    project->declare(parmId, ValueKind::Toggle, flags, {value},
-                     line("toggle", name, parmId, numbers({value}), flags));
+    static_cast<Project*>(_project)->declare(parmId, ValueKind::Toggle, flags, {value},
+                                             line("toggle", name, parmId, numbers({value}), flags));
     return YES;
 }
 
@@ -179,8 +189,9 @@ std::string numbers(std::initializer_list<double> list) {
                   parameterMin:(double)min
                   parameterMax:(double)max
                      parmFlags:(FxParameterFlags)flags {
-    project->declare(parmId, ValueKind::Angle, flags, {defaultValue},
-                     line("angle", name, parmId, numbers({defaultValue, min, max}), flags));
+    static_cast<Project*>(_project)->declare(
+        parmId, ValueKind::Angle, flags, {defaultValue},
+        line("angle", name, parmId, numbers({defaultValue, min, max}), flags));
     return YES;
 }
 
@@ -190,8 +201,9 @@ std::string numbers(std::initializer_list<double> list) {
                      defaultGreen:(double)green
                       defaultBlue:(double)blue
                         parmFlags:(FxParameterFlags)flags {
-    project->declare(parmId, ValueKind::Color, flags, {red, green, blue},
-                     line("color", name, parmId, numbers({red, green, blue}), flags));
+    static_cast<Project*>(_project)->declare(
+        parmId, ValueKind::Color, flags, {red, green, blue},
+        line("color", name, parmId, numbers({red, green, blue}), flags));
     return YES;
 }
 
@@ -200,8 +212,8 @@ std::string numbers(std::initializer_list<double> list) {
                          defaultX:(double)x
                          defaultY:(double)y
                         parmFlags:(FxParameterFlags)flags {
-    project->declare(parmId, ValueKind::Point, flags, {x, y},
-                     line("point", name, parmId, numbers({x, y}), flags));
+    static_cast<Project*>(_project)->declare(parmId, ValueKind::Point, flags, {x, y},
+                                             line("point", name, parmId, numbers({x, y}), flags));
     return YES;
 }
 
@@ -210,12 +222,13 @@ std::string numbers(std::initializer_list<double> list) {
                 defaultValue:(UInt32)defaultValue
                  menuEntries:(NSArray*)entries
                    parmFlags:(FxParameterFlags)flags {
-    std::string rest = " " + std::to_string(defaultValue);
+    std::string rest = numbers({static_cast<double>(defaultValue)});
     for (NSUInteger i = 0; i < [entries count]; ++i) {
-        rest += std::string("|") + [[entries objectAtIndex:i] UTF8String];
+        rest.append("|").append([[entries objectAtIndex:i] UTF8String]);
     }
-    project->declare(parmId, ValueKind::Menu, flags, {static_cast<double>(defaultValue)},
-                     line("menu", name, parmId, rest, flags));
+    static_cast<Project*>(_project)->declare(parmId, ValueKind::Menu, flags,
+                                             {static_cast<double>(defaultValue)},
+                                             line("menu", name, parmId, rest, flags));
     return YES;
 }
 
@@ -223,23 +236,24 @@ std::string numbers(std::initializer_list<double> list) {
                             parmId:(UInt32)parmId
                       defaultValue:(id<NSCoding>)defaultValue
                          parmFlags:(FxParameterFlags)flags {
-    const std::string rest = std::string(" ") + [NSStringFromClass([static_cast<id>(defaultValue)
-                                                    class]) UTF8String];
-    project->declare(parmId, ValueKind::Custom, flags, {},
-                     line("custom", name, parmId, rest, flags));
-    project->setCustom(parmId, defaultValue);
+    const id value = defaultValue;
+    const std::string rest = spaced([value class]);
+    static_cast<Project*>(_project)->declare(parmId, ValueKind::Custom, flags, {},
+                                             line("custom", name, parmId, rest, flags));
+    static_cast<Project*>(_project)->setCustom(parmId, defaultValue);
     return YES;
 }
 
 - (BOOL)startParameterSubGroup:(NSString*)name
                         parmId:(UInt32)parmId
                      parmFlags:(FxParameterFlags)flags {
-    project->declare(parmId, ValueKind::Group, flags, {}, line("group", name, parmId, "", flags));
+    static_cast<Project*>(_project)->declare(parmId, ValueKind::Group, flags, {},
+                                             line("group", name, parmId, "", flags));
     return YES;
 }
 
 - (BOOL)endParameterSubGroup {
-    project->declarations.push_back("end");
+    static_cast<Project*>(_project)->declarations.push_back("end");
     return YES;
 }
 
@@ -247,21 +261,21 @@ std::string numbers(std::initializer_list<double> list) {
 
 - (BOOL)getFloatValue:(double*)value fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    const bool known = project->read(parmId, time, read);
+    const bool known = static_cast<Project*>(_project)->read(parmId, time, read);
     *value = known ? read[0] : *value;
     return known ? YES : NO;
 }
 
 - (BOOL)getIntValue:(int*)value fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    const bool known = project->read(parmId, time, read);
+    const bool known = static_cast<Project*>(_project)->read(parmId, time, read);
     *value = known ? static_cast<int>(read[0]) : *value;
     return known ? YES : NO;
 }
 
 - (BOOL)getBoolValue:(BOOL*)value fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    const bool known = project->read(parmId, time, read);
+    const bool known = static_cast<Project*>(_project)->read(parmId, time, read);
     *value = known ? static_cast<BOOL>(read[0]) : *value;
     return known ? YES : NO;
 }
@@ -272,7 +286,7 @@ std::string numbers(std::initializer_list<double> list) {
            fromParm:(UInt32)parmId
              atTime:(double)time {
     ParameterValue read{};
-    if (!project->read(parmId, time, read)) {
+    if (!static_cast<Project*>(_project)->read(parmId, time, read)) {
         return NO;
     }
     *red = read[0];
@@ -283,7 +297,7 @@ std::string numbers(std::initializer_list<double> list) {
 
 - (BOOL)getXValue:(double*)x YValue:(double*)y fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    if (!project->read(parmId, time, read)) {
+    if (!static_cast<Project*>(_project)->read(parmId, time, read)) {
         return NO;
     }
     *x = read[0];
@@ -300,38 +314,47 @@ std::string numbers(std::initializer_list<double> list) {
     static_cast<void>(info);
     *offsetX = 0.0;
     *offsetY = 0.0;
-    *image = project->layer ? project->layer(parmId, time) : nil;
+    *image = static_cast<Project*>(_project)->layer
+                 ? static_cast<Project*>(_project)->layer(parmId, time)
+                 : nil;
     return *image != nil ? YES : NO;
 }
 
 - (BOOL)getCustomParameterValue:(id<NSCoding>*)value fromParm:(UInt32)parmId {
-    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+    if (!static_cast<Project*>(_project)->mayAccess() ||
+        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
         return NO;
     }
-    *value = project->parameters.at(parmId).custom;
+    *value = static_cast<Project*>(_project)->parameters.at(parmId).custom;
     return YES;
 }
 
 - (BOOL)getParameterFlags:(FxParameterFlags*)flags fromParm:(UInt32)parmId {
-    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+    if (!static_cast<Project*>(_project)->mayAccess() ||
+        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
         return NO;
     }
-    *flags = project->parameters.at(parmId).flags;
+    *flags = static_cast<Project*>(_project)->parameters.at(parmId).flags;
     return YES;
 }
 
 // --- Setting ---
 
 - (BOOL)setFloatValue:(double)value toParm:(UInt32)parmId atTime:(double)time {
-    return project->write(parmId, time, {value}, "float") ? YES : NO;
+    return static_cast<Project*>(_project)->write(parmId, time, {value}, "float") ? YES : NO;
 }
 
 - (BOOL)setIntValue:(int)value toParm:(UInt32)parmId atTime:(double)time {
-    return project->write(parmId, time, {static_cast<double>(value)}, "int") ? YES : NO;
+    return static_cast<Project*>(_project)->write(parmId, time, {static_cast<double>(value)}, "int")
+               ? YES
+               : NO;
 }
 
 - (BOOL)setBoolValue:(BOOL)value toParm:(UInt32)parmId atTime:(double)time {
-    return project->write(parmId, time, {static_cast<double>(value)}, "bool") ? YES : NO;
+    return static_cast<Project*>(_project)->write(parmId, time, {static_cast<double>(value)},
+                                                  "bool")
+               ? YES
+               : NO;
 }
 
 - (BOOL)setRedValue:(double)red
@@ -339,63 +362,68 @@ std::string numbers(std::initializer_list<double> list) {
           BlueValue:(double)blue
              toParm:(UInt32)parmId
              atTime:(double)time {
-    return project->write(parmId, time, {red, green, blue}, "color") ? YES : NO;
+    return static_cast<Project*>(_project)->write(parmId, time, {red, green, blue}, "color") ? YES
+                                                                                             : NO;
 }
 
 - (BOOL)setXValue:(double)x YValue:(double)y toParm:(UInt32)parmId atTime:(double)time {
-    return project->write(parmId, time, {x, y}, "point") ? YES : NO;
+    return static_cast<Project*>(_project)->write(parmId, time, {x, y}, "point") ? YES : NO;
 }
 
 - (BOOL)setCustomParameterValue:(id<NSCoding>)value toParm:(UInt32)parmId {
-    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+    if (!static_cast<Project*>(_project)->mayAccess() ||
+        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
         return NO;
     }
-    project->log.push_back("custom " + std::to_string(parmId));
-    project->setCustom(parmId, value);
+    static_cast<Project*>(_project)->log.push_back("custom " + std::to_string(parmId));
+    static_cast<Project*>(_project)->setCustom(parmId, value);
     return YES;
 }
 
 - (BOOL)setParameterFlags:(FxParameterFlags)flags toParm:(UInt32)parmId {
-    project->log.push_back("flags " + std::to_string(parmId) + ": " + std::to_string(flags));
-    if (!project->mayAccess() || !project->parameters.contains(parmId)) {
+    static_cast<Project*>(_project)->log.push_back("flags " + std::to_string(parmId) + ": " +
+                                                   std::to_string(flags));
+    if (!static_cast<Project*>(_project)->mayAccess() ||
+        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
         return NO;
     }
-    project->parameters.at(parmId).flags = flags;
+    static_cast<Project*>(_project)->parameters.at(parmId).flags = flags;
     return YES;
 }
 
 // --- Actions, images at other times, 3D ---
 
 - (void)startAction:(id)sender {
-    ++project->openActions;
-    project->log.push_back(std::string("start ") + [NSStringFromClass([sender class]) UTF8String]);
+    ++static_cast<Project*>(_project)->openActions;
+    static_cast<Project*>(_project)->log.push_back("start" + spaced([sender class]));
 }
 
 - (void)endAction:(id)sender {
-    --project->openActions;
-    project->log.push_back(std::string("end ") + [NSStringFromClass([sender class]) UTF8String]);
+    --static_cast<Project*>(_project)->openActions;
+    static_cast<Project*>(_project)->log.push_back("end" + spaced([sender class]));
 }
 
 - (double)currentTime {
-    return project->currentTime;
+    return static_cast<Project*>(_project)->currentTime;
 }
 
 - (BOOL)getInputBitmap:(FxBitmap**)image withInfo:(FxRenderInfo)info atTime:(double)time {
     static_cast<void>(info);
-    *image = project->input ? project->input(time) : nil;
+    *image =
+        static_cast<Project*>(_project)->input ? static_cast<Project*>(_project)->input(time) : nil;
     return *image != nil ? YES : NO;
 }
 
 - (NSData*)layerMatrixAtTime:(double)time {
-    project->matrixTimes.push_back(time);
-    return project->layerMatrix;
+    static_cast<Project*>(_project)->matrixTimes.push_back(time);
+    return static_cast<Project*>(_project)->layerMatrix;
 }
 
 @end
 
 @implementation StandInManager
 
-- (id)initWithProject:(Project*)aProject {
+- (id)initWithProject:(void*)aProject {
     self = [super init];
     _api = [[StandInApi alloc] initWithProject:aProject];
     return self;
@@ -407,8 +435,7 @@ std::string numbers(std::initializer_list<double> list) {
 }
 
 - (id)apiForProtocol:(Protocol*)apiProtocol {
-    NSString* const name = NSStringFromProtocol(apiProtocol);
-    return _api->project->missing.contains([name UTF8String]) ? nil : _api;
+    return [_api isMissing:NSStringFromProtocol(apiProtocol)] ? nil : _api;
 }
 
 @end
