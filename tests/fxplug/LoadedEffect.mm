@@ -1,6 +1,7 @@
 #include "tests/fxplug/LoadedEffect.h"
 
 #include "tests/fxplug/HostBitmaps.h"
+#include "tests/fxplug/Pool.h"
 #include "tests/fxplug/StandInProject.h"
 
 #include <cstring>
@@ -26,18 +27,6 @@ Class principalClass(const std::string& path) {
     }
     return found;
 }
-
-/// An autorelease pool for one call of the host, as hosts keep one.
-class Pool {
-public:
-    Pool() : m_pool([[NSAutoreleasePool alloc] init]) {}
-    Pool(const Pool&) = delete;
-    Pool& operator=(const Pool&) = delete;
-    ~Pool() { [m_pool drain]; }
-
-private:
-    NSAutoreleasePool* m_pool;
-};
 
 } // namespace
 

@@ -19,6 +19,7 @@ enum class ValueKind { Custom, Menu, Float, Toggle, Color, Point, Angle, Group }
 struct DeclaredParameter {
     ValueKind kind = ValueKind::Float;
     FxParameterFlags flags = 0;
+    ParameterValue constant{}; ///< where it is not animated
     id<NSCoding> custom = nil; ///< retained by the project
 };
 
@@ -26,7 +27,7 @@ struct DeclaredParameter {
 struct Project {
     std::vector<std::string> declarations; ///< one line per selector received
     std::map<UInt32, DeclaredParameter> parameters;
-    ParameterStore values;
+    ParameterStore tracks;         ///< of those that are
     std::set<std::string> missing; ///< protocols for which the manager answers nil
     double currentTime = 0.0;      ///< what the action interface says
     std::vector<std::string> log;  ///< actions, and what was written within them
@@ -47,6 +48,10 @@ struct Project {
                  const std::string& line);
     /// Values in the user's units: degrees, y downwards.
     void setTrack(int param, std::vector<Keyframe> keys);
+    /// A constant in the host's units.
+    void set(UInt32 param, const ParameterValue& value) { parameters.at(param).constant = value; }
+    void set(UInt32 param, double value) { set(param, ParameterValue{value}); }
+    [[nodiscard]] ParameterValue value(UInt32 param, double time) const;
     void setCustom(UInt32 param, id<NSCoding> value);
     /// False, and a stray access, while parameters are closed.
     bool mayAccess();

@@ -34,17 +34,23 @@ Project::~Project() {
 void Project::declare(UInt32 param, ValueKind kind, FxParameterFlags flags,
                       const ParameterValue& value, const std::string& line) {
     declarations.push_back(line);
-    parameters[param] = {kind, flags, nil};
-    if (kind != ValueKind::Group) {
-        values.set(static_cast<int>(param), toHost(kind, value));
-    }
+    parameters[param] = {kind, flags, toHost(kind, value), nil};
 }
 
 void Project::setTrack(int param, std::vector<Keyframe> keys) {
     for (Keyframe& entry : keys) {
         entry.value = toHost(parameters.at(static_cast<UInt32>(param)).kind, entry.value);
     }
-    values.setKeys(param, std::move(keys));
+    set(static_cast<UInt32>(param), keys.front().value);
+    tracks.setKeys(param, std::move(keys));
+}
+
+ParameterValue Project::value(UInt32 param, double time) const {
+    ParameterValue value = parameters.at(param).constant;
+    if (tracks.isAnimated(static_cast<int>(param))) {
+        tracks.evaluate(static_cast<int>(param), time, value);
+    }
+    return value;
 }
 
 void Project::setCustom(UInt32 param, id<NSCoding> value) {
@@ -61,8 +67,11 @@ bool Project::mayAccess() {
 }
 
 bool Project::read(UInt32 param, double time, ParameterValue& value) {
-    return mayAccess() && parameters.contains(param) &&
-           values.evaluate(static_cast<int>(param), time, value);
+    if (!mayAccess() || !parameters.contains(param)) {
+        return false;
+    }
+    value = this->value(param, time);
+    return true;
 }
 
 bool Project::write(UInt32 param, double time, const ParameterValue& value, const char* kind) {
@@ -72,7 +81,7 @@ bool Project::write(UInt32 param, double time, const ParameterValue& value, cons
     if (!mayAccess() || !parameters.contains(param)) {
         return false;
     }
-    values.set(static_cast<int>(param), value);
+    set(param, value);
     return true;
 }
 
@@ -85,10 +94,9 @@ NSData* Project::save() const {
         if (declared.kind == ValueKind::Custom) {
             [archiver encodeObject:static_cast<id>(declared.custom) forKey:key(param, "custom")];
         }
-        ParameterValue value{};
-        values.evaluate(static_cast<int>(param), 0.0, value);
+        const ParameterValue saved = value(param, 0.0);
         for (const char* const part : {"0", "1", "2"}) {
-            [archiver encodeDouble:value[static_cast<std::size_t>(*part - '0')]
+            [archiver encodeDouble:saved[static_cast<std::size_t>(*part - '0')]
                             forKey:key(param, part)];
         }
     }
@@ -105,12 +113,10 @@ void Project::reopen(NSData* archive) {
         if (declared.kind == ValueKind::Custom) {
             setCustom(param, [reader decodeObjectForKey:key(param, "custom")]);
         }
-        ParameterValue value{};
         for (const char* const part : {"0", "1", "2"}) {
-            value[static_cast<std::size_t>(*part - '0')] =
+            declared.constant[static_cast<std::size_t>(*part - '0')] =
                 [reader decodeDoubleForKey:key(param, part)];
         }
-        values.set(static_cast<int>(param), value);
     }
 }
 
@@ -136,7 +142,7 @@ std::string numbers(std::initializer_list<double> list) {
     std::string text;
     for (const double number : list) {
         char one[32];
-        std::snprintf(one, sizeof one, " %.17g", number);
+        std::snprintf(one, sizeof one, " %g", number);
         text += one;
     }
     return text;
