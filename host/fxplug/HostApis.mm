@@ -1,5 +1,6 @@
 #include "host/fxplug/HostApis.h"
 
+#include "host/fxplug/AsciiText.h"
 #include "host/fxplug/Owned.h"
 
 #include <cstring>
@@ -39,11 +40,8 @@ int indexFromCapabilities(id<PROAPIAccessing> manager) {
 }
 
 int indexFromProcessName() {
-    char name[256] = {};
-    NSString* const process = [[NSProcessInfo processInfo] processName];
-    if (process == nil || ![process getCString:name
-                                     maxLength:sizeof name
-                                      encoding:NSASCIIStringEncoding]) {
+    char name[256];
+    if (!asciiText([[NSProcessInfo processInfo] processName], name, sizeof name)) {
         return UNDECIDED;
     }
     if (std::strstr(name, "Motion") != nullptr) {

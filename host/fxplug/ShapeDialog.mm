@@ -1,5 +1,6 @@
 #include "host/fxplug/ShapeDialog.h"
 
+#include "host/fxplug/AsciiText.h"
 #include "host/fxplug/FxPlugInterface.h"
 #include "params/InstanceData.h"
 
@@ -28,11 +29,10 @@ int loadSVGShape(PluginHost_API* host) {
     Orbel_UserData* const data = allocUserData();
     getUserData(host, data);
     if (NSURL* const url = chooseFile()) {
-        char path[sizeof data->path] = {};
-        const bool ascii = [[url path] getCString:path
-                                        maxLength:sizeof path
-                                         encoding:NSASCIIStringEncoding];
-        setUserDataPath(data, ascii ? path : "");
+        char path[sizeof data->path];
+        // A path that cannot be told leaves the instance without a shape.
+        static_cast<void>(asciiText([url path], path, sizeof path));
+        setUserDataPath(data, path);
         setUserData(host, data);
     }
     freeUserData(data);
