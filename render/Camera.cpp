@@ -36,7 +36,7 @@ Vx_Vector3 readPosition(ParameterReader& reader, const FrameGeometry& frame) {
 void autoOrient(PluginHost_API* host, Vx_Matrix4* camera, const Vx_Vector3& position,
                 const FrameGeometry& frame) {
     const Vx_Vector3 d = frame.centre - position;
-    const double yaw = host->math_atan2(d.x, d.z);
+    const double yaw = host->math_atan2(-d.x, d.z);
     const double pitch = host->math_atan2(d.y, host->math_sqrt(d.x * d.x + d.z * d.z));
     Vx_Matrix4 turn;
     BuildRotateXMatrix(host, &turn, -pitch);

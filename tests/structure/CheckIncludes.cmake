@@ -16,6 +16,7 @@ set(may_app "(app/.+|host/memory/.+|${core})")
 set(may_tests ".+")
 set(may_bench "(bench/.+|app/.+|host/.+|${core})")
 set(may_fuzz "(fuzz/.+|app/.+|host/.+|${core})")
+set(may_tools "(tools/.+|app/.+|host/memory/.+|${core})")
 
 # The shape cache keeps its entries for an effect instance, so it alone knows instance data.
 set(may_shapes_ShapeCache "(shapes/.+|${seam}|params/InstanceData[.]h)")
@@ -54,7 +55,7 @@ function(report file text)
 endfunction()
 
 set(patterns "")
-foreach(folder IN ITEMS host pixel shapes params render app tests bench fuzz)
+foreach(folder IN ITEMS host pixel shapes params render app tests bench fuzz tools)
     foreach(ending IN ITEMS h cpp m mm)
         list(APPEND patterns "${ROOT}/${folder}/*.${ending}")
     endforeach()

@@ -2,7 +2,7 @@
 
 namespace orbel::artwork {
 
-std::vector<Drawing> allDrawings() {
+std::vector<Drawing> shapeDrawings() {
     std::vector<Drawing> all;
     for (const auto family : {basicDrawings, starDrawings, circleDrawings, lineDrawings,
                               squiggleDrawings, flowerDrawings, blotDrawings, objectDrawings}) {

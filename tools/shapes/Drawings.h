@@ -5,7 +5,9 @@
 namespace orbel::artwork {
 
 /// Every shape of the set, each fitted to the sheet.
-[[nodiscard]] std::vector<Drawing> allDrawings();
+[[nodiscard]] std::vector<Drawing> shapeDrawings();
+/// The drawings that only the example scenes use, likewise fitted.
+[[nodiscard]] std::vector<Drawing> sceneDrawings();
 
 // The families, each drawn in units of its own.
 std::vector<Drawing> basicDrawings();

@@ -4,20 +4,31 @@
 #include <fstream>
 #include <iostream>
 
-/// Writes the shape files into the folder named on the command line.
-int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "usage: orbel-shapes FOLDER\n";
-        return 2;
-    }
-    const std::filesystem::path folder = argv[1];
-    for (const orbel::artwork::Drawing& drawing : orbel::artwork::allDrawings()) {
-        std::ofstream file(folder / (drawing.name + ".svg"), std::ios::binary);
+namespace {
+
+bool writeAll(const std::vector<orbel::artwork::Drawing>& drawings,
+              const std::filesystem::path& folder) {
+    for (const orbel::artwork::Drawing& drawing : drawings) {
+        const std::filesystem::path path = folder / (drawing.name + ".svg");
+        std::ofstream file(path, std::ios::binary);
         file << orbel::artwork::svgText(drawing);
         if (!file.flush()) {
-            std::cerr << "cannot write " << folder / (drawing.name + ".svg") << "\n";
-            return 1;
+            std::cerr << "cannot write " << path << "\n";
+            return false;
         }
     }
-    return 0;
+    return true;
+}
+
+} // namespace
+
+/// Writes the shape files and the drawings of the example scenes into two folders.
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "usage: orbel-shapes SHAPE_FOLDER SCENE_FOLDER\n";
+        return 2;
+    }
+    const bool written = writeAll(orbel::artwork::shapeDrawings(), argv[1]) &&
+                         writeAll(orbel::artwork::sceneDrawings(), argv[2]);
+    return written ? 0 : 1;
 }
