@@ -3,12 +3,12 @@
 #include "tests/fxplug/LoadedEffect.h"
 #include "tests/fxplug/Pool.h"
 #include "tests/fxplug/StandInProject.h"
+#include "tests/fxplug/TempFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 
 // The runtime's own count of living objects; its header hides it from release builds.
@@ -269,11 +269,8 @@ struct Picture {
 };
 
 std::string shapeFile() {
-    static const std::string file = [] {
-        const auto path = std::filesystem::path(testing::TempDir()) / "orbel-fxplug-line.svg";
-        std::ofstream(path) << "<svg><line x2='100' y2='100'/></svg>";
-        return path.string();
-    }();
+    static const TempFolder folder;
+    static const std::string file = folder.file("line.svg", "<svg><line x2='100' y2='100'/></svg>");
     return file;
 }
 
@@ -316,8 +313,10 @@ TEST_F(Rendering, drawsAndMarksTheOutputPremultiplied) {
     EXPECT_TRUE(render(bitmap(picture), output, 0));
     EXPECT_TRUE([output isPremultiplied]);
     EXPECT_NE(pixels(output, picture), picture.bytes());
+    [output setIsPremultiplied:NO];
     manners().answersPremultiplied = false;
     EXPECT_TRUE(render(bitmap(picture), output, 0));
+    EXPECT_FALSE([output isPremultiplied]);
 }
 
 TEST_F(Rendering, laysASmallerOrLargerInputIntoTheTopLeftCorner) {

@@ -1,5 +1,7 @@
 #include "tests/fxplug/StandInImages.h"
 
+#import <objc/runtime.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <vector>
@@ -66,7 +68,7 @@ bool orbel::fxtest::paddingIntact(FxBitmap* bitmap) {
 }
 
 - (BOOL)respondsToSelector:(SEL)selector {
-    if (selector == @selector(setIsPremultiplied:)) {
+    if (sel_isEqual(selector, @selector(setIsPremultiplied:))) {
         return manners().answersPremultiplied ? YES : NO;
     }
     return [super respondsToSelector:selector];
@@ -147,7 +149,7 @@ bool orbel::fxtest::paddingIntact(FxBitmap* bitmap) {
 }
 
 - (BOOL)respondsToSelector:(SEL)selector {
-    if (selector == @selector(hostIsFCE) && !manners().knowsExpress) {
+    if (sel_isEqual(selector, @selector(hostIsFCE)) && !manners().knowsExpress) {
         return NO;
     }
     return [super respondsToSelector:selector];
