@@ -7,11 +7,13 @@
 #include "params/ParameterTable.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
+#include "shapes/SvgParser.h"
 
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <numbers>
+#include <utility>
 
 namespace orbel::app {
 
@@ -20,14 +22,17 @@ namespace {
 constexpr int columns = 8;
 constexpr int rows = 5;
 constexpr int tileSide = 256;
-constexpr int caption = 36;
+constexpr int caption = 40;
 constexpr int gap = 16;
-constexpr int letterScale = 2;
+constexpr double letterUnit = 2.1;
 
-constexpr std::array<double, 4> ground{0.07, 0.075, 0.1, 1.0};
-constexpr std::array<double, 4> tileGround{0.11, 0.115, 0.15, 1.0};
-constexpr std::array<std::uint8_t, 4> bright{196, 200, 212, 255};
-constexpr std::array<std::uint8_t, 4> dim{84, 88, 100, 255};
+constexpr int transferNormal = 1;
+constexpr int transferAdd = 2;
+
+constexpr std::array<double, 4> ground{0.04, 0.045, 0.07, 1.0};
+constexpr std::array<double, 4> tileGround{0.07, 0.08, 0.118, 1.0};
+constexpr std::array<std::uint8_t, 3> bright{170, 178, 198};
+constexpr std::array<std::uint8_t, 3> dim{70, 76, 90};
 
 /// Soft colours that walk round the hues from shape to shape.
 ParameterValue strokeColour(int shape) {
@@ -35,9 +40,20 @@ ParameterValue strokeColour(int shape) {
     ParameterValue colour{};
     for (std::size_t i = 0; i < colour.size(); ++i) {
         colour[i] =
-            0.72 + 0.25 * std::cos(turn - 2.0 * std::numbers::pi * static_cast<double>(i) / 3);
+            0.74 + 0.25 * std::cos(turn - 2.0 * std::numbers::pi * static_cast<double>(i) / 3);
     }
     return colour;
+}
+
+/// Thinner for sets of many outlines, which would run into one another.
+double strokeThickness(int shape) {
+    PluginPath_Impl outlines;
+    svg_parser parser;
+    parser.setPath(&outlines);
+    parser.parse(presetFile(shape).c_str());
+    long count = 0;
+    outlines.NumPaths(nullptr, &count);
+    return 2.6 + 4.4 / (1.0 + static_cast<double>(count) / 12.0);
 }
 
 ScenePlan tilePlan(int shape) {
@@ -46,14 +62,26 @@ ScenePlan tilePlan(int shape) {
     plan.color.rgba = tileGround;
     plan.parameters.set(PARAM_PRESETS, shape);
     plan.parameters.set(PARAM_COLOR, strokeColour(shape));
-    plan.parameters.set(PARAM_THICKNESS, 7);
-    plan.parameters.set(PARAM_FEATHER, 20);
+    plan.parameters.set(PARAM_THICKNESS, strokeThickness(shape));
+    plan.parameters.set(PARAM_FEATHER, 30);
     plan.parameters.set(PARAM_SCALE_X, 1.5);
     plan.parameters.set(PARAM_SCALE_Y, 1.5);
     plan.parameters.set(PARAM_ENABLE_TAPER, 1);
     plan.parameters.set(PARAM_START_THICKNESS, 25);
     plan.parameters.set(PARAM_END_THICKNESS, 25);
-    plan.parameters.set(PARAM_TRANSFER_MODE, 1);
+    plan.parameters.set(PARAM_TRANSFER_MODE, transferNormal);
+    return plan;
+}
+
+/// The faint light that the stroke throws on its tile.
+ScenePlan glowPlan(int shape) {
+    ScenePlan plan = tilePlan(shape);
+    plan.parameters.set(PARAM_THICKNESS, 26);
+    plan.parameters.set(PARAM_FEATHER, 100);
+    plan.parameters.set(PARAM_INTERNAL_OPACITY, 6);
+    plan.parameters.set(PARAM_OPACITY, 26);
+    plan.parameters.set(PARAM_ENABLE_TAPER, 0);
+    plan.parameters.set(PARAM_TRANSFER_MODE, transferAdd);
     return plan;
 }
 
@@ -64,23 +92,28 @@ void paste(const MemoryImage& tile, int x, int y, const MemoryImage& sheet) {
     }
 }
 
+/// Draws one plan over a picture and leaves the result in it.
+bool drawOver(ScenePlan plan, MemoryImage* picture) {
+    FrameRenderer renderer(&plan, {}, {});
+    MemoryImage output = renderer.makeImage();
+    if (renderer.render(0, *picture, output) != 0) {
+        return false;
+    }
+    *picture = std::move(output);
+    return true;
+}
+
 /// False when the shape has no file.
 bool drawTile(int shape, int x, int y, const MemoryImage& sheet) {
-    ScenePlan plan = tilePlan(shape);
-    const bool drawable = fileExists(presetFile(shape).c_str()) == 1;
+    ScenePlan plan = tilePlan(0);
     FrameInput background(&plan);
-    FrameRenderer renderer(&plan, {}, {});
-    const MemoryImage input = renderer.makeImage();
-    background.fill(0, input);
-    if (drawable) {
-        const MemoryImage output = renderer.makeImage();
-        if (renderer.render(0, input, output) == 0) {
-            paste(output, x, y, sheet);
-            return true;
-        }
-        background.fill(0, input);
+    MemoryImage picture(tileSide, tileSide, RF_RGBA8, RowLayout{});
+    background.fill(0, picture);
+    const bool drawable = fileExists(presetFile(shape).c_str()) == 1;
+    if (drawable && !(drawOver(glowPlan(shape), &picture) && drawOver(tilePlan(shape), &picture))) {
+        background.fill(0, picture);
     }
-    paste(input, x, y, sheet);
+    paste(picture, x, y, sheet);
     return drawable;
 }
 
@@ -104,7 +137,9 @@ MemoryImage makeShapeSheet() {
         const int x = gap + tile % columns * (tileSide + gap);
         const int y = gap + tile / columns * (tileSide + caption + gap);
         const bool drawn = drawTile(shape, x, y, sheet);
-        drawText(sheet.info(), x, y + tileSide + gap / 2, letterScale, g_svgShapes[shape].name,
+        const char* const name = g_svgShapes[shape].name;
+        const double indent = (tileSide - textWidth(name) * letterUnit) / 2;
+        drawText(sheet.info(), {x + indent, y + tileSide + 23.0, letterUnit}, name,
                  drawn ? bright : dim);
     }
     return sheet;

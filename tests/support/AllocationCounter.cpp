@@ -43,7 +43,20 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
         std::aligned_alloc(static_cast<std::size_t>(alignment), alignedSize(size, alignment)));
 }
 
+// The library's own array forms end here too, but a sanitizer's do not.
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
 void operator delete(void* memory) noexcept {
+    release(memory);
+}
+
+void operator delete[](void* memory) noexcept {
+    release(memory);
+}
+
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
     release(memory);
 }
 
