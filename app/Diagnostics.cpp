@@ -111,7 +111,7 @@ std::string inQuotes(std::string_view text) {
 }
 
 std::string numberText(double value) {
-    std::array<char, 32> buffer;
+    std::array<char, 32> buffer{};
     const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
     return {buffer.data(), written.ptr};
 }

@@ -84,8 +84,9 @@ std::optional<ParameterValue> readToggle(const ParameterRow& row, const json& va
     if (value.is_boolean()) {
         return ParameterValue{value.get<bool>() ? 1.0 : 0.0};
     }
-    if (value.is_number() && (value == 0 || value == 1)) {
-        return ParameterValue{value.get<double>()};
+    if (const double number = value.is_number() ? value.get<double>() : -1.0;
+        number == 0.0 || number == 1.0) {
+        return ParameterValue{number};
     }
     reportType(row, value, site);
     return std::nullopt;
@@ -125,8 +126,7 @@ std::optional<ParameterValue> readMenu(const ParameterRow& row, const json& valu
 }
 
 std::optional<Easing> readEasing(const json& value, const Site& site) {
-    constexpr const char* remedy =
-        "use \"linear\", \"hold\", \"ease\", \"ease-in\" or \"ease-out\"";
+    constexpr const char* remedy = R"(use "linear", "hold", "ease", "ease-in" or "ease-out")";
     if (!value.is_string()) {
         site.report(std::string("an easing cannot be ") + value.type_name(), remedy);
         return std::nullopt;

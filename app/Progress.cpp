@@ -24,7 +24,7 @@ double seconds(Progress::Clock::duration span) {
 }
 
 std::string oneDecimal(double value) {
-    std::array<char, 32> text;
+    std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.1f", value);
     return text.data();
 }
@@ -32,7 +32,7 @@ std::string oneDecimal(double value) {
 /// "0:07", "1:02:03"
 std::string clockText(double span) {
     const long whole = std::lround(std::min(span, 1e9));
-    std::array<char, 48> text;
+    std::array<char, 48> text{};
     if (whole < 3600) {
         std::snprintf(text.data(), text.size(), "%ld:%02ld", whole / 60, whole % 60);
     } else {

@@ -105,11 +105,11 @@ std::string finishedFrames(const FrameRange& frames, const PipelineResult& resul
     if (result.framesWritten == 0) {
         return "no frame was finished";
     }
+    if (result.outputFailed) {
+        return "what was written before that frame is readable"; // an encoder may hold some back
+    }
     const std::string first = std::to_string(frames.first);
     const std::string last = std::to_string(frames.first + result.framesWritten - 1);
-    if (result.outputFailed) {
-        return "what was written before is readable, up to frame " + last + " at most";
-    }
     return result.framesWritten == 1
                ? "frame " + first + " is finished and readable"
                : "frames " + first + " to " + last + " are finished and readable";

@@ -46,6 +46,8 @@ public:
     /// Borrows the plan and makes everything that the frames need. Throws std::bad_alloc when there
     /// is no memory for it.
     RenderPipeline(ScenePlan* plan, int threads, PipelineCallbacks callbacks);
+    RenderPipeline(const RenderPipeline&) = delete;
+    RenderPipeline& operator=(const RenderPipeline&) = delete;
     ~RenderPipeline();
 
     [[nodiscard]] PipelineResult run(const std::vector<std::unique_ptr<MediaWriter>>& writers);

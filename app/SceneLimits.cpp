@@ -25,6 +25,7 @@ std::optional<RasterFormat> checkedFormat(std::string_view name, const Site& sit
     const std::optional<RasterFormat> format = formatOf(name);
     if (!format) {
         std::vector<std::string> names;
+        names.reserve(namedFormats.size());
         for (const NamedFormat& known : namedFormats) {
             names.emplace_back(known.name);
         }

@@ -199,9 +199,10 @@ private:
     }
 
     /// Two numbers with a separator between them; reports anything else.
-    std::optional<std::pair<double, double>> pairOf(const std::string& text, char separator,
-                                                    const std::string& option,
-                                                    const std::string& form) const {
+    [[nodiscard]] std::optional<std::pair<double, double>> pairOf(const std::string& text,
+                                                                  char separator,
+                                                                  const std::string& option,
+                                                                  const std::string& form) const {
         const std::vector<std::string_view> parts = split(text, separator);
         if (parts.size() == 2) {
             const std::optional<double> a = numberIn(parts[0]);

@@ -170,7 +170,7 @@ private:
             place.report(inQuotes(raw->path) + " holds " + std::to_string(found) +
                              " bytes, and a frame of this size and format has " +
                              std::to_string(needed),
-                         "correct \"size\" or \"format\", or give another file");
+                         R"(correct "size" or "format", or give another file)");
             return;
         }
         if (m_problems->empty()) {

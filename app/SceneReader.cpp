@@ -126,7 +126,7 @@ private:
     }
 
     /// A path as the scene writes it, seen from the working folder.
-    std::optional<std::string> path(const json& value, const Site& site) const {
+    [[nodiscard]] std::optional<std::string> path(const json& value, const Site& site) const {
         const std::optional<std::string> name = text(value, site);
         if (!name) {
             return std::nullopt;

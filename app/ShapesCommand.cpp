@@ -28,25 +28,37 @@ void list(std::ostream& out) {
     }
 }
 
-int drawSheet(const std::string& path, std::ostream& err) {
-    bool drawing = false;
+/// Runs one step of making the sheet; what goes wrong is told and gives `failureCode`.
+template<typename Step>
+int guarded(const std::string& path, int failureCode, std::ostream& err, const Step& step) {
     try {
-        static_cast<void>(checkOutput(path, 1));
-        const MemoryImage sheet = makeShapeSheet();
-        drawing = true;
-        WriterSpec spec;
-        spec.width = sheet.info().width;
-        spec.height = sheet.info().height;
-        const std::unique_ptr<MediaWriter> writer = openWriter(path, spec);
-        writer->write(sheet.info(), 0);
-        writer->finish();
+        step();
         return EXIT_DONE;
     } catch (const MediaError& error) {
         err << sentence({error.file(), error.place(), error.message(), error.remedy()}) << '\n';
     } catch (const std::bad_alloc&) {
         err << sentence({path, "", "there is not enough memory for the sheet", ""}) << '\n';
     }
-    return drawing ? EXIT_RENDERING_FAILED : EXIT_BAD_INPUT;
+    return failureCode;
+}
+
+void writeSheet(const std::string& path) {
+    const MemoryImage sheet = makeShapeSheet();
+    WriterSpec spec;
+    spec.width = sheet.info().width;
+    spec.height = sheet.info().height;
+    const std::unique_ptr<MediaWriter> writer = openWriter(path, spec);
+    writer->write(sheet.info(), 0);
+    writer->finish();
+}
+
+int drawSheet(const std::string& path, std::ostream& err) {
+    const int checked =
+        guarded(path, EXIT_BAD_INPUT, err, [&] { static_cast<void>(checkOutput(path, 1)); });
+    if (checked != EXIT_DONE) {
+        return checked;
+    }
+    return guarded(path, EXIT_RENDERING_FAILED, err, [&] { writeSheet(path); });
 }
 
 } // namespace

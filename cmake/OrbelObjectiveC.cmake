@@ -60,6 +60,10 @@ if(NOT ORBEL_HAVE_OBJCXX)
     return()
 endif()
 
+# As fast, or as debuggable, as the C++ around it.
+foreach(config IN ITEMS DEBUG RELEASE RELWITHDEBINFO MINSIZEREL)
+    set(CMAKE_OBJCXX_FLAGS_${config} "${CMAKE_CXX_FLAGS_${config}}")
+endforeach()
 if(CMAKE_CXX_COMPILER_LAUNCHER AND NOT CMAKE_OBJCXX_COMPILER_LAUNCHER)
     set(CMAKE_OBJCXX_COMPILER_LAUNCHER "${CMAKE_CXX_COMPILER_LAUNCHER}")
 endif()

@@ -14,7 +14,7 @@ constexpr double LARGEST_INCREMENT = 5000.0;
 
 // Outlines that never fit a chord (infinite, NaN or collapsed ones) must not stall a frame.
 constexpr int TRIALS_PER_CHORD = 20000;
-constexpr long EVALUATIONS_PER_WALK = 1L << 30;
+constexpr long EVALUATIONS_PER_WALK = 1L << 26;
 
 // How many outline indices beyond the last are tried before a comparison gives up.
 constexpr long FAILED_CHECKOUTS = 1L << 16;
@@ -96,7 +96,7 @@ ChordWalk::ChordWalk(PluginHost_API* host, BezierSampler* path, double targetLen
       m_low(NO_LOW),
       m_begin(path->at(0.0)),
       m_end(m_begin) {
-    if (!(targetLength > 0.0)) {
+    if (!(targetLength > 0.0 && m_shortest > 0.0)) { // the square may underflow
         m_trials = TRIALS_PER_CHORD;
     }
 }

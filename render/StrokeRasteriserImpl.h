@@ -45,7 +45,7 @@ void HQDrawSphere(P /*pixel*/, PluginHost_API* host, unsigned char* base, int ro
     if (Vx_TrimRect(&box, width, height) == 0) {
         return;
     }
-    const T full = static_cast<T>(P::MAX_VALUE());
+    const auto full = static_cast<T>(P::MAX_VALUE());
     const double amount = P::MAX_VALUE() * intensity / 255.0;
     const double half = static_cast<double>(P::halfRoundPixel());
     const double reciprocal = P::RECIP_VALUE();
@@ -67,7 +67,7 @@ void HQDrawSphere(P /*pixel*/, PluginHost_API* host, unsigned char* base, int ro
                 const double s = (brush.outer - host->math_sqrt(q)) * brush.ringScale;
                 cover = (3 - 2 * s) * s * s;
             }
-            const double a = static_cast<double>(alpha);
+            const auto a = static_cast<double>(alpha);
             alpha = truncateTo<T>(a + (1 - a * reciprocal) * cover * amount + half);
         }
     }

@@ -9,6 +9,12 @@ namespace {
 
 constexpr long EVALUATIONS_PER_PROGRESS = 100;
 
+// A step next to nothing and an end that is never reached must not stall a frame. No stretch of the
+// driver is longer than two laps; a lap of a tiny outline may take a large parameter.
+constexpr long STAMPS_PER_WALK = 1L << 26;
+constexpr double LAPS_PER_WALK = 4;
+constexpr double SPARE_PARAMETER = 20000;
+
 class StrokeWalk {
 public:
     StrokeWalk(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
@@ -50,6 +56,7 @@ private:
     double m_step;           // current distance between stamps
     double m_distance = 0.0; // path distance of the chord's beginning
     double m_lastStamp = 0.0;
+    long m_marched = 0; // stamp distances passed, drawn or not
     bool m_dynamic;
 };
 
@@ -78,6 +85,7 @@ int StrokeWalk::walk() {
         m_step = m_stroke.taper.startThickness * m_stroke.step;
         m_step = m_step < 0.5 ? 0.5 : m_step;
     }
+    const double lastParameter = LAPS_PER_WALK * static_cast<double>(m_segments) + SPARE_PARAMETER;
     ChordWalk chords(m_host, &sampler, m_stroke.sampleLength);
     for (;;) {
         const ChordWalk::Trial trial = chords.tryChord();
@@ -99,7 +107,7 @@ int StrokeWalk::walk() {
             break;
         }
         m_distance += chords.chord();
-        if (reachedEnd() || !(m_distance > before)) {
+        if (reachedEnd() || !(m_distance > before) || chords.parameter() > lastParameter) {
             break;
         }
     }
@@ -113,7 +121,7 @@ bool StrokeWalk::stampChord(const ChordWalk& chords) {
     const BezierSampler::Point b = chords.end();
     for (;;) {
         const double s = m_lastStamp + m_step;
-        if (!(s > m_lastStamp)) {
+        if (!(s > m_lastStamp) || ++m_marched > STAMPS_PER_WALK) {
             return false;
         }
         if (!(s > m_distance) || s > m_distance + chords.chord()) {

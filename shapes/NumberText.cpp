@@ -3,7 +3,7 @@
 #include <clocale>
 #include <cstdlib>
 
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale is POSIX
 #ifdef __APPLE__
 #include <xlocale.h>
 #endif

@@ -1,5 +1,6 @@
 #include "app/media/MediaWriter.h"
 
+#include "app/media/DiskReserve.h"
 #include "app/media/Encoder.h"
 #include "app/media/MediaError.h"
 #include "app/media/SequencePattern.h"
@@ -114,6 +115,8 @@ class FilmWriter final : public MediaWriter {
 public:
     FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target)
         : m_path(path),
+          m_indexLast(target.kind != OutputKind::Mkv),
+          m_reserve(path),
           m_encoder(path, spec, target),
           m_packet(libav::owned<libav::PacketPtr>(av_packet_alloc())) {
         AVFormatContext* output = nullptr;
@@ -138,6 +141,7 @@ public:
     void write(const RasterInfo& raster, long frame) override {
         checkOpen(m_finished);
         m_newest = frame;
+        keepRoomForIndex();
         m_encoder.send(raster, m_count, frame);
         ++m_count;
         saveReady();
@@ -154,6 +158,10 @@ public:
             saveReady();
         } catch (const MediaError&) {
             failure = std::current_exception();
+        }
+        m_reserve.release();
+        if (m_failed) {
+            m_output->pb->error = 0;
         }
         // The trailer makes the frames before a failure playable.
         const int written = av_write_trailer(m_output.get());
@@ -202,21 +210,38 @@ private:
         check(avformat_write_header(m_output.get(), options.get()));
     }
 
+    void keepRoomForIndex() {
+        if (m_indexLast && !m_reserve.growTo(indexBytes + m_count * indexBytesPerFrame)) {
+            m_failed = true;
+            check(AVERROR(errno));
+        }
+    }
+
     void saveReady() {
-        while (m_encoder.receive(*m_packet, m_newest)) {
+        // After a failed write the rest could only add frames that are not there.
+        while (!m_failed && m_encoder.receive(*m_packet, m_newest)) {
             av_packet_rescale_ts(m_packet.get(), m_encoder.context().time_base,
                                  m_output->streams[0]->time_base);
             m_packet->stream_index = 0;
             libav::forgetReason();
-            check(av_interleaved_write_frame(m_output.get(), m_packet.get()));
+            const int code = av_interleaved_write_frame(m_output.get(), m_packet.get());
+            m_failed = code < 0 || m_output->pb->error < 0;
+            check(code);
             check(m_output->pb->error);
         }
     }
 
+    // More than the index of a film takes.
+    static constexpr std::int64_t indexBytes = 65536;
+    static constexpr std::int64_t indexBytesPerFrame = 64;
+
     std::string m_path;
+    bool m_indexLast;
+    DiskReserve m_reserve;
     Encoder m_encoder;
     libav::PacketPtr m_packet;
     libav::OutputPtr m_output;
+    bool m_failed = false;
     long m_count = 0;
     long m_newest = 0;
     bool m_finished = false;

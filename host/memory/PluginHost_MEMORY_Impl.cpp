@@ -58,7 +58,9 @@ PluginHost_MEMORY_Impl::PluginHost_MEMORY_Impl(const RasterInfo& input, const Ra
     : m_input(input), m_output(output), m_parameters(parameters), m_settings(settings) {}
 
 RasterInfo PluginHost_MEMORY_Impl::outputInfo() const {
-    return m_outputOverride == nullptr ? m_output : *m_outputOverride->getRasterInfoBase();
+    const RasterInfo* const info =
+        m_outputOverride == nullptr ? nullptr : m_outputOverride->getRasterInfoBase();
+    return info == nullptr ? m_output : *info;
 }
 
 void PluginHost_MEMORY_Impl::fillOutput() {

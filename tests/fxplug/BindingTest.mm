@@ -57,7 +57,7 @@ std::vector<int> firstBytes(const RasterInfo& info) {
 class Binding : public testing::Test {
 protected:
     Binding() {
-        manners() = HostManners{};
+        resetManners(0);
         g_hostIndex = 0;
         project.hostIsCalling = true;
         api = [[[StandInApi alloc] initWithProject:&project] autorelease];
@@ -595,8 +595,9 @@ TEST_F(Binding, doublesLines) {
         EXPECT_EQ([frame pixelAspect], 0.75);
         EXPECT_TRUE(paddingIntact(frame));
     }
+    FxBitmap* const field = rows(1, 1, 8, 2, 0);
     manners().bitmapsUntilFailure = 0;
-    EXPECT_EQ(render_lineDouble(rows(1, 1, 8, 2, 0)), nil);
+    EXPECT_EQ(render_lineDouble(field), nil);
     EXPECT_EQ(render_lineDouble(nil), nil);
 }
 

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <memory>
+#include <thread>
 
 namespace orbel::fxtest {
 namespace {
@@ -116,6 +118,37 @@ INSTANTIATE_TEST_SUITE_P(Scenes, FieldThroughBundle,
                          testing::Combine(testing::Values("blur", "camera", "placement",
                                                           "half-scale"),
                                           testing::Values(Field::Upper, Field::Lower)));
+
+// Hosts render several instances at once; renders take turns and do not see one another.
+TEST(SeveralInstances, drawTheirOwnFramesFromTheirOwnThreads) {
+    const std::vector<std::string> names{"blur", "repeater", "taper-dynamic", "camera"};
+    std::vector<std::string> results(names.size());
+    std::vector<std::unique_ptr<LoadedEffect>> effects;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        effects.push_back(std::make_unique<LoadedEffect>(ORBEL_BUNDLE, Application::FinalCutPro));
+    }
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        threads.emplace_back([&, i] {
+            HostedScene scene = golden(names[i]);
+            scene.applyTo(*effects[i]);
+            for (long frame = 0; frame < 3; ++frame) {
+                const MemoryImage expected = scene.image(RF_ARGB32F);
+                const MemoryImage actual = scene.image(RF_ARGB32F);
+                renderInMemory(scene.plan(), static_cast<double>(frame),
+                               scene.input(frame, RF_ARGB32F), expected);
+                const bool done =
+                    effects[i]->render(scene.request(frame, Field::None),
+                                       scene.input(frame, RF_ARGB32F).info(), actual.info());
+                results[i] += done && sameBytes(actual.info(), expected.info()) ? "same " : "not ";
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(results, std::vector<std::string>(names.size(), "same same same "));
+}
 
 // Motion hands over fields at full height: they are rendered as the frames they are.
 TEST(FieldThroughMotion, isAFullFrame) {

@@ -51,8 +51,7 @@ RasterInfo fieldRows(const RasterInfo& frame, Field field) {
 LoadedEffect::LoadedEffect(const std::string& bundle, Application application)
     : m_parts(std::make_unique<Parts>()) {
     const Pool pool;
-    manners() = HostManners{};
-    manners().kind = static_cast<int>(application);
+    resetManners(static_cast<int>(application));
     const Class found = principalClass(bundle);
     m_parts->manager = [[StandInManager alloc] initWithProject:&m_parts->project];
     m_parts->effect = [[found alloc] initWithAPIManager:m_parts->manager];

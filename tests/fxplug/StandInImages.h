@@ -2,6 +2,8 @@
 
 #include "host/fxplug/platform/FxProtocols.h"
 
+#include <atomic>
+
 namespace orbel::fxtest {
 
 /// What the stand-in for a host application says about itself, and what it refuses. One per
@@ -9,12 +11,14 @@ namespace orbel::fxtest {
 struct HostManners {
     int kind = 0;             ///< as `g_hostIndex`; any other number claims to be none of the three
     bool knowsExpress = true; ///< hosts before 1.2 do not know `hostIsFCE`
-    bool describesItself = true;      ///< whether there is an FxHostCapabilities to be had
-    UInt32 version = 0x01230000;      ///< 1.2.3
-    int bitmapsUntilFailure = -1;     ///< then `initWithInfo:` answers nil; -1 never
-    bool answersPremultiplied = true; ///< whether images know `setIsPremultiplied:`
+    bool describesItself = true;               ///< whether there is an FxHostCapabilities to be had
+    UInt32 version = 0x01230000;               ///< 1.2.3
+    std::atomic<int> bitmapsUntilFailure = -1; ///< then `initWithInfo:` answers nil; -1 never
+    bool answersPremultiplied = true;          ///< whether images know `setIsPremultiplied:`
 };
 [[nodiscard]] HostManners& manners();
+/// A host of this kind that refuses nothing.
+void resetManners(int kind);
 
 /// Host images alive now.
 [[nodiscard]] int liveImages();

@@ -3,6 +3,7 @@
 #import <objc/runtime.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -12,7 +13,7 @@ namespace {
 
 constexpr FxUInt PADDING = 16;
 constexpr std::uint8_t GUARD = 0xA5;
-int live = 0;
+std::atomic<int> live = 0;
 
 } // namespace
 
@@ -29,6 +30,16 @@ struct FxBitmapPriv {
 HostManners& orbel::fxtest::manners() {
     static HostManners current;
     return current;
+}
+
+void orbel::fxtest::resetManners(int kind) {
+    HostManners& current = manners();
+    current.kind = kind;
+    current.knowsExpress = true;
+    current.describesItself = true;
+    current.version = HostManners{}.version;
+    current.bitmapsUntilFailure = -1;
+    current.answersPremultiplied = true;
 }
 
 int orbel::fxtest::liveImages() {
@@ -107,11 +118,10 @@ bool orbel::fxtest::paddingIntact(FxBitmap* bitmap) {
 @implementation FxBitmap
 
 - (id)initWithInfo:(FxImageInfo)imageInfo {
-    if (manners().bitmapsUntilFailure == 0) {
+    if (manners().bitmapsUntilFailure-- == 0) {
         [super dealloc];
         return nil;
     }
-    --manners().bitmapsUntilFailure;
     self = [super initWithInfo:imageInfo];
     if (self != nil) {
         const FxUInt rowSize = 4 * (imageInfo.depth / 8) * imageInfo.width;

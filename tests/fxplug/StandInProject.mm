@@ -34,6 +34,8 @@ Project::~Project() {
 void Project::declare(UInt32 param, ValueKind kind, FxParameterFlags flags,
                       const ParameterValue& value, const std::string& line) {
     declarations.push_back(line);
+    const id former = parameters[param].custom;
+    [former release];
     parameters[param] = {kind, flags, toHost(kind, value), nil};
 }
 

@@ -15,10 +15,9 @@ TEST(Numeric, truncationKeepsTheLowBits) {
         int asInt;
     };
     const Row rows[] = {
-        {0.0, 0, 0},      {1.9, 1, 1},          {-1.9, 255, -1},      {256.5, 0, 256},
-        {300.0, 44, 300}, {4294967297.0, 1, 1}, {-9.3e18, 0, 0},      {9223372036854775808.0, 0, 0},
-        {INFINITE, 0, 0}, {-INFINITE, 0, 0},    {NOT_A_NUMBER, 0, 0},
-    };
+        {0.0, 0, 0},      {1.9, 1, 1},          {-1.9, 255, -1},     {256.5, 0, 256},
+        {300.0, 44, 300}, {4294967297.0, 1, 1}, {-9.3e18, 0, 0},     {9223372036854775808.0, 0, 0},
+        {INFINITE, 0, 0}, {-INFINITE, 0, 0},    {NOT_A_NUMBER, 0, 0}};
     for (const Row& row : rows) {
         EXPECT_EQ(truncateTo<unsigned char>(row.value), row.asByte) << row.value;
         EXPECT_EQ(truncateTo<int>(row.value), row.asInt) << row.value;

@@ -172,54 +172,37 @@ TEST(ParameterTable, presetsAreTheBuiltInShapesWhetherInstalledOrNot) {
     EXPECT_EQ(presets.back(), "Wrinkled Petals");
 }
 
-TEST(ParameterTable, knowsValuesByKind) {
-    struct Row {
-        int id;
-        int components;
-        bool interpolates;
-    };
-    const Row rows[] = {{PARAM_COLOR, 3, true}, {PARAM_CAMERA_XY, 2, true},
-                        {PARAM_END, 1, true},   {PARAM_BEND_AXIS, 1, true},
-                        {PARAM_LOOP, 1, false}, {PARAM_VIEW, 1, false}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(findParameter(row.id)->components(), row.components) << row.id;
-        EXPECT_EQ(findParameter(row.id)->interpolates(), row.interpolates) << row.id;
-    }
-    EXPECT_EQ(findParameter(PARAM_GROUP_REPEATER), nullptr);
-}
-
 TEST(ParameterTable, findsParametersByWhatAUserTypes) {
     struct Row {
         const char* text;
         std::vector<int> ids;
     };
-    const Row rows[] = {
-        {"4", {4}},
-        {"Thickness", {4}},
-        {"Camera/Zoom", {55}},
-        {"Zoom", {55}},
-        {"Opacity", {34}}, // top level wins over the repeater's
-        {"Repeater/Opacity", {64}},
-        {"X Rotation", {9, 22, 56}},
-        {"XY Position", {7, 53}},
-        {"Z Position", {8, 54}},
-        {"Motion Blur", {41}},
-        {"Motion Blur/Motion Blur", {41}},
-        {"Scale", {18}},
-        {"Transform", {}},
-        {"6", {}},
-        {"0", {}},
-        {"2", {}},
-        {"04", {4}},
-        {"-4", {}},
-        {"4 ", {}},
-        {"4.0", {}},
-        {"99999999999999999999", {}},
-        {"thickness", {}},
-        {"", {}},
-        {"/Thickness", {}},
-        {"Camera/", {}},
-    };
+    // At top level a name wins over the same one in a group.
+    const Row rows[] = {{"4", {4}},
+                        {"Thickness", {4}},
+                        {"Camera/Zoom", {55}},
+                        {"Zoom", {55}},
+                        {"Opacity", {34}},
+                        {"Repeater/Opacity", {64}},
+                        {"X Rotation", {9, 22, 56}},
+                        {"XY Position", {7, 53}},
+                        {"Z Position", {8, 54}},
+                        {"Motion Blur", {41}},
+                        {"Motion Blur/Motion Blur", {41}},
+                        {"Scale", {18}},
+                        {"Transform", {}},
+                        {"6", {}},
+                        {"0", {}},
+                        {"2", {}},
+                        {"04", {4}},
+                        {"-4", {}},
+                        {"4 ", {}},
+                        {"4.0", {}},
+                        {"99999999999999999999", {}},
+                        {"thickness", {}},
+                        {"", {}},
+                        {"/Thickness", {}},
+                        {"Camera/", {}}};
     for (const Row& row : rows) {
         std::vector<int> ids;
         for (const ParameterRow* const found : findParameters(row.text)) {

@@ -14,7 +14,8 @@ set(may_params "(params/.+|${seam}|shapes/(ShapeTable|FormatText)[.]h)")
 set(may_render "${core}")
 set(may_app "(app/.+|host/memory/.+|${core})")
 set(may_tests ".+")
-set(may_bench "(bench/.+|app/.+|host/.+|${core})")
+# Benchmarks count allocations with the tests' counter.
+set(may_bench "(bench/.+|app/.+|host/.+|${core}|tests/support/AllocationCounter[.]h)")
 set(may_fuzz "(fuzz/.+|app/.+|host/.+|${core})")
 set(may_tools "(tools/.+|app/.+|host/memory/.+|${core})")
 

@@ -10,11 +10,11 @@ namespace {
 /// Equal round lobes about a centre, run together by arcs that touch neighbours from outside.
 struct Clover {
     Point centre;
-    int lobes;
-    double distance; ///< of a lobe's own centre
-    double lobe;     ///< radius
-    double fillet;   ///< radius
-    double degrees;  ///< clock angle of the first lobe
+    int lobes = 0;
+    double distance = 0; ///< of a lobe's own centre
+    double lobe = 0;     ///< radius
+    double fillet = 0;   ///< radius
+    double degrees = 0;  ///< clock angle of the first lobe
 };
 
 Outline drawn(const Clover& c) {

@@ -87,6 +87,7 @@ std::vector<Outline> randomCircles() {
     std::sort(discs.begin(), discs.end(),
               [](const Disc& a, const Disc& b) { return length(a.centre) < length(b.centre); });
     std::vector<Outline> circles;
+    circles.reserve(discs.size());
     for (const Disc& disc : discs) {
         circles.push_back(circle(disc.centre, disc.radius));
     }

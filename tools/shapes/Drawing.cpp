@@ -49,7 +49,8 @@ std::string coordinates(Point p) {
 }
 
 std::string pathData(const Outline& outline) {
-    std::string d = "M" + coordinates(outline.start);
+    std::string d = "M";
+    d += coordinates(outline.start);
     for (const Cubic& cubic : outline.cubics) {
         d += " C" + coordinates(cubic.control1) + " " + coordinates(cubic.control2) + " " +
              coordinates(cubic.end);

@@ -146,6 +146,7 @@ void flowOn(Outline* outline, std::span<const Point> points, const FlowEnds& end
 
 Outline traceClosed(int count, const std::function<Point(double)>& curve) {
     std::vector<Point> points;
+    points.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         points.push_back(curve(static_cast<double>(i) / count));
     }

@@ -11,6 +11,7 @@ namespace {
 /// its left side back; turned into place.
 Outline petal(std::span<const Point> right, double degrees) {
     std::vector<Point> points;
+    points.reserve(2 * right.size());
     for (const Point& p : right) {
         points.push_back(turned(p, degrees));
     }
@@ -27,9 +28,11 @@ Outline petal(std::span<const Point> right, double degrees) {
 
 std::vector<Outline> petals() {
     const Point side[] = {{0, -20}, {17, -52}, {22, -76}, {0, -100}};
+    constexpr int PETALS = 8;
     std::vector<Outline> flower;
-    for (int i = 0; i < 8; ++i) {
-        flower.push_back(petal(side, 45.0 * i));
+    flower.reserve(PETALS);
+    for (int i = 0; i < PETALS; ++i) {
+        flower.push_back(petal(side, 360.0 * i / PETALS));
     }
     return flower;
 }

@@ -11,6 +11,7 @@ namespace {
 /// Rows from the top, then columns from the left.
 std::vector<Outline> gridOfLines(int count) {
     std::vector<Outline> lines;
+    lines.reserve(static_cast<std::size_t>(count) * 2);
     for (int row = 0; row < count; ++row) {
         lines.push_back(line({0.0, 1.0 * row}, {count - 1.0, 1.0 * row}));
     }
@@ -42,7 +43,8 @@ std::vector<Outline> squareOfLines() {
     constexpr double SIDE = PITCH * LINES;
     std::vector<Outline> lines;
     for (int bundle = 0; bundle < BUNDLES * BUNDLES; ++bundle) {
-        const Point corner{bundle % BUNDLES * SIDE, bundle / BUNDLES * SIDE};
+        const int row = bundle / BUNDLES;
+        const Point corner{bundle % BUNDLES * SIDE, row * SIDE};
         for (int i = 0; i < LINES; ++i) {
             const double across = (i + 0.5) * PITCH;
             const double low = 0.5 * PITCH;
@@ -103,6 +105,7 @@ std::vector<Outline> randomLines() {
     std::sort(sticks.begin(), sticks.end(),
               [](const Stick& a, const Stick& b) { return a.from.x < b.from.x; });
     std::vector<Outline> lines;
+    lines.reserve(sticks.size());
     for (const Stick& stick : sticks) {
         lines.push_back(line(stick.from, stick.to));
     }

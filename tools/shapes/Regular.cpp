@@ -8,6 +8,7 @@ namespace orbel::artwork {
 
 std::vector<Point> regularPolygon(int corners, double radius, double first) {
     std::vector<Point> points;
+    points.reserve(static_cast<std::size_t>(corners));
     for (int i = 0; i < corners; ++i) {
         points.push_back(onClock(MIDDLE, radius, first + 360.0 * i / corners));
     }
@@ -16,6 +17,7 @@ std::vector<Point> regularPolygon(int corners, double radius, double first) {
 
 std::vector<Point> starPolygon(int tips, double outer, double inner) {
     std::vector<Point> points;
+    points.reserve(static_cast<std::size_t>(tips) * 2);
     for (int i = 0; i < 2 * tips; ++i) {
         points.push_back(onClock(MIDDLE, i % 2 == 0 ? outer : inner, 180.0 * i / tips));
     }
@@ -31,7 +33,7 @@ std::vector<Point> rectangle(Point low, Point high) {
 }
 
 double Dice::between(double low, double high) {
-    const double span = static_cast<double>(std::minstd_rand::max() - std::minstd_rand::min());
+    const auto span = static_cast<double>(std::minstd_rand::max() - std::minstd_rand::min());
     return low + (high - low) * static_cast<double>(m_engine() - std::minstd_rand::min()) / span;
 }
 

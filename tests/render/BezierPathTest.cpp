@@ -1,0 +1,230 @@
+#include "render/BezierPath.h"
+
+#include "render/Units.h"
+#include "tests/support/FakePath.h"
+#include "tests/support/TestHosts.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace orbel {
+namespace {
+
+using test::FakeOutline;
+using test::polyline;
+
+constexpr double INFINITE = std::numeric_limits<double>::infinity();
+constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
+
+class BezierPath : public testing::Test {
+protected:
+    BezierPath() { m_host.setPathAPI(&m_path); }
+
+    double length(FakeOutline outline, double step) {
+        return GetBezierPathLen(&m_host, nullptr, &outline, 7.0, 9.0, step);
+    }
+    std::pair<double, double> at(FakeOutline outline, long segments, double t) {
+        std::pair<double, double> point;
+        EvalBezier(&m_host, nullptr, &outline, segments, t, &point.first, &point.second);
+        return point;
+    }
+    int sameMasks(int allPaths, long index) {
+        const int result = CmpMasks(&m_host, nullptr, nullptr, allPaths, index, 0, 100, 100, 3000);
+        EXPECT_EQ(m_path.checkedOut, 0);
+        return result;
+    }
+
+    test::BareHost m_host;
+    test::FakePath m_path;
+};
+
+TEST_F(BezierPath, evaluationWrapsBeyondTheEnd) {
+    const auto open = polyline({{0, 0}, {90, 0}, {90, 60}}, true);
+    const auto closed = polyline({{0, 0}, {90, 0}, {90, 60}}, false);
+    struct Row {
+        double t;
+        std::pair<double, double> onOpen;
+        std::pair<double, double> onClosed;
+    };
+    const Row rows[] = {
+        {0, {0, 0}, {0, 0}},       {0.5, {45, 0}, {45, 0}},   {1, {90, 0}, {90, 0}},
+        {1.5, {90, 30}, {90, 30}}, {2, {90, 60}, {90, 60}},   {2.5, {45, 30}, {45, 30}},
+        {3, {0, 0}, {0, 0}},       {4.5, {90, 30}, {90, 30}}, {-0.5, {-45, 0}, {-45, 0}},
+    };
+    for (const Row& row : rows) {
+        for (const bool isOpen : {true, false}) {
+            const auto [x, y] = at(isOpen ? open : closed, isOpen ? 2 : 3, row.t);
+            const auto& [expectedX, expectedY] = isOpen ? row.onOpen : row.onClosed;
+            EXPECT_NEAR(x, expectedX, 1e-12) << row.t << isOpen;
+            EXPECT_NEAR(y, expectedY, 1e-12) << row.t << isOpen;
+        }
+    }
+}
+
+TEST_F(BezierPath, evaluationFollowsTheFormulaToTheLastBit) {
+    FakeOutline outline;
+    outline.vertices = {{0, 0, 0.1, 0.7, 11.3, -3.9}, {27.7, 41.1, 33.3, 12.9, 0, 0}};
+    const double p[] = {0.1, 11.3, 27.7, 33.3};
+    const double c = 3 * (p[1] - p[0]);
+    const double b = 3 * (p[2] - p[1]) - c;
+    const double a = p[3] - p[0] - c - b;
+    for (const double u : {0.0, 0.123, 0.5, 0.87, 0.999}) {
+        EXPECT_EQ(at(outline, 1, u).first, (a * u * u * u + b * u * u) + c * u + p[0]) << u;
+    }
+}
+
+TEST_F(BezierPath, withoutSegmentsEverythingIsAtTheFirstVertex) {
+    const auto point = polyline({{12, 34}}, true);
+    for (const double t : {0.0, 0.5, 7.25}) {
+        EXPECT_EQ(at(point, 0, t), std::make_pair(12.0, 34.0));
+    }
+    EXPECT_EQ(length(point, 1.0), 0.0);
+    for (const double t : {NOT_A_NUMBER, INFINITE, -INFINITE, 1e300, -1e300}) {
+        at(polyline({{0, 0}, {90, 0}}, true), 1, t); // does no harm
+    }
+}
+
+TEST_F(BezierPath, aVertexThatCannotBeFetchedLeavesThePointAlone) {
+    FakeOutline line = polyline({{1, 2}, {90, 80}}, true);
+    double x = -1.0;
+    double y = -2.0;
+    EXPECT_EQ(GetVertex(&m_host, nullptr, &line, 2, &x, &y), 1);
+    EXPECT_EQ(x, -1.0);
+    EXPECT_EQ(y, -2.0);
+    EXPECT_EQ(GetVertex(&m_host, nullptr, &line, 1, &x, &y), 0);
+    EXPECT_EQ(x, 90.0);
+    EXPECT_EQ(y, 80.0);
+}
+
+TEST_F(BezierPath, lengthIsTheSumOfChordsAndReachesPastTheEnd) {
+    FakeOutline parabola; // y = x^2 / 100 from 0 to 100
+    parabola.vertices = {{0, 0, 0, 0, 100 / 3.0, 0}, {200 / 3.0, 100 / 3.0, 100, 100, 0, 0}};
+    struct Row {
+        FakeOutline outline;
+        double exact;
+        double relative; // what chords may cut off
+    };
+    const Row rows[] = {
+        {polyline({{0, 0}, {60, 80}}, true), 100, 0},
+        {polyline({{0, 0}, {60, 80}}, false), 200, 0},
+        {test::circle(0, 0, 50), 2 * PI * 50, 3e-4},
+        {parabola, 147.89428575445974, 3e-4},
+    };
+    for (const Row& row : rows) {
+        for (const double step : {0.1, 1.0}) {
+            const double measured = length(row.outline, step);
+            EXPECT_GE(measured, row.exact * (1 - row.relative * step) - 1e-9) << row.exact;
+            EXPECT_LE(measured, row.exact * (1 + row.relative) + 0.8 * step + 1e-9) << row.exact;
+        }
+    }
+}
+
+TEST_F(BezierPath, theSearchDoublesOrHalvesUntilAChordFits) {
+    struct Row {
+        double length;
+        double target;
+        long evaluations;
+        double parameter;
+    };
+    const Row rows[] = {
+        {100, 9, 3, 0.04},        // 1 and 2 are too short, 4 fits 3.6 to 7.2
+        {100, 2, 1, 0.01},        // the first trial fits
+        {10000, 10, 5, 0.000625}, // 100, 50, 25 and 12.5 are too long
+    };
+    for (const Row& row : rows) {
+        FakeOutline line = polyline({{0, 0}, {row.length, 0}}, true);
+        BezierSampler sampler(&m_host, nullptr, &line, 1);
+        ChordWalk walk(&m_host, &sampler, row.target);
+        ChordWalk::Trial trial = walk.tryChord();
+        while (trial == ChordWalk::Trial::Rejected) {
+            trial = walk.tryChord();
+        }
+        ASSERT_EQ(trial, ChordWalk::Trial::Accepted);
+        EXPECT_EQ(walk.evaluations(), row.evaluations) << row.length;
+        EXPECT_DOUBLE_EQ(walk.parameter(), row.parameter) << row.length;
+        EXPECT_NEAR(walk.chord(), row.parameter * row.length, 1e-9);
+    }
+}
+
+TEST_F(BezierPath, hostileOutlinesAndStepsEnd) {
+    const FakeOutline outlines[] = {
+        polyline({{5, 5}, {5, 5}, {5, 5}}, false),
+        polyline({{0, 0}, {NOT_A_NUMBER, 3}}, true),
+        polyline({{0, 0}, {INFINITE, -INFINITE}}, true),
+        polyline({{0, 0}, {1e300, 1e300}}, false),
+        polyline({{-1e-300, 0}, {1e-300, 0}}, true),
+        polyline({{1e17, 0}, {1e17 + 32, 0}}, true), // chords below one step of the numbers
+    };
+    for (const FakeOutline& outline : outlines) {
+        for (const double step : {1.0, 0.0, -1.0, NOT_A_NUMBER, INFINITE, 1e-300}) {
+            EXPECT_FALSE(length(outline, step) < 0.0); // NaN outlines have NaN lengths
+        }
+    }
+    EXPECT_EQ(length(outlines[0], 1.0), 0.0);
+    EXPECT_EQ(length(polyline({{0, 0}, {90, 0}}, true), 0.0), 0.0);
+    EXPECT_EQ(length(polyline({{0, 0}, {90, 0}}, true), NOT_A_NUMBER), 0.0);
+}
+
+TEST_F(BezierPath, failingQueriesMeasureNothing) {
+    m_path.segmentsStatus = 5;
+    EXPECT_EQ(length(polyline({{0, 0}, {90, 0}}, true), 1.0), 0.0);
+    m_path.segmentsStatus = 0;
+    m_path.openStatus = 5;
+    EXPECT_EQ(length(polyline({{0, 0}, {90, 0}}, true), 1.0), 0.0);
+}
+
+TEST_F(BezierPath, outlinesDifferByTheSmallestMove) {
+    const FakeOutline outline = test::circle(10, 20, 5);
+    FakeOutline a = outline;
+    const auto same = [&](FakeOutline b) { return CmpMask(&m_host, nullptr, &a, &b); };
+    EXPECT_EQ(same(outline), 1);
+    constexpr double Vx_PathVertex::*members[] = {&Vx_PathVertex::tanInX,  &Vx_PathVertex::tanInY,
+                                                  &Vx_PathVertex::x,       &Vx_PathVertex::y,
+                                                  &Vx_PathVertex::tanOutX, &Vx_PathVertex::tanOutY};
+    for (const auto member : members) {
+        FakeOutline b = outline;
+        double& value = b.vertices[3].*member;
+        value = std::nextafter(value, 1e9);
+        EXPECT_EQ(same(b), 0);
+        value = NOT_A_NUMBER;
+        EXPECT_EQ(CmpMask(&m_host, nullptr, &b, &b), 0);
+    }
+    EXPECT_EQ(same(polyline({{0, 0}, {90, 0}}, true)), 0);
+    m_path.segmentsStatus = 1;
+    EXPECT_EQ(same(outline), 0);
+}
+
+// Only the vertices that segments begin with are compared: the last one of an open outline is not.
+TEST_F(BezierPath, theLastVertexOfAnOpenOutlineIsNotCompared) {
+    FakeOutline a = polyline({{0, 0}, {90, 0}}, true);
+    FakeOutline b = a;
+    b.vertices[1].x = 95;
+    EXPECT_EQ(CmpMask(&m_host, nullptr, &a, &b), 1);
+}
+
+TEST_F(BezierPath, pathsAreComparedAtTwoTimes) {
+    m_path.outlines = {test::circle(10, 20, 5), polyline({{0, 0}, {90, 0}}, true)};
+    EXPECT_EQ(sameMasks(1, 0), 1);
+    m_path.animate = [](FakeOutline& outline, long time) {
+        outline.vertices[0].x += outline.open ? static_cast<double>(time) : 0.0;
+    };
+    EXPECT_EQ(sameMasks(1, 0), 0);
+    EXPECT_EQ(sameMasks(0, 1), 1);
+    EXPECT_EQ(sameMasks(0, 2), 0);
+}
+
+TEST_F(BezierPath, outlinesThatCannotBeCheckedOutAreSkipped) {
+    EXPECT_EQ(sameMasks(1, 0), 1); // nothing is like nothing
+    m_path.outlines = {test::circle(10, 20, 5), test::circle(10, 20, 5), test::circle(10, 20, 5)};
+    m_path.missing = {1, 2};
+    m_path.animate = [](FakeOutline& outline, long time) {
+        outline.vertices[0].x += static_cast<double>(time);
+    };
+    EXPECT_EQ(sameMasks(1, 0), 0);
+    m_path.checkoutStatus = 3; // none ever comes: gives up
+    EXPECT_EQ(sameMasks(1, 0), 1);
+}
+
+} // namespace
+} // namespace orbel
