@@ -32,7 +32,7 @@ StrokeFrame::StrokeFrame(PluginHost_API* renderHost)
       timeScale(renderHost->getTimeScale()) {
     ParamsRetrieveValues(host, &args);
     now = animatedParameters(args);
-    blurMode = truncateTo<int>(GetMBlurValue(host)) + 1;
+    blurMode = menuNumber(truncateTo<int>(GetMBlurValue(host)));
     // One outline after another neither wraps nor squeezes its taper.
     compressToFit = args.compressToFit && !args.strokeSequentially;
     loop = args.loop && !args.strokeSequentially;

@@ -5,6 +5,7 @@
 #include "params/RenderArguments.h"
 #include "render/AnimatedParameters.h"
 #include "render/FrameGeometry.h"
+#include "render/Units.h"
 
 namespace orbel {
 
@@ -37,7 +38,7 @@ struct StrokeFrame {
     explicit StrokeFrame(PluginHost_API* renderHost);
 
     /// "Transfer Mode" index + 1: 1 is "None".
-    [[nodiscard]] int transferMode() const { return args.transferMode + 1; }
+    [[nodiscard]] int transferMode() const { return menuNumber(args.transferMode); }
     [[nodiscard]] double opacity() const;
     /// The stretch is empty and no sample can make it otherwise.
     [[nodiscard]] bool drawsNothing() const;

@@ -47,7 +47,7 @@ void HQDrawSphere(P /*pixel*/, PluginHost_API* host, unsigned char* base, int ro
     }
     const auto full = static_cast<T>(P::MAX_VALUE());
     const double amount = P::MAX_VALUE() * intensity / 255.0;
-    const double half = static_cast<double>(P::halfRoundPixel());
+    const auto half = static_cast<double>(P::halfRoundPixel());
     const double reciprocal = P::RECIP_VALUE();
     const double outer2 = brush.outer * brush.outer;
     const double inner2 = brush.inner * brush.inner;

@@ -118,7 +118,7 @@ TaperStruct SampleDrawing::taper(const PathInfoType& span) const {
     taper.endThickness = m_values.endThickness;
     taper.startShape = m_values.startShape;
     taper.endShape = m_values.endShape;
-    taper.stepAdjustMethod = m_frame.args.stepAdjustMethod + 1;
+    taper.stepAdjustMethod = menuNumber(m_frame.args.stepAdjustMethod);
     // Squeezed into what is drawn, or fixed to the whole outline.
     const double length =
         m_frame.compressToFit ? (m_values.end - m_values.start) * span.length : span.length;
@@ -140,7 +140,7 @@ ProjectionSetup SampleDrawing::projection(const Vx_Matrix4& layerFromPath) const
     setup.width = m_frame.geometry.width;
     setup.height = m_frame.geometry.height;
     setup.layerFromPath = layerFromPath;
-    setup.view = m_frame.args.view + 1;
+    setup.view = menuNumber(m_frame.args.view);
     setup.bend = m_values.bend;
     setup.bendAroundCenter = m_frame.args.bendAroundCenter ? 1 : 0;
     setup.bendAxis = m_values.bendAxis;
