@@ -20,7 +20,8 @@ install(
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orbel
     FILES_MATCHING
     PATTERN "*.h"
-    REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE)
+    REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE
+    PATTERN "host/fxplug" EXCLUDE)
 
 configure_package_config_file(
     cmake/orbelConfig.cmake.in "${PROJECT_BINARY_DIR}/orbelConfig.cmake"

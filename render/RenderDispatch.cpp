@@ -7,6 +7,8 @@ namespace orbel {
 int Render(PluginHost_API* host) {
     const Stroke_CSLock lock(&g_globalCritSection);
     RasterInfo output;
+    // A host leaves the record alone when the layout is unknown to it.
+    output.pixelFormat = static_cast<RasterFormat>(-1);
     host->getOutputRasterInfo(&output);
     host->dependOnOrigin();
     switch (output.pixelFormat) {

@@ -4,8 +4,6 @@
 #include "pixel/RasterFormats.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <stdexcept>
@@ -136,81 +134,6 @@ void PluginHost_MEMORY_Impl::getRasterInfo(PluginRaster_API* raster, RasterInfo*
     *info = *raster->getRasterInfoBase();
 }
 
-double PluginHost_MEMORY_Impl::math_sqrt(double x) {
-    return std::sqrt(x);
-}
-float PluginHost_MEMORY_Impl::math_sqrt(float x) {
-    return std::sqrt(x);
-}
-double PluginHost_MEMORY_Impl::math_floor(double x) {
-    return std::floor(x);
-}
-float PluginHost_MEMORY_Impl::math_floor(float x) {
-    return std::floor(x);
-}
-double PluginHost_MEMORY_Impl::math_exp(double x) {
-    return std::exp(x);
-}
-float PluginHost_MEMORY_Impl::math_exp(float x) {
-    return std::exp(x);
-}
-double PluginHost_MEMORY_Impl::math_atan2(double y, double x) {
-    return std::atan2(y, x);
-}
-float PluginHost_MEMORY_Impl::math_atan2(float y, float x) {
-    return std::atan2(y, x);
-}
-double PluginHost_MEMORY_Impl::math_fabs(double x) {
-    return std::fabs(x);
-}
-float PluginHost_MEMORY_Impl::math_fabs(float x) {
-    return std::fabs(x);
-}
-double PluginHost_MEMORY_Impl::math_sin(double x) {
-    return std::sin(x);
-}
-float PluginHost_MEMORY_Impl::math_sin(float x) {
-    return std::sin(x);
-}
-double PluginHost_MEMORY_Impl::math_cos(double x) {
-    return std::cos(x);
-}
-float PluginHost_MEMORY_Impl::math_cos(float x) {
-    return std::cos(x);
-}
-double PluginHost_MEMORY_Impl::math_fmod(double x, double y) {
-    return std::fmod(x, y);
-}
-float PluginHost_MEMORY_Impl::math_fmod(float x, float y) {
-    return std::fmod(x, y);
-}
-double PluginHost_MEMORY_Impl::math_pow(double x, double y) {
-    return std::pow(x, y);
-}
-float PluginHost_MEMORY_Impl::math_pow(float x, float y) {
-    return std::pow(x, y);
-}
-float PluginHost_MEMORY_Impl::math_ceil(float x) {
-    return std::ceil(x);
-}
-double PluginHost_MEMORY_Impl::math_ceil(double x) {
-    return std::ceil(x);
-}
-float PluginHost_MEMORY_Impl::math_log(float x) {
-    return std::log(x);
-}
-double PluginHost_MEMORY_Impl::math_log(double x) {
-    return std::log(x);
-}
-
-void* PluginHost_MEMORY_Impl::allocMemory(int bytes) {
-    return std::malloc(static_cast<std::size_t>(std::abs(static_cast<long>(bytes))));
-}
-
-void PluginHost_MEMORY_Impl::deallocMemory(void* memory) {
-    std::free(memory);
-}
-
 void PluginHost_MEMORY_Impl::showWarning(const char* text) {
     if (m_warning) {
         m_warning(text);
@@ -225,24 +148,6 @@ void PluginHost_MEMORY_Impl::getSourceLayerDimensions(int& width, int& height) {
 int PluginHost_MEMORY_Impl::getCurrentTime() {
     return saturateTo<int>(m_settings.ticksPerFrame * m_settings.frame);
 }
-
-void PluginHost_MEMORY_Impl::getOrigin(int& x, int& y) {
-    x = m_originX;
-    y = m_originY;
-}
-
-void PluginHost_MEMORY_Impl::setOrigin(int x, int y) {
-    m_originX = x;
-    m_originY = y;
-}
-
-int PluginHost_MEMORY_Impl::acquireSuite(const char* /*name*/, int /*version*/,
-                                         const char* /*error*/, void** /*suite*/) {
-    return 2;
-}
-
-void PluginHost_MEMORY_Impl::releaseSuite(const char* /*name*/, int /*version*/,
-                                          const char* /*error*/) {}
 
 bool PluginHost_MEMORY_Impl::read(int param, const TimeObject& time, ParameterValue& value) const {
     return m_parameters->evaluate(param, timeToFrame(time), value);
@@ -321,16 +226,6 @@ int PluginHost_MEMORY_Impl::progress(long done, long total) {
 PluginRaster_API* PluginHost_MEMORY_Impl::lockTemporalRaster(double /*time*/, bool /*fieldMode*/,
                                                              bool /*firstFieldOdd*/) {
     return nullptr;
-}
-
-void PluginHost_MEMORY_Impl::unlockTemporalRaster(PluginRaster_API* raster) {
-    deallocRaster(raster);
-    delete raster;
-}
-
-int PluginHost_MEMORY_Impl::blend(int /*mode*/, double /*opacity1*/, double /*opacity2*/,
-                                  PluginRaster_API* /*source*/, PluginRaster_API* /*destination*/) {
-    return 1;
 }
 
 void PluginHost_MEMORY_Impl::getFullFrameInfo(double /*time*/, int height, int& fullHeight,

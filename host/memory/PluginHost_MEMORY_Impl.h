@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/PluginHost.h"
+#include "host/PluginHost_COMMON_Impl.h"
 #include "host/memory/MemoryImage.h"
 #include "host/memory/ParameterStore.h"
 
@@ -53,7 +53,7 @@ struct MemoryHostSettings {
 /// A host made of plain memory: one input and one output image, parameters from a store, C library
 /// maths. Lives for one render call; one object per thread. Derive from it to answer single
 /// operations differently.
-class PluginHost_MEMORY_Impl : public PluginHost_API, private PluginUpdate_API {
+class PluginHost_MEMORY_Impl : public PluginHost_COMMON_Impl, private PluginUpdate_API {
 public:
     /// All three are borrowed and must outlive the host. The render works in the input's own
     /// pixels: hand out a fresh copy of the picture for every frame.
@@ -74,7 +74,7 @@ public:
 
     int getOutputWidth() override { return outputInfo().width; }
     int getOutputHeight() override { return outputInfo().height; }
-    using PluginHost_API::fill;
+    using PluginHost_COMMON_Impl::fill;
     void fillOutput() override;
     void fill(PluginRaster_API* raster) override;
     void copyInputToOutput() override;
@@ -93,47 +93,10 @@ public:
     double getScaleX() override { return m_settings.renderScaleX; }
     double getScaleY() override { return m_settings.renderScaleY; }
     double geAspectRatio(PluginRaster_API* raster) override;
-    AEHost* getAEHost() override { return nullptr; }
-    AVX1Host* getAVX1Host() override { return nullptr; }
-    AVX2Host* getAVX2Host() override { return nullptr; }
-    FXPLUGHost* getFXPLUGHost() override { return nullptr; }
-    SPARKHost* getSPARKHost() override { return nullptr; }
     void getInputRasterInfo(int layer, RasterInfo* info) override;
     void getOutputRasterInfo(RasterInfo* info) override;
     void getRasterInfo(PluginRaster_API* raster, RasterInfo* info) override;
-    double math_sqrt(double x) override;
-    float math_sqrt(float x) override;
-    double math_floor(double x) override;
-    float math_floor(float x) override;
-    double math_exp(double x) override;
-    float math_exp(float x) override;
-    double math_atan2(double y, double x) override;
-    float math_atan2(float y, float x) override;
-    double math_fabs(double x) override;
-    float math_fabs(float x) override;
-    double math_sin(double x) override;
-    float math_sin(float x) override;
-    double math_cos(double x) override;
-    float math_cos(float x) override;
-    double math_fmod(double x, double y) override;
-    float math_fmod(float x, float y) override;
-    double math_pow(double x, double y) override;
-    float math_pow(float x, float y) override;
-    float math_ceil(float x) override;
-    double math_ceil(double x) override;
-    float math_log(float x) override;
-    double math_log(double x) override;
-    int maintainEvenSize(PluginRaster_API* /*raster*/) override { return 0; }
-    void* allocMemory(int bytes) override;
-    void* lockMemory(void* memory) override { return memory; }
-    void unlockMemory(void* /*memory*/) override {}
-    void deallocMemory(void* memory) override;
     void showWarning(const char* text) override;
-    void resetOutputOrigin(int /*a*/, int /*b*/, int /*c*/, int /*d*/) override {}
-    bool hasGlobalSeqData() override { return true; }
-    void loadDLL(const char* /*name*/) override {}
-    void unloadDLL() override {}
-    void* getDLL() override { return nullptr; }
     void getSourceLayerDimensions(int& width, int& height) override;
     int getTimeScale() override { return m_settings.ticksPerSecond; }
     int getCurrentTime() override;
@@ -141,14 +104,6 @@ public:
     int getFrameLength() override { return 30 * m_settings.ticksPerFrame; }
     int getLocalTimeStep() override { return m_settings.ticksPerFrame; }
     bool isApplication(long /*fourCC*/) override { return false; }
-    void* getUserData() override { return m_userData; }
-    void setUserData(void* data) override { m_userData = data; }
-    void getOrigin(int& x, int& y) override;
-    void setOrigin(int x, int y) override;
-    int acquireSuite(const char* name, int version, const char* error, void** suite) override;
-    void releaseSuite(const char* name, int version, const char* error) override;
-    float getShutterAngle() override { return 0.0F; }
-    float getShutterPhase() override { return 0.0F; }
     int GetFloatValue(int param, int sub, const TimeObject& time, double& value) override;
     int GetAngleValue(int param, int sub, const TimeObject& time, double& degrees) override;
     int GetIntValue(int param, int sub, const TimeObject& time, int& value) override;
@@ -158,18 +113,11 @@ public:
     int GetColorValue(int param, int sub, const TimeObject& time, double& r, double& g,
                       double& b) override;
     int progress(long done, long total) override;
-    PluginPath_API* getPathAPI() override { return m_path; }
-    void setPathAPI(PluginPath_API* path) override { m_path = path; }
     PluginRaster_API* lockTemporalRaster(double time, bool fieldMode, bool firstFieldOdd) override;
-    void unlockTemporalRaster(PluginRaster_API* raster) override;
-    int blend(int mode, double opacity1, double opacity2, PluginRaster_API* source,
-              PluginRaster_API* destination) override;
     bool isFieldRendering() override { return false; }
     void getFullFrameInfo(double time, int height, int& fullHeight, int& step, int& phase) override;
-    bool doAbort() override { return false; }
     PluginRaster_API* checkoutLayer(int param, int flags) override;
     PluginRaster_API* checkoutLayer(int param, double time, int flags) override;
-    void checkinLayer(PluginRaster_API* raster) override { deallocRaster(raster); }
     void setOutputRaster(PluginRaster_API* raster) override { m_outputOverride = raster; }
     bool ignoreNormalComposite() override { return m_settings.ignoreNormalComposite; }
     /// Writes constants into the parameter store.
@@ -198,10 +146,6 @@ private:
     std::function<int(long, long)> m_progress;
     std::function<void(const std::string&)> m_warning;
     PluginRaster_API* m_outputOverride = nullptr;
-    PluginPath_API* m_path = nullptr;
-    void* m_userData = nullptr;
-    int m_originX = 0;
-    int m_originY = 0;
 };
 
 } // namespace orbel

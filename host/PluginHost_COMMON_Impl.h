@@ -1,0 +1,90 @@
+#pragma once
+
+#include "host/PluginHost.h"
+
+namespace orbel {
+
+/// What the doors of this program answer alike: the C library's maths, the C heap, one pointer and
+/// one path per host object, no suites, no host compositing, no cancelling. Every answer can be
+/// overridden.
+class PluginHost_COMMON_Impl : public PluginHost_API {
+public:
+    using PluginHost_API::fill;
+
+    AEHost* getAEHost() override { return nullptr; }
+    AVX1Host* getAVX1Host() override { return nullptr; }
+    AVX2Host* getAVX2Host() override { return nullptr; }
+    FXPLUGHost* getFXPLUGHost() override { return nullptr; }
+    SPARKHost* getSPARKHost() override { return nullptr; }
+
+    // The float overloads compute in double and round the result.
+    double math_sqrt(double x) override;
+    float math_sqrt(float x) override;
+    double math_floor(double x) override;
+    float math_floor(float x) override;
+    double math_exp(double x) override;
+    float math_exp(float x) override;
+    double math_atan2(double y, double x) override;
+    float math_atan2(float y, float x) override;
+    double math_fabs(double x) override;
+    float math_fabs(float x) override;
+    double math_sin(double x) override;
+    float math_sin(float x) override;
+    double math_cos(double x) override;
+    float math_cos(float x) override;
+    double math_fmod(double x, double y) override;
+    float math_fmod(float x, float y) override;
+    double math_pow(double x, double y) override;
+    float math_pow(float x, float y) override;
+    float math_ceil(float x) override;
+    double math_ceil(double x) override;
+    float math_log(float x) override;
+    double math_log(double x) override;
+
+    int maintainEvenSize(PluginRaster_API* /*raster*/) override { return 0; }
+    /// Takes the absolute value of `bytes`.
+    void* allocMemory(int bytes) override;
+    void* lockMemory(void* memory) override { return memory; }
+    void unlockMemory(void* /*memory*/) override {}
+    void deallocMemory(void* memory) override;
+    void showWarning(const char* /*text*/) override {}
+    void resetOutputOrigin(int /*a*/, int /*b*/, int /*c*/, int /*d*/) override {}
+    bool hasGlobalSeqData() override { return true; }
+    void loadDLL(const char* /*name*/) override {}
+    void unloadDLL() override {}
+    void* getDLL() override { return nullptr; }
+
+    void* getUserData() override { return m_userData; }
+    void setUserData(void* data) override { m_userData = data; }
+    void getOrigin(int& x, int& y) override;
+    void setOrigin(int x, int y) override;
+    int acquireSuite(const char* name, int version, const char* error, void** suite) override;
+    void releaseSuite(const char* name, int version, const char* error) override;
+    float getShutterAngle() override { return 0.0F; }
+    float getShutterPhase() override { return 0.0F; }
+    int progress(long /*done*/, long /*total*/) override { return 0; }
+    PluginPath_API* getPathAPI() override { return m_path; }
+    void setPathAPI(PluginPath_API* path) override { m_path = path; }
+
+    void unlockTemporalRaster(PluginRaster_API* raster) override;
+    int blend(int mode, double opacity1, double opacity2, PluginRaster_API* source,
+              PluginRaster_API* destination) override;
+    bool doAbort() override { return false; }
+    /// The raster object is its holder's to delete.
+    void checkinLayer(PluginRaster_API* raster) override { deallocRaster(raster); }
+
+protected:
+    PluginHost_COMMON_Impl() = default;
+    PluginHost_COMMON_Impl(const PluginHost_COMMON_Impl&) = default;
+    PluginHost_COMMON_Impl& operator=(const PluginHost_COMMON_Impl&) = default;
+    // Always made and destroyed as its concrete type.
+    ~PluginHost_COMMON_Impl() = default;
+
+private:
+    PluginPath_API* m_path = nullptr;
+    void* m_userData = nullptr;
+    int m_originX = 0;
+    int m_originY = 0;
+};
+
+} // namespace orbel

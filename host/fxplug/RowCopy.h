@@ -1,0 +1,29 @@
+#pragma once
+
+#include "host/PluginHost.h"
+
+namespace orbel {
+
+/// A box of pixels, all four edges inclusive.
+struct PixelBox {
+    int left;
+    int top;
+    int right;
+    int bottom;
+};
+
+// Rows are walked as the records describe them and never beyond the pixels of either image: behind
+// a row a host may keep the lines of the other field. Images without pixels are left alone.
+
+/// Copies rows top-left aligned, as far as both images reach.
+void copyRows(const RasterInfo& from, const RasterInfo& to);
+/// Sets every pixel to 0.
+void clearRows(const RasterInfo& image);
+/// The part of an image within a box that is clipped to it; may be empty.
+[[nodiscard]] RasterInfo cropped(const RasterInfo& image, const PixelBox& box);
+/// Row `first` of an image and every second one from there on.
+[[nodiscard]] RasterInfo everySecondRow(const RasterInfo& image, int first);
+/// Fills `to` with the nearest pixels of `from`, computed in single precision.
+void resampleNearest(const RasterInfo& from, const RasterInfo& to);
+
+} // namespace orbel
