@@ -47,7 +47,8 @@ void renderInMemory(app::ScenePlan& plan, double frame, const MemoryImage& input
 }
 
 testing::AssertionResult sameBytes(const RasterInfo& actual, const RasterInfo& expected) {
-    const auto row = static_cast<std::size_t>(actual.width * actual.bytesPerPixel);
+    const std::size_t row =
+        static_cast<std::size_t>(actual.width) * static_cast<std::size_t>(actual.bytesPerPixel);
     for (int y = 0; y < actual.height; ++y) {
         if (std::memcmp(actual.row(y), expected.row(y), row) != 0) {
             return testing::AssertionFailure() << "row " << y << " differs";

@@ -35,30 +35,30 @@ app::ScenePlan planOf(const app::Scene& scene) {
     return std::move(*plan);
 }
 
-// A component as a fraction of its maximum.
-double component(const std::uint8_t* pixel, int index, int bytes) {
-    if (bytes == 4) {
-        return pixel[index] / 255.0;
+// A component as a fraction of its maximum; `bytes` is its size.
+double component(const std::uint8_t* at, std::size_t bytes) {
+    if (bytes == 1) {
+        return *at / 255.0;
     }
-    if (bytes == 8) {
+    if (bytes == 2) {
         std::uint16_t value = 0;
-        std::memcpy(&value, pixel + 2 * index, sizeof value);
+        std::memcpy(&value, at, sizeof value);
         return value / 65535.0;
     }
     float value = 0;
-    std::memcpy(&value, pixel + 4 * index, sizeof value);
+    std::memcpy(&value, at, sizeof value);
     return static_cast<double>(value);
 }
 
-void setComponent(std::uint8_t* pixel, int index, int bytes, double fraction) {
-    if (bytes == 4) {
-        pixel[index] = static_cast<std::uint8_t>(std::lround(fraction * 255.0));
-    } else if (bytes == 8) {
+void setComponent(std::uint8_t* at, std::size_t bytes, double fraction) {
+    if (bytes == 1) {
+        *at = static_cast<std::uint8_t>(std::lround(fraction * 255.0));
+    } else if (bytes == 2) {
         const auto value = static_cast<std::uint16_t>(std::lround(fraction * 65535.0));
-        std::memcpy(pixel + 2 * index, &value, sizeof value);
+        std::memcpy(at, &value, sizeof value);
     } else {
         const auto value = static_cast<float>(fraction);
-        std::memcpy(pixel + 4 * index, &value, sizeof value);
+        std::memcpy(at, &value, sizeof value);
     }
 }
 
@@ -67,13 +67,14 @@ void convert(const RasterInfo& from, const RasterInfo& to) {
     int target[4];
     getRasterChannelOrder(from.pixelFormat, source[0], source[1], source[2], source[3]);
     getRasterChannelOrder(to.pixelFormat, target[0], target[1], target[2], target[3]);
+    const auto a = static_cast<std::size_t>(from.bytesPerPixel / 4);
+    const auto b = static_cast<std::size_t>(to.bytesPerPixel / 4);
     for (int y = 0; y < to.height; ++y) {
-        for (int x = 0; x < to.width; ++x) {
-            const std::uint8_t* const a = from.row(y) + std::ptrdiff_t{x} * from.bytesPerPixel;
-            std::uint8_t* const b = to.row(y) + std::ptrdiff_t{x} * to.bytesPerPixel;
-            for (int c = 0; c < 4; ++c) {
-                setComponent(b, target[c], to.bytesPerPixel,
-                             component(a, source[c], from.bytesPerPixel));
+        for (std::size_t x = 0; x < static_cast<std::size_t>(to.width); ++x) {
+            for (std::size_t c = 0; c < 4; ++c) {
+                const std::size_t read = 4 * x + static_cast<std::size_t>(source[c]);
+                const std::size_t write = 4 * x + static_cast<std::size_t>(target[c]);
+                setComponent(to.row(y) + b * write, b, component(from.row(y) + a * read, a));
             }
         }
     }
