@@ -38,7 +38,7 @@ void autoOrient(PluginHost_API* host, Vx_Matrix4* camera, const Vx_Vector3& posi
     const Vx_Vector3 d = frame.centre - position;
     const double yaw = host->math_atan2(-d.x, d.z);
     const double pitch = host->math_atan2(d.y, host->math_sqrt(d.x * d.x + d.z * d.z));
-    Vx_Matrix4 turn = {};
+    Vx_Matrix4 turn;
     BuildRotateXMatrix(host, &turn, -pitch);
     MultiplyMatrix4(camera, &turn, camera);
     BuildRotateYMatrix(host, &turn, -yaw);

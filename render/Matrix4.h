@@ -7,21 +7,21 @@ namespace orbel {
 /// A 4 x 4 matrix of doubles, row-major. Points are row vectors multiplied on the left, so the
 /// translation stands in the last row.
 struct Vx_Matrix4 {
-    double m[4][4];
+    double m[4][4] = {};
 };
 
 struct Vx_Point4 {
-    double x;
-    double y;
-    double z;
-    double w;
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    double w = 0.0;
 };
 
 /// Three components of a position, a displacement or a rotation (radians, about x, y and z).
 struct Vx_Vector3 {
-    double x;
-    double y;
-    double z;
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
 
     friend Vx_Vector3 operator*(const Vx_Vector3& v, double factor) {
         return {v.x * factor, v.y * factor, v.z * factor};

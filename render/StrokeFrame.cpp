@@ -84,8 +84,8 @@ SamplePlan StrokeFrame::planSamples(int* error) const {
 bool StrokeFrame::isStill(const SamplePlan& plan, int* error) const {
     const bool sameValues = animatedParametersAt(host, plan.firstTime, now) ==
                             animatedParametersAt(host, plan.lastTime, now);
-    Vx_Matrix4 firstCamera = {};
-    Vx_Matrix4 lastCamera = {};
+    Vx_Matrix4 firstCamera;
+    Vx_Matrix4 lastCamera;
     double firstZoom = 0.0;
     double lastZoom = 0.0;
     *error = UGetCameraMatrix(host, &args, &firstCamera, &firstZoom, plan.firstTime, timeScale,

@@ -324,13 +324,14 @@ bool svg_parser::parse_presentation(std::string_view name, const char* value) {
         parse_transform(value);
         return true;
     }
-    for (const PresentationAttribute& attribute : presentationAttributes) {
-        if (name == attribute.name) {
-            attribute.apply(m_path, value);
-            return true;
-        }
+    const auto* const attribute = std::find_if(
+        std::begin(presentationAttributes), std::end(presentationAttributes),
+        [&](const PresentationAttribute& candidate) { return candidate.name == name; });
+    if (attribute == std::end(presentationAttributes)) {
+        return false;
     }
-    return false;
+    attribute->apply(m_path, value);
+    return true;
 }
 
 void svg_parser::parse_style(std::string_view style) {
