@@ -7,12 +7,12 @@ namespace orbel {
 
 /// Size and render scale of the frame, taken from the host once.
 struct FrameGeometry {
-    double width;  ///< output pixels, at render scale
-    double height; ///< output pixels, at render scale
-    double scaleX;
-    double scaleY;
-    double diagonalScale; ///< length of the scale vector: sqrt(scaleX^2 + scaleY^2)
-    Vx_Vector3 centre;    ///< of the frame, in full-resolution units
+    double width = 0.0;  ///< output pixels, at render scale
+    double height = 0.0; ///< output pixels, at render scale
+    double scaleX = 0.0;
+    double scaleY = 0.0;
+    double diagonalScale = 0.0; ///< length of the scale vector: sqrt(scaleX^2 + scaleY^2)
+    Vx_Vector3 centre;          ///< of the frame, in full-resolution units
 };
 
 [[nodiscard]] FrameGeometry frameGeometry(PluginHost_API* host);

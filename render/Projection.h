@@ -18,18 +18,18 @@ enum View : int {
 
 /// Everything that maps a point of the flat path to the screen, the same for all points of a draw.
 struct ProjectionSetup {
-    Vx_Matrix4 viewFromPath;  ///< layer transform x inverse camera
-    double zoom;              ///< distance of the image plane
-    double horizontalAspect;  ///< factor on screen x
-    double scaleX;            ///< render scale
-    double scaleY;            ///< render scale
-    double width;             ///< of the raster, pixels
-    double height;            ///< of the raster, pixels
-    Vx_Matrix4 layerFromPath; ///< layer transform alone, for the orthographic views
-    int view;                 ///< a `View`
-    double bend;              ///< half turns that the frame's width is bent by; 0 for flat
-    int bendAroundCenter;     ///< bend in front of the frame's plane instead of around it
-    double bendAxis;          ///< radians
+    Vx_Matrix4 viewFromPath;       ///< layer transform x inverse camera
+    double zoom = 0.0;             ///< distance of the image plane
+    double horizontalAspect = 0.0; ///< factor on screen x
+    double scaleX = 0.0;           ///< render scale
+    double scaleY = 0.0;           ///< render scale
+    double width = 0.0;            ///< of the raster, pixels
+    double height = 0.0;           ///< of the raster, pixels
+    Vx_Matrix4 layerFromPath;      ///< layer transform alone, for the orthographic views
+    int view = VIEW_CAMERA;        ///< a `View`
+    double bend = 0.0;             ///< half turns that the frame's width is bent by; 0 for flat
+    int bendAroundCenter = 0;      ///< bend in front of the frame's plane instead of around it
+    double bendAxis = 0.0;         ///< radians
 };
 
 /// Bends and projects one point: in, `x` and `y` in full-resolution units and `size` a length

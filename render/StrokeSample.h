@@ -13,32 +13,32 @@ namespace orbel {
 /// The animated parameters of one sample in the units of the drawing: fractions, radians,
 /// full-resolution units.
 struct SampleValues {
-    double thickness; ///< widened by the feather
-    double feather;
-    double start;
-    double end;
-    double offset;
+    double thickness = 0.0; ///< widened by the feather
+    double feather = 0.0;
+    double start = 0.0;
+    double end = 0.0;
+    double offset = 0.0;
     Vx_Vector3 position;
     Vx_Vector3 rotation;
-    int instances;
-    double instanceOpacity;
-    double instanceScale;
-    double factor;
+    int instances = 0;
+    double instanceOpacity = 0.0;
+    double instanceScale = 0.0;
+    double factor = 0.0;
     Vx_Vector3 displacement;
     Vx_Vector3 instanceRotation;
-    double drawingOpacity; ///< 0..255
-    double bend;
-    double bendAxis;
-    double zClipFront;
-    double zClipBack;
-    double taperStart;
-    double taperEnd;
-    double startThickness;
-    double endThickness;
-    double startShape;
-    double endShape;
-    double globalStep;   ///< distance between stamps, output pixels along the path
-    double sampleLength; ///< target chord of the path walks, output pixels
+    double drawingOpacity = 0.0; ///< 0..255
+    double bend = 0.0;
+    double bendAxis = 0.0;
+    double zClipFront = 0.0;
+    double zClipBack = 0.0;
+    double taperStart = 0.0;
+    double taperEnd = 0.0;
+    double startThickness = 0.0;
+    double endThickness = 0.0;
+    double startShape = 0.0;
+    double endShape = 0.0;
+    double globalStep = 0.0;   ///< distance between stamps, output pixels along the path
+    double sampleLength = 0.0; ///< target chord of the path walks, output pixels
 };
 
 [[nodiscard]] SampleValues sampleValues(const StrokeFrame& frame, const AnimatedParameters& p);
