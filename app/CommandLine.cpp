@@ -70,6 +70,7 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     command->add_option("--threads", options.threads, "Threads; 1 does everything on one")
         ->type_name("N")
         ->check(CLI::Range(1, 1024));
+    command->add_flag("--profile", options.profile, "Tell where the time went");
     command->add_flag("-q,--quiet", options.quiet, "Tell nothing but problems");
     command->footer(renderExamples);
     return command;

@@ -186,7 +186,11 @@ private:
         }
         const PipelineResult result = pipeline->run(writers);
         progress.finish();
-        return report(result, scene, plan->frames, progress);
+        const int code = report(result, scene, plan->frames, progress);
+        if (m_options.profile) {
+            m_err << profileText(result.times, result.framesWritten);
+        }
+        return code;
     }
 
     int refuse(const Problem& problem) {

@@ -16,6 +16,7 @@ struct RenderOptions {
     std::optional<std::string> rawFolder;
     int threads = 0; ///< 0: as many as the machine has
     bool quiet = false;
+    bool profile = false; ///< tell where the time went
 };
 
 /// Renders a scene into a film, pictures or raw frames; at least one output must be named. Problems

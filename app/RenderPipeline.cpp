@@ -42,6 +42,7 @@ struct RenderPipeline::Run {
         if (stopped || next > plan.frames.last || interrupted()) {
             return nullptr;
         }
+        const Stopwatch watch(&result.times.reading);
         Job& job = jobs[static_cast<std::size_t>(next - plan.frames.first) % jobs.size()];
         job.frame = next++;
         job.rendered = false;
@@ -52,6 +53,7 @@ struct RenderPipeline::Run {
         if (failed && job.frame > failedFrame) {
             return;
         }
+        const Stopwatch watch(&result.times.rendering);
         job.rendered = guarded(job.frame, [&] {
             const int code = renderer.render(job.frame, job.input, job.output);
             if (code != 0 && !interrupted()) {
@@ -68,6 +70,7 @@ struct RenderPipeline::Run {
             writingEnded = true;
             return;
         }
+        const Stopwatch watch(&result.times.writing);
         writingEnded = !guarded(job.frame, [&] {
             for (const std::unique_ptr<MediaWriter>& writer : writers) {
                 writer->write(job.output.info(), job.frame);
@@ -84,6 +87,7 @@ struct RenderPipeline::Run {
 
     /// Completes every output, also when one of them cannot be.
     void finish() {
+        const Stopwatch watch(&result.times.finishing);
         for (const std::unique_ptr<MediaWriter>& writer : writers) {
             const long frame = plan.frames.first + result.framesWritten;
             const bool finished = guarded(frame, [&] { writer->finish(); });
@@ -149,8 +153,19 @@ RenderPipeline::RenderPipeline(ScenePlan* plan, int threads, PipelineCallbacks c
 RenderPipeline::~RenderPipeline() = default;
 
 PipelineResult RenderPipeline::run(const std::vector<std::unique_ptr<MediaWriter>>& writers) {
-    namespace tbb = oneapi::tbb;
     Run run(*this, writers);
+    StageTimes::Duration whole{};
+    {
+        const Stopwatch watch(&whole);
+        renderAll(run);
+        run.finish();
+    }
+    run.result.times.whole = whole;
+    return std::move(run.result);
+}
+
+void RenderPipeline::renderAll(Run& run) {
+    namespace tbb = oneapi::tbb;
     if (m_threads == 1) {
         while (Job* const job = run.read()) {
             run.render(*job);
@@ -175,8 +190,6 @@ PipelineResult RenderPipeline::run(const std::vector<std::unique_ptr<MediaWriter
         tbb::task_arena arena(std::min({m_threads, stages, tbb::info::default_concurrency()}));
         arena.execute([&] { tbb::parallel_pipeline(m_jobs.size(), read & render & write); });
     }
-    run.finish();
-    return std::move(run.result);
 }
 
 } // namespace orbel::app

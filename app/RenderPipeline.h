@@ -2,6 +2,7 @@
 
 #include "app/FrameInput.h"
 #include "app/FrameRenderer.h"
+#include "app/Profile.h"
 #include "app/ScenePlan.h"
 #include "app/media/MediaWriter.h"
 
@@ -21,6 +22,7 @@ struct PipelineResult {
     std::optional<long> failedFrame;
     std::exception_ptr failure; ///< what stopped it; null when it ran to its end or was interrupted
     bool outputFailed = false;  ///< it was an output, whose last frames may be missing
+    StageTimes times;
 };
 
 /// A frame that the effect gave up on.
@@ -55,6 +57,8 @@ public:
 private:
     struct Job;
     struct Run;
+
+    void renderAll(Run& run);
 
     ScenePlan* m_plan;
     int m_threads;

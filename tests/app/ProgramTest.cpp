@@ -17,6 +17,7 @@ namespace orbel::app {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 /// The built program in a process of its own.
 class Program {
@@ -124,6 +125,16 @@ TEST_F(ProgramTest, writesWhatTheEndingSays) {
     for (const char* name : {"a.png", "a.tif", "a.exr", "a.mp4", "a.mov", "a.mkv", "s-0007.png"}) {
         EXPECT_EQ(openMedia(m_folder / name, 1)->properties().width, 64) << name;
     }
+}
+
+TEST_F(ProgramTest, tellsWhereTheTimeWent) {
+    EXPECT_EQ(run({"render", "--shape", "Basic Circle", "--size", "64x36", "--frames", "0-4", "-o",
+                   m_folder / "film.mkv", "--quiet", "--profile"}),
+              EXIT_DONE);
+    for (const char* stage : {"reading ", "rendering ", "writing ", "finishing "}) {
+        EXPECT_THAT(m_log, HasSubstr(stage));
+    }
+    EXPECT_THAT(m_log, Not(HasSubstr("5 frames in ")));
 }
 
 TEST_F(ProgramTest, writesNothingForBadInput) {
