@@ -91,13 +91,14 @@ private:
 
 template<class P, class T, class W, class F, class Format>
 int DrawBezierPathLin(P /*pixel*/, PluginHost_API* host, PluginRaster_API* matte, void** effectRef,
-                      void* path, const BrushStroke& stroke, ProjectionSetup projection) {
+                      void* path, OutlineChords* chords, const BrushStroke& stroke,
+                      ProjectionSetup projection) {
     RasterInfo info;
     host->getRasterInfo(matte, &info);
     projection.width = info.width;
     projection.height = info.height;
     RasterStampSink<P, T, W, F, Format> sink(host, info);
-    return walkStroke(host, effectRef, path, stroke, projection, sink);
+    return walkStroke(host, effectRef, path, stroke, projection, sink, chords);
 }
 
 } // namespace orbel
