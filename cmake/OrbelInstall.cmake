@@ -21,6 +21,7 @@ install(
     FILES_MATCHING
     PATTERN "*.h"
     REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE
+    REGEX "(pixel|render)/kernels$" EXCLUDE
     PATTERN "host/fxplug" EXCLUDE)
 
 configure_package_config_file(

@@ -22,9 +22,11 @@ set(may_tools "(tools/.+|app/.+|host/memory/.+|${core})")
 # The shape cache keeps its entries for an effect instance, so it alone knows instance data.
 set(may_shapes_ShapeCache "(shapes/.+|${seam}|params/InstanceData[.]h)")
 
-# System headers of the core: the C++ library, the XML parser, and what opens a file.
+# System headers of the core: the C++ library, the XML parser, what opens a file, vectors and tasks.
 set(standard "[a-z_0-9]+")
 set(system_shapes "(${standard}|expat[.]h|locale[.]h|xlocale[.]h|unistd[.]h|fcntl[.]h|sys/stat[.]h)")
+set(system_pixel "(${standard}|hwy/[a-z_]+[.]h)")
+set(system_render "(${standard}|(hwy|tbb)/[a-z_]+[.]h)")
 set(core_layers host pixel shapes params render host/memory)
 
 # A door may include everything but other doors: `host/memory/x.cpp` is of layer `host/memory`.

@@ -1,0 +1,39 @@
+# What makes frames fast, each optional: Highway for vector kernels, chosen at run time by what the
+# processor can do, and oneTBB for drawing a frame on several threads. Without them the scalar code
+# gives the same frames, slower.
+option(ORBEL_ACCELERATE "Use vector kernels and threads where their packages are found" ON)
+
+set(ORBEL_HAVE_HIGHWAY OFF)
+set(ORBEL_HAVE_TASKS OFF)
+if(ORBEL_ACCELERATE)
+    find_package(hwy CONFIG QUIET)
+    if(hwy_FOUND)
+        set(ORBEL_HAVE_HIGHWAY ON)
+    else()
+        message(STATUS "Highway not found: pixels are computed one by one")
+    endif()
+    # The packaged library is not instrumented: the thread sanitizer would see races in it.
+    if(ORBEL_SANITIZE MATCHES "thread")
+        message(STATUS "Thread sanitizer: frames are drawn on one thread")
+    else()
+        find_package(TBB QUIET)
+        if(TBB_FOUND)
+            set(ORBEL_HAVE_TASKS ON)
+        else()
+            message(STATUS "oneTBB not found: frames are drawn on one thread")
+        endif()
+    endif()
+endif()
+
+# Links a target with what was found and tells its units: ORBEL_HAVE_HIGHWAY, ORBEL_HAVE_TASKS.
+function(orbel_accelerate target)
+    target_compile_definitions(
+        ${target} PRIVATE ORBEL_HAVE_HIGHWAY=$<BOOL:${ORBEL_HAVE_HIGHWAY}>
+                          ORBEL_HAVE_TASKS=$<BOOL:${ORBEL_HAVE_TASKS}>)
+    if(ORBEL_HAVE_HIGHWAY)
+        target_link_libraries(${target} PRIVATE hwy::hwy)
+    endif()
+    if(ORBEL_HAVE_TASKS)
+        target_link_libraries(${target} PRIVATE TBB::tbb)
+    endif()
+endfunction()

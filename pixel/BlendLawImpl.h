@@ -1,0 +1,224 @@
+#pragma once
+
+#include "host/Numeric.h"
+#include "pixel/ColourLawImpl.h"
+#include "pixel/RowKernels.h"
+#include "pixel/TransferFunctors.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+namespace orbel {
+
+// The transfer modes over one row, pixel by pixel: the law that vector kernels have to follow to
+// the byte.
+
+/// A pixel in the arithmetic of its format.
+template<typename F>
+struct BlendPixel {
+    F red;
+    F green;
+    F blue;
+    F alpha;
+};
+
+/// A component's alpha after opacity; a whole number in the integer formats. There, what an opacity
+/// far outside 0 to 1 leads to is limited, so that sums of alphas and products stay in range.
+template<typename P, typename F>
+F layerAlpha(typename P::Component alpha, float opacity) {
+    const float scaled = static_cast<float>(alpha) * opacity;
+    if constexpr (P::is32Bit()) {
+        return scaled;
+    } else {
+        constexpr float limit = 16777216.0F;
+        return static_cast<F>(truncateTo<int>(std::clamp(scaled, -limit, limit)));
+    }
+}
+
+/// The colour of a pixel, without the negative components that float formats may hold, and an
+/// alpha.
+template<typename P, typename FORMAT, typename F>
+BlendPixel<F> loadPixel(const typename P::Component* pixel, F alpha) {
+    const auto component = [pixel](int channel) {
+        const auto value = static_cast<F>(pixel[channel]);
+        return P::is32Bit() && value < F{0} ? F{0} : value;
+    };
+    return {component(FORMAT::red), component(FORMAT::green), component(FORMAT::blue), alpha};
+}
+
+template<typename P, typename FORMAT, typename F>
+void storeAlpha(typename P::Component* pixel, F alpha) {
+    pixel[FORMAT::alpha] = truncateTo<typename P::Component>(P::clamp(alpha));
+}
+
+template<typename P, typename FORMAT, typename F>
+void storePixel(typename P::Component* pixel, const BlendPixel<F>& value) {
+    using T = typename P::Component;
+    pixel[FORMAT::red] = truncateTo<T>(P::clamp(value.red));
+    pixel[FORMAT::green] = truncateTo<T>(P::clamp(value.green));
+    pixel[FORMAT::blue] = truncateTo<T>(P::clamp(value.blue));
+    storeAlpha<P, FORMAT>(pixel, value.alpha);
+}
+
+/// Copies a pixel whole; source and destination may be the same.
+template<typename T>
+void copyPixel(T* destination, const T* source) {
+    std::memmove(destination, source, componentsPerPixel * sizeof(T));
+}
+
+/// Applies `mix(a, b)` to each colour channel of two pixels; the alpha is that of `a`.
+template<typename F, typename Mix>
+BlendPixel<F> mixColours(const BlendPixel<F>& a, const BlendPixel<F>& b, const Mix& mix) {
+    return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue), a.alpha};
+}
+
+/// One pixel of `Blend` where the image in front is not transparent. `united` is the alpha of both
+/// together.
+template<typename P, typename F, typename Functor>
+BlendPixel<F> blendPixel(const Functor& functor, const BlendPixel<F>& s, const BlendPixel<F>& d,
+                         F united) {
+    constexpr auto maximum = static_cast<F>(P::MAX_VALUE());
+    BlendPixel<F> c = s;
+    if (d.alpha > F{0}) {
+        functor.composite(P{}, s.red, s.green, s.blue, s.alpha, d.red, d.green, d.blue, d.alpha,
+                          c.red, c.green, c.blue, c.alpha);
+        if (d.alpha < maximum && !functor.done()) {
+            // Where the image behind is partly transparent, the front's own colour shows.
+            c = mixColours(c, s, [rest = maximum - d.alpha, da = d.alpha](F blended, F front) {
+                return P::multiply(front, rest) + P::multiply(blended, da);
+            });
+        }
+    }
+    if (functor.done()) {
+        c.alpha = united;
+    } else if (s.alpha != maximum && d.alpha != F{0}) {
+        const F k = P::multiply(maximum - c.alpha, d.alpha);
+        c = mixColours(c, d, [k, a = c.alpha](F blended, F behind) {
+            return P::divide(P::multiply(blended, a) + P::multiply(behind, k), a + k);
+        });
+        c.alpha = united;
+    }
+    return c;
+}
+
+/// Combines `front` with `behind` under the functor's mode.
+template<typename P, template<typename, typename, typename, typename, typename> class Functor>
+void blendRow(const typename P::Component* front, const typename P::Component* behind,
+              typename P::Component* output, int pixels, float opacity1, float opacity2) {
+    using F = typename P::Float;
+    using FORMAT = typename P::FORMAT;
+    Functor<P, typename P::Component, typename P::Wide, F, FORMAT> functor;
+    functor.setup(P{}, opacity1, opacity2);
+    if (!functor.hasEffect()) {
+        return;
+    }
+    for (int x = 0; x < pixels; ++x) {
+        const F sa = layerAlpha<P, F>(front[FORMAT::alpha], opacity1);
+        const F da = layerAlpha<P, F>(behind[FORMAT::alpha], opacity2);
+        const F united = sa + da - P::multiply(sa, da);
+        if (sa == F{0}) {
+            copyPixel(output, behind);
+            storeAlpha<P, FORMAT>(output, united);
+        } else {
+            const auto s = loadPixel<P, FORMAT, F>(front, sa);
+            const auto d = loadPixel<P, FORMAT, F>(behind, da);
+            storePixel<P, FORMAT>(output, blendPixel<P>(functor, s, d, united));
+        }
+        front += componentsPerPixel;
+        behind += componentsPerPixel;
+        output += componentsPerPixel;
+    }
+}
+
+/// One pixel of `blendBehindRow` where the image `d`, which lies in front here, is partly
+/// transparent.
+template<typename P, typename F>
+BlendPixel<F> blendPixelBehind(const BlendPixel<F>& s, const BlendPixel<F>& d, F united) {
+    constexpr auto maximum = static_cast<F>(P::MAX_VALUE());
+    const F da = d.alpha;
+    auto c = mixColours(s, d, [da, rest = maximum - da](F back, F front) {
+        return P::multiply(back, rest) + P::multiply(front, da);
+    });
+    if (s.alpha != maximum) {
+        const F k = P::multiply(maximum - s.alpha, da);
+        c = mixColours(c, d, [k, sa = s.alpha](F mixed, F front) {
+            return P::divide(P::multiply(mixed, sa) + P::multiply(front, k), k + sa);
+        });
+    }
+    c.alpha = united;
+    return c;
+}
+
+/// Puts `back` behind `front`.
+template<typename P>
+void blendBehindRow(const typename P::Component* back, const typename P::Component* front,
+                    typename P::Component* output, int pixels, float opacity1, float opacity2) {
+    using F = typename P::Float;
+    using FORMAT = typename P::FORMAT;
+    constexpr auto maximum = static_cast<F>(P::MAX_VALUE());
+    for (int x = 0; x < pixels; ++x) {
+        const F sa = layerAlpha<P, F>(back[FORMAT::alpha], opacity1);
+        const F da = layerAlpha<P, F>(front[FORMAT::alpha], opacity2);
+        const F united = sa + da - P::multiply(sa, da);
+        if (da == F{0}) {
+            copyPixel(output, back);
+            storeAlpha<P, FORMAT>(output, united);
+        } else if (da == maximum) {
+            copyPixel(output, front);
+        } else {
+            const auto s = loadPixel<P, FORMAT, F>(back, sa);
+            const auto d = loadPixel<P, FORMAT, F>(front, da);
+            storePixel<P, FORMAT>(output, blendPixelBehind<P>(s, d, united));
+        }
+        back += componentsPerPixel;
+        front += componentsPerPixel;
+        output += componentsPerPixel;
+    }
+}
+
+/// Cross-fades in single precision and truncates.
+template<typename T>
+void blendImagesRow(const T* from, T* to, std::ptrdiff_t components, float amount) {
+    const float rest = 1.0F - amount;
+    for (std::ptrdiff_t i = 0; i < components; ++i) {
+        to[i] =
+            truncateTo<T>(static_cast<float>(from[i]) * amount + static_cast<float>(to[i]) * rest);
+    }
+}
+
+template<typename P>
+using CompositeRow = typename RowKernels<P>::Composite;
+
+/// The steps of finishing a row, one after another; `composite` may be null.
+template<typename P, CompositeRow<P> composite>
+void finishRow(typename P::Component* input, typename P::Component* layer, int pixels,
+               float opacity) {
+    ColourLaw<P>::unPremult(input, pixels);
+    if constexpr (composite != nullptr) {
+        composite(layer, input, layer, pixels, opacity, 1.0F);
+    }
+    ColourLaw<P>::premult(input, pixels);
+    ColourLaw<P>::premult(layer, pixels);
+}
+
+template<typename P>
+void finishUntouchedRow(typename P::Component* input, typename P::Component* layer, int pixels) {
+    using F = typename P::Float;
+    using FORMAT = typename P::FORMAT;
+    ColourLaw<P>::unPremult(input, pixels);
+    const auto* behind = input;
+    auto* output = layer;
+    for (int x = 0; x < pixels; ++x) {
+        const auto alpha = static_cast<F>(behind[FORMAT::alpha]);
+        copyPixel(output, behind);
+        storeAlpha<P, FORMAT>(output, alpha - P::multiply(F{0}, alpha));
+        behind += componentsPerPixel;
+        output += componentsPerPixel;
+    }
+    ColourLaw<P>::premult(input, pixels);
+    ColourLaw<P>::premult(layer, pixels);
+}
+
+} // namespace orbel
