@@ -51,16 +51,19 @@ int renderSample(const StrokeFrame& frame, const AnimatedParameters& p, long tim
         p.lowAlphaHueRotation * TURNS_PER_DEGREE, p.lowAlphaSatBoost * FRACTION_PER_PERCENT);
 }
 
+/// A raster like the output, to draw a sample in; null when the host has none.
+inline PluginRaster_API* allocSample(PluginHost_API* host, PluginRaster_API* output) {
+    int rowBytes = 0;
+    return host->allocRaster(output->getWidth(), output->getHeight(), output->getPixelType(),
+                             rowBytes, 0);
+}
+
 /// All samples of a blurred frame, averaged into the output by a running mean.
 template<class P, class T, class W, class F, class Format>
 int renderBlurred(const StrokeFrame& frame, const SamplePlan& plan, PluginRaster_API* output,
                   double& opacity) {
     PluginHost_API* const host = frame.host;
-    int rowBytes = 0;
-    const PluginRasterProxy sample(host,
-                                   host->allocRaster(output->getWidth(), output->getHeight(),
-                                                     output->getPixelType(), rowBytes, 0),
-                                   true, true);
+    const PluginRasterProxy sample(host, allocSample(host, output), true, true);
     if (sample.getImpl() == nullptr) {
         return 1;
     }
