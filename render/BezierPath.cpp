@@ -1,6 +1,7 @@
 #include "render/BezierPath.h"
 
-#include "host/Numeric.h"
+#include <algorithm>
+#include <span>
 
 namespace orbel {
 
@@ -15,6 +16,9 @@ constexpr double LARGEST_INCREMENT = 5000.0;
 // Outlines that never fit a chord (infinite, NaN or collapsed ones) must not stall a frame.
 constexpr int TRIALS_PER_CHORD = 20000;
 constexpr long EVALUATIONS_PER_WALK = 1L << 26;
+
+// Segments of an outline that are remembered.
+constexpr long LARGEST_KEPT = 1L << 20;
 
 // How many outline indices beyond the last are tried before a comparison gives up.
 constexpr long FAILED_CHECKOUTS = 1L << 16;
@@ -40,7 +44,7 @@ void EvalBezier(PluginHost_API* host, void* const* effectRef, void* path, long n
 }
 
 BezierSampler::BezierSampler(PluginHost_API* host, void* const* effectRef, void* path,
-                             long numSegments)
+                             long numSegments, OutlineMemory* memory)
     : m_paths(host->getPathAPI()),
       m_effectRef(effectRef),
       m_path(path),
@@ -51,15 +55,10 @@ BezierSampler::BezierSampler(PluginHost_API* host, void* const* effectRef, void*
     if (open) {
         ++m_numVertices;
     }
-}
-
-BezierSampler::Point BezierSampler::at(double t) {
-    const long segment = static_cast<long>(saturateTo<int>(t));
-    if (segment != m_segment) {
-        fetch(segment);
+    if (memory != nullptr && numSegments > 0 && numSegments < LARGEST_KEPT &&
+        memory->take(static_cast<std::size_t>(m_numVertices) * sizeof(Segment))) {
+        keepSegments();
     }
-    const double u = t - static_cast<double>(segment);
-    return {m_x.at(u), m_y.at(u)};
 }
 
 BezierSampler::Coefficients BezierSampler::coefficients(double p0, double p1, double p2,
@@ -70,20 +69,42 @@ BezierSampler::Coefficients BezierSampler::coefficients(double p0, double p1, do
     return {a, b, c, p0};
 }
 
-void BezierSampler::fetch(long segment) {
-    long first = 0;
-    long second = 0;
-    if (m_numSegments > 0) {
-        first = (segment % m_numVertices + m_numVertices) % m_numVertices;
-        second = (first + 1) % m_numVertices;
+BezierSampler::Segment BezierSampler::join(const Vx_PathVertex& from, const Vx_PathVertex& to) {
+    return {coefficients(from.x, from.tanOutX, to.tanInX, to.x),
+            coefficients(from.y, from.tanOutY, to.tanInY, to.y)};
+}
+
+Vx_PathVertex BezierSampler::vertex(long index) {
+    Vx_PathVertex vertex{};
+    m_paths->PathVertexInfo(m_effectRef, m_path, index, &vertex);
+    return vertex;
+}
+
+void BezierSampler::enter(long segment) {
+    const long first =
+        m_numSegments > 0 ? (segment % m_numVertices + m_numVertices) % m_numVertices : 0;
+    const long second = m_numSegments > 0 ? (first + 1) % m_numVertices : 0;
+    m_segment = m_kept.empty() ? join(vertex(first), vertex(second))
+                               : m_kept[static_cast<std::size_t>(first)];
+    m_number = segment;
+}
+
+void BezierSampler::keepSegments() {
+    m_kept.reserve(static_cast<std::size_t>(m_numVertices));
+    const Vx_PathVertex first = vertex(0);
+    Vx_PathVertex from = first;
+    for (long i = 1; i < m_numVertices; ++i) {
+        const Vx_PathVertex to = vertex(i);
+        m_kept.push_back(join(from, to));
+        from = to;
     }
-    Vx_PathVertex from{};
-    Vx_PathVertex to{};
-    m_paths->PathVertexInfo(m_effectRef, m_path, first, &from);
-    m_paths->PathVertexInfo(m_effectRef, m_path, second, &to);
-    m_x = coefficients(from.x, from.tanOutX, to.tanInX, to.x);
-    m_y = coefficients(from.y, from.tanOutY, to.tanInY, to.y);
-    m_segment = segment;
+    m_kept.push_back(join(from, first));
+}
+
+bool BezierSampler::isSameCurve(const BezierSampler& other) const {
+    const auto bytes = [](const BezierSampler& s) { return std::as_bytes(std::span(s.m_kept)); };
+    return !m_kept.empty() && m_numSegments == other.m_numSegments &&
+           std::ranges::equal(bytes(*this), bytes(other));
 }
 
 ChordWalk::ChordWalk(PluginHost_API* host, BezierSampler* path, double targetLength)
@@ -119,8 +140,14 @@ ChordWalk::Trial ChordWalk::tryChord() {
         return Trial::Ended;
     }
     ++m_trials;
-    ++m_evaluations;
-    const Point end = m_path->at(m_t + m_increment);
+    const Trial trial = judge(m_path->at(m_t + m_increment));
+    if (trial != Trial::Ended) {
+        ++m_evaluations;
+    }
+    return trial;
+}
+
+ChordWalk::Trial ChordWalk::judge(const Point& end) {
     const double dx = end.x - m_begin.x;
     const double dy = end.y - m_begin.y;
     const double squaredChord = dx * dx + dy * dy;
@@ -149,6 +176,14 @@ ChordWalk::Trial ChordWalk::accept(double squaredChord, const Point& end) {
     return Trial::Accepted;
 }
 
+bool ChordWalk::next() {
+    Trial trial = tryChord();
+    while (trial == Trial::Rejected) {
+        trial = tryChord();
+    }
+    return trial == Trial::Accepted;
+}
+
 double GetBezierPathLen(PluginHost_API* host, void** effectRef, void* path, double /*unused1*/,
                         double /*unused2*/, double step) {
     PluginPath_API* const paths = host->getPathAPI();
@@ -161,18 +196,13 @@ double GetBezierPathLen(PluginHost_API* host, void** effectRef, void* path, doub
     BezierSampler sampler(host, effectRef, path, segments);
     ChordWalk walk(host, &sampler, step);
     double length = 0.0;
-    for (;;) {
-        const ChordWalk::Trial trial = walk.tryChord();
-        if (trial == ChordWalk::Trial::Ended) {
-            return length;
-        }
-        if (trial == ChordWalk::Trial::Accepted) {
-            length += walk.chord();
-            if (walk.parameter() >= static_cast<double>(segments)) {
-                return length;
-            }
+    while (walk.next()) {
+        length += walk.chord();
+        if (walk.parameter() >= static_cast<double>(segments)) {
+            break;
         }
     }
+    return length;
 }
 
 int CmpMask(PluginHost_API* host, void** effectRef, void* pathA, void* pathB) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/Numeric.h"
 #include "host/PluginHost.h"
 
+#include <cstddef>
 #include <limits>
+#include <vector>
 
 namespace orbel {
 
@@ -31,7 +34,26 @@ int CmpMask(PluginHost_API* host, void** effectRef, void* pathA, void* pathB);
 int CmpMasks(PluginHost_API* host, void** effectRef, void** compareRef, int allPaths,
              long pathIndex, long timeA, long timeB, long arg1, long arg2);
 
-/// Evaluates one path at many parameters; keeps the coefficients of the segment it is on.
+/// Bytes that what is remembered of outlines may still take, shared by all outlines of a frame.
+class OutlineMemory {
+public:
+    explicit OutlineMemory(std::size_t bytes) : m_left(bytes) {}
+    /// False when less than that is left; then nothing is taken.
+    bool take(std::size_t bytes) {
+        if (bytes > m_left) {
+            return false;
+        }
+        m_left -= bytes;
+        return true;
+    }
+    void giveBack(std::size_t bytes) { m_left += bytes; }
+
+private:
+    std::size_t m_left;
+};
+
+/// Evaluates one path at many parameters. Keeps the coefficients of the segment it is on, or those
+/// of all segments; then the path is asked no more.
 class BezierSampler {
 public:
     struct Point {
@@ -39,8 +61,25 @@ public:
         double y;
     };
 
-    BezierSampler(PluginHost_API* host, void* const* effectRef, void* path, long numSegments);
-    [[nodiscard]] Point at(double t);
+    /// With a `memory` every vertex is fetched now, and only once, as far as the memory allows it.
+    BezierSampler(PluginHost_API* host, void* const* effectRef, void* path, long numSegments,
+                  OutlineMemory* memory = nullptr);
+    [[nodiscard]] Point at(double t) {
+        const long segment = static_cast<long>(saturateTo<int>(t));
+        if (segment != m_number) {
+            enter(segment);
+        }
+        const double u = t - static_cast<double>(segment);
+        return {m_segment.x.at(u), m_segment.y.at(u)};
+    }
+
+    /// Bytes taken from the memory; its owner gives them back.
+    [[nodiscard]] std::size_t keptBytes() const { return m_kept.size() * sizeof(Segment); }
+    /// Whether both keep all their segments and these are the same to the last bit.
+    [[nodiscard]] bool isSameCurve(const BezierSampler& other) const;
+    /// Goes on with another handle of the same outline.
+    void setPath(void* path) { m_path = path; }
+    [[nodiscard]] long numSegments() const { return m_numSegments; }
 
 private:
     struct Coefficients {
@@ -50,17 +89,24 @@ private:
         double p0;
         [[nodiscard]] double at(double u) const { return (a * u * u * u + b * u * u) + c * u + p0; }
     };
+    struct Segment {
+        Coefficients x;
+        Coefficients y;
+    };
     static Coefficients coefficients(double p0, double p1, double p2, double p3);
-    void fetch(long segment);
+    static Segment join(const Vx_PathVertex& from, const Vx_PathVertex& to);
+    [[nodiscard]] Vx_PathVertex vertex(long index);
+    void keepSegments();
+    void enter(long segment);
 
     PluginPath_API* m_paths;
     void* const* m_effectRef;
     void* m_path;
     long m_numSegments;
     long m_numVertices;
-    long m_segment = std::numeric_limits<long>::min(); // none yet
-    Coefficients m_x{};
-    Coefficients m_y{};
+    long m_number = std::numeric_limits<long>::min(); // none yet
+    Segment m_segment{};
+    std::vector<Segment> m_kept;
 };
 
 /// Walks a path in chords of 0.4 to 0.8 of a target length, by doubling, halving and bisecting the
@@ -78,6 +124,8 @@ public:
     ChordWalk(PluginHost_API* host, BezierSampler* path, double targetLength);
     /// One evaluation of the path.
     Trial tryChord();
+    /// Tries until a chord is accepted; false when no further chord can be found.
+    bool next();
 
     [[nodiscard]] Point begin() const { return m_begin; }
     [[nodiscard]] Point end() const { return m_end; }
@@ -85,10 +133,12 @@ public:
     [[nodiscard]] double chord() const { return m_chord; }
     /// Path parameter reached.
     [[nodiscard]] double parameter() const { return m_t; }
+    /// Evaluations that led to a chord or on to the next trial.
     [[nodiscard]] long evaluations() const { return m_evaluations; }
 
 private:
     void chooseIncrement();
+    Trial judge(const Point& end);
     Trial accept(double squaredChord, const Point& end);
 
     PluginHost_API* m_host;

@@ -20,10 +20,10 @@ class RasterSpanRenderer final : public SpanRenderer {
 public:
     RasterSpanRenderer(PluginHost_API* host, PluginRaster_API* target)
         : m_host(host), m_target(target) {}
-    int drawSpan(void* path, const BrushStroke& stroke,
+    int drawSpan(void* path, OutlineChords* chords, const BrushStroke& stroke,
                  const ProjectionSetup& projection) override {
-        return DrawBezierPathLin<P, T, W, F, Format>(P{}, m_host, m_target, nullptr, path, stroke,
-                                                     projection);
+        return DrawBezierPathLin<P, T, W, F, Format>(P{}, m_host, m_target, nullptr, path, chords,
+                                                     stroke, projection);
     }
 
 private:
@@ -41,9 +41,9 @@ int fillWithColor(PluginHost_API* host, const AnimatedParameters& p, PluginRaste
 /// One sample of the frame: stroke, copies, colour modulation.
 template<class P, class T, class W, class F, class Format>
 int renderSample(const StrokeFrame& frame, const AnimatedParameters& p, long time,
-                 PluginRaster_API* target) {
+                 PluginRaster_API* target, FrameChords* chords) {
     RasterSpanRenderer<P, T, W, F, Format> renderer(frame.host, target);
-    if (const int error = drawSample(frame, p, time, renderer); error != 0) {
+    if (const int error = drawSample(frame, p, time, renderer, chords); error != 0) {
         return error;
     }
     return HSLModulate<P, T, W, F, Format>(
@@ -51,26 +51,31 @@ int renderSample(const StrokeFrame& frame, const AnimatedParameters& p, long tim
         p.lowAlphaHueRotation * TURNS_PER_DEGREE, p.lowAlphaSatBoost * FRACTION_PER_PERCENT);
 }
 
+/// A raster like the output, to draw a sample in; null when the host has none.
+inline PluginRaster_API* allocSample(PluginHost_API* host, PluginRaster_API* output) {
+    int rowBytes = 0;
+    return host->allocRaster(output->getWidth(), output->getHeight(), output->getPixelType(),
+                             rowBytes, 0);
+}
+
 /// All samples of a blurred frame, averaged into the output by a running mean.
 template<class P, class T, class W, class F, class Format>
 int renderBlurred(const StrokeFrame& frame, const SamplePlan& plan, PluginRaster_API* output,
                   double& opacity) {
     PluginHost_API* const host = frame.host;
-    int rowBytes = 0;
-    const PluginRasterProxy sample(host,
-                                   host->allocRaster(output->getWidth(), output->getHeight(),
-                                                     output->getPixelType(), rowBytes, 0),
-                                   true, true);
+    const PluginRasterProxy sample(host, allocSample(host, output), true, true);
     if (sample.getImpl() == nullptr) {
         return 1;
     }
+    FrameChords chords(host);
     AnimatedParameters p = frame.now;
     for (int s = 0; s < plan.levels; ++s) {
         const long time = plan.time(s);
         p = animatedParametersAt(host, time, p);
         opacity = p.opacity * FRACTION_PER_PERCENT;
         fillWithColor<P, T, W, F, Format>(host, p, sample.getImpl());
-        if (const int error = renderSample<P, T, W, F, Format>(frame, p, time, sample.getImpl());
+        if (const int error =
+                renderSample<P, T, W, F, Format>(frame, p, time, sample.getImpl(), &chords);
             error != 0) {
             return error;
         }
@@ -109,7 +114,9 @@ int Render(P /*pixel*/, T /*maximum*/, W /*wide*/, F /*single*/, Format /*format
     if (plan.blur) {
         return renderBlurred<P, T, W, F, Format>(frame, plan, output.getImpl(), opacity);
     }
-    return renderSample<P, T, W, F, Format>(frame, frame.now, plan.firstTime, output.getImpl());
+    FrameChords chords(host);
+    return renderSample<P, T, W, F, Format>(frame, frame.now, plan.firstTime, output.getImpl(),
+                                            &chords);
 }
 
 } // namespace orbel

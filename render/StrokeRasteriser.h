@@ -15,9 +15,10 @@ void HQDrawSphere(P pixel, PluginHost_API* host, unsigned char* base, int rowByt
                   double intensity);
 
 /// Draws one stretch of stroke along a checked-out outline into the matte's alpha. Result as of
-/// `walkStroke`.
+/// `walkStroke`, and `chords` as there.
 template<class P, class T, class W, class F, class Format>
 int DrawBezierPathLin(P pixel, PluginHost_API* host, PluginRaster_API* matte, void** effectRef,
-                      void* path, const BrushStroke& stroke, ProjectionSetup projection);
+                      void* path, OutlineChords* chords, const BrushStroke& stroke,
+                      ProjectionSetup projection);
 
 } // namespace orbel

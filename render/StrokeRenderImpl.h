@@ -5,6 +5,7 @@
 #include "host/RasterProxy.h"
 #include "pixel/ColourOps.h"
 #include "pixel/TransferModes.h"
+#include "render/BandRenderImpl.h"
 #include "render/RenderImpl.h"
 
 #include <array>
@@ -31,19 +32,31 @@ inline constexpr int CODE_SCREEN = 6;
     return floatPixels && code == CODE_SCREEN ? CODE_ADD : code;
 }
 
-template<class P, class T, class W, class F, class Format>
-int compositeLayer(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host,
-                   int mode, double opacity, PluginRaster_API* input, PluginRaster_API* output) {
+/// What becomes of the layer under a "Transfer Mode".
+template<class P>
+LayerFinish layerFinish(PluginHost_API* host, int mode, double opacity) {
     if (mode == MODE_NORMAL && host->ignoreNormalComposite()) {
         mode = MODE_LAYER_ALONE;
     }
-    if (mode != MODE_LAYER_ALONE) {
-        return TransferComposite<P, T, W, F, Format>(pixel, maximum, wide, single, format, host,
-                                                     transferCode(mode, P::is32Bit()), opacity, 1.0,
-                                                     output, input, output, false, false, false);
+    if (mode == MODE_LAYER_ALONE) {
+        return {0, opacity};
     }
-    if (opacity != 1.0) {
-        return MultiplyAlpha<P, T, W, F, Format>(pixel, host, static_cast<float>(opacity), output);
+    const int code = transferCode(mode, P::is32Bit());
+    return {code, code == 0 ? 1.0 : opacity}; // a mode that is none leaves the layer as it is
+}
+
+template<class P, class T, class W, class F, class Format>
+int compositeLayer(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host,
+                   int mode, double opacity, PluginRaster_API* input, PluginRaster_API* output) {
+    const LayerFinish how = layerFinish<P>(host, mode, opacity);
+    if (how.code != 0) {
+        return TransferComposite<P, T, W, F, Format>(pixel, maximum, wide, single, format, host,
+                                                     how.code, how.opacity, 1.0, output, input,
+                                                     output, false, false, false);
+    }
+    if (how.opacity != 1.0) {
+        return MultiplyAlpha<P, T, W, F, Format>(pixel, host, static_cast<float>(how.opacity),
+                                                 output);
     }
     return 0;
 }
@@ -54,6 +67,11 @@ int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost
     const PluginRasterProxy output(host, host->getOutputRaster(), true, true);
     if (input.getImpl() == nullptr || output.getImpl() == nullptr) {
         return 1;
+    }
+    if (const auto result = renderInBands<P>(
+            host, input.getImpl(), output.getImpl(),
+            [host](int mode, double opacity) { return layerFinish<P>(host, mode, opacity); })) {
+        return *result;
     }
     UnPremult<P, T, W, F, Format>(pixel, host, input.getImpl());
     int mode = MODE_LAYER_ALONE;

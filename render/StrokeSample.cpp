@@ -22,8 +22,13 @@ int instanceCount(double instances) {
 class SampleDrawing {
 public:
     SampleDrawing(const StrokeFrame& frame, const SampleValues& values, const SpanTable& spans,
-                  long time, SpanRenderer& renderer)
-        : m_frame(frame), m_values(values), m_spans(spans), m_time(time), m_renderer(renderer) {}
+                  long time, SpanRenderer& renderer, FrameChords* chords)
+        : m_frame(frame),
+          m_values(values),
+          m_spans(spans),
+          m_time(time),
+          m_renderer(renderer),
+          m_chords(chords) {}
 
     /// Camera and layer transforms; non-zero when there is no camera.
     int placeCamera();
@@ -45,6 +50,7 @@ private:
     const SpanTable& m_spans;
     long m_time;
     SpanRenderer& m_renderer;
+    FrameChords* m_chords;
     Vx_Matrix4 m_cameraFromWorld{};
     double m_zoom = 0.0;
 };
@@ -106,7 +112,8 @@ int SampleDrawing::drawCheckedOut(const PathInfoType& span, const Vx_Matrix4& la
                              v.zClipBack,
                              m_frame.args.startFade,
                              taper(span)};
-    const int error = m_renderer.drawSpan(path, stroke, projection(layerFromPath));
+    const int error = m_renderer.drawSpan(path, m_chords->find(span.pathId, path), stroke,
+                                          projection(layerFromPath));
     paths->CheckinPath(nullptr, span.pathId, false, path);
     return error;
 }
@@ -273,7 +280,8 @@ int SpanTable::allocate(long records) {
     return 0;
 }
 
-int SpanTable::fill(const StrokeFrame& frame, const SampleValues& values, long time) {
+int SpanTable::fill(const StrokeFrame& frame, const SampleValues& values, long time,
+                    FrameChords* chords) {
     const double offsetFraction = m_host->math_fmod(values.offset, 1.0);
     long count = 0;
     m_host->getPathAPI()->NumPaths(nullptr, &count);
@@ -287,7 +295,7 @@ int SpanTable::fill(const StrokeFrame& frame, const SampleValues& values, long t
     if (const int error = allocate(count + extra); error != 0) {
         return error;
     }
-    if (const int error = measure(frame, values, time, count); error != 0) {
+    if (const int error = measure(frame, values, time, count, chords); error != 0) {
         return error;
     }
     int appended = 0;
@@ -300,8 +308,8 @@ int SpanTable::fill(const StrokeFrame& frame, const SampleValues& values, long t
 
 // Outline identifiers are 1-based, so index 0 yields no outline and is passed over like any other
 // that cannot be had.
-int SpanTable::measure(const StrokeFrame& frame, const SampleValues& values, long time,
-                       long count) {
+int SpanTable::measure(const StrokeFrame& frame, const SampleValues& values, long time, long count,
+                       FrameChords* chords) {
     PluginPath_API* const paths = m_host->getPathAPI();
     for (long i = 0; i <= count && m_count < count; ++i) {
         unsigned long id = 0;
@@ -319,8 +327,11 @@ int SpanTable::measure(const StrokeFrame& frame, const SampleValues& values, lon
         paths->PathIsOpen(nullptr, path, &open);
         PathInfoType& record = m_records[m_count++];
         record = {static_cast<std::uint32_t>(id), 0.0, 0.0, 0.0, values.globalStep, open ? 0 : 1};
-        record.length = GetBezierPathLen(m_host, nullptr, path, frame.geometry.scaleX,
-                                         frame.geometry.scaleY, values.sampleLength);
+        OutlineChords* const kept = chords->enter(id, path, values.sampleLength);
+        record.length = kept != nullptr
+                            ? kept->length()
+                            : GetBezierPathLen(m_host, nullptr, path, frame.geometry.scaleX,
+                                               frame.geometry.scaleY, values.sampleLength);
         if (frame.args.exactStepMatch) {
             const double steps = m_host->math_floor(0.5 + record.length / values.globalStep);
             record.step = steps > 0 ? record.length / steps : values.globalStep;
@@ -331,17 +342,17 @@ int SpanTable::measure(const StrokeFrame& frame, const SampleValues& values, lon
 }
 
 int drawSample(const StrokeFrame& frame, const AnimatedParameters& parameters, long time,
-               SpanRenderer& renderer) {
+               SpanRenderer& renderer, FrameChords* chords) {
     const SampleValues values = sampleValues(frame, parameters);
     SpanTable spans(frame.host);
-    SampleDrawing drawing(frame, values, spans, time, renderer);
+    SampleDrawing drawing(frame, values, spans, time, renderer, chords);
     if (const int error = drawing.placeCamera(); error != 0) {
         return error;
     }
     if (stretchIsEmpty(values) || frame.host->getPathAPI() == nullptr) {
         return 0;
     }
-    if (const int error = spans.fill(frame, values, time); error != 0) {
+    if (const int error = spans.fill(frame, values, time, chords); error != 0) {
         return error;
     }
     if (const int error = drawing.drawStroke(); error != 0) {

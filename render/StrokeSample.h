@@ -1,6 +1,7 @@
 #pragma once
 
 #include "render/AnimatedParameters.h"
+#include "render/OutlineChords.h"
 #include "render/PathSpans.h"
 #include "render/Projection.h"
 #include "render/StrokeFrame.h"
@@ -53,14 +54,16 @@ public:
 
     /// Measures every outline of the host's path and distributes start, end and offset over them.
     /// 0 on success, else a path's status, or 1 when there is no memory.
-    int fill(const StrokeFrame& frame, const SampleValues& values, long time);
+    /// What was walked on the way stays in `chords`.
+    int fill(const StrokeFrame& frame, const SampleValues& values, long time, FrameChords* chords);
     [[nodiscard]] std::span<const PathInfoType> spans() const {
         return {m_records, static_cast<std::size_t>(m_count)};
     }
 
 private:
     int allocate(long records);
-    int measure(const StrokeFrame& frame, const SampleValues& values, long time, long count);
+    int measure(const StrokeFrame& frame, const SampleValues& values, long time, long count,
+                FrameChords* chords);
 
     PluginHost_API* m_host;
     void* m_memory = nullptr;
@@ -71,7 +74,8 @@ private:
 /// Draws one stretch of a checked-out outline; bound to a pixel format and a raster.
 class SpanRenderer {
 public:
-    virtual int drawSpan(void* path, const BrushStroke& stroke,
+    /// `chords` are those of the path, null when it has to be walked anew.
+    virtual int drawSpan(void* path, OutlineChords* chords, const BrushStroke& stroke,
                          const ProjectionSetup& projection) = 0;
 
 protected:
@@ -79,7 +83,8 @@ protected:
 };
 
 /// Draws the stroke of one sample and its repeated copies. 0, or the first error or abort code.
+/// `chords` are kept from sample to sample.
 int drawSample(const StrokeFrame& frame, const AnimatedParameters& parameters, long time,
-               SpanRenderer& renderer);
+               SpanRenderer& renderer, FrameChords* chords);
 
 } // namespace orbel

@@ -2,6 +2,7 @@
 
 #include "host/Numeric.h"
 #include "render/BezierPath.h"
+#include "render/OutlineChords.h"
 
 namespace orbel {
 
@@ -18,21 +19,23 @@ constexpr double SPARE_PARAMETER = 20000;
 class StrokeWalk {
 public:
     StrokeWalk(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
-               const ProjectionSetup& projection, StampSink& sink)
+               const ProjectionSetup& projection, StampSink& sink, OutlineChords* chords)
         : m_host(host),
           m_effectRef(effectRef),
           m_path(path),
           m_stroke(stroke),
           m_projection(projection),
           m_sink(sink),
+          m_chords(chords),
           m_step(stroke.step),
           m_dynamic(stroke.taper.enabled != 0 && stroke.taper.stepAdjustMethod == STEP_DYNAMIC) {}
 
     int run();
 
 private:
-    int walk();
-    bool stampChord(const ChordWalk& chords);
+    int walk(OutlineChords* outline);
+    int findChord(ChordReader* chords, bool* found);
+    bool stampChord(const ChordReader& chords);
     void place(double x, double y, double factor);
     void adjustStep(double x, double y, double factor);
     [[nodiscard]] double startFactor() const {
@@ -51,6 +54,7 @@ private:
     const BrushStroke& m_stroke;
     const ProjectionSetup& m_projection;
     StampSink& m_sink;
+    OutlineChords* m_chords; // null when nobody has walked this outline yet
     long m_segments = 0;
     bool m_open = false;
     double m_step;           // current distance between stamps
@@ -72,41 +76,34 @@ int StrokeWalk::run() {
     if (const int status = paths->PathIsOpen(m_effectRef, m_path, &m_open); status != 0) {
         return status;
     }
-    return walk();
+    const double target = m_stroke.sampleLength;
+    if (m_chords != nullptr && m_chords->numSegments() == m_segments &&
+        m_chords->targetLength() == target) {
+        return walk(m_chords);
+    }
+    OutlineChords chords(m_host, m_effectRef, m_path, m_segments, target, nullptr);
+    return walk(&chords);
 }
 
-int StrokeWalk::walk() {
-    BezierSampler sampler(m_host, m_effectRef, m_path, m_segments);
+int StrokeWalk::walk(OutlineChords* outline) {
+    ChordReader chords(outline);
     if (!(m_stroke.startDist > 0.0) && !(m_stroke.endDist < 0.0)) {
-        const BezierSampler::Point first = sampler.at(0.0);
-        place(first.x, first.y, startFactor());
+        place(chords.end().x, chords.end().y, startFactor());
     }
     if (m_dynamic) {
         m_step = m_stroke.taper.startThickness * m_stroke.step;
         m_step = m_step < 0.5 ? 0.5 : m_step;
     }
     const double lastParameter = LAPS_PER_WALK * static_cast<double>(m_segments) + SPARE_PARAMETER;
-    ChordWalk chords(m_host, &sampler, m_stroke.sampleLength);
-    for (;;) {
-        const ChordWalk::Trial trial = chords.tryChord();
-        if (trial == ChordWalk::Trial::Ended) {
-            break;
-        }
-        if (chords.evaluations() % EVALUATIONS_PER_PROGRESS == 0) {
-            const int abort =
-                m_host->progress(truncateTo<long>(900 * chords.parameter()), 1000 * m_segments);
-            if (abort != 0) {
-                return abort;
-            }
-        }
-        if (trial == ChordWalk::Trial::Rejected) {
-            continue;
+    for (bool found = true; found;) {
+        if (const int abort = findChord(&chords, &found); abort != 0) {
+            return abort;
         }
         const double before = m_distance;
-        if (!stampChord(chords)) {
+        if (!found || !stampChord(chords)) {
             break;
         }
-        m_distance += chords.chord();
+        m_distance += chords.length();
         if (reachedEnd() || !(m_distance > before) || chords.parameter() > lastParameter) {
             break;
         }
@@ -115,23 +112,41 @@ int StrokeWalk::walk() {
     return 0;
 }
 
+// Goes on to the next chord and tells the host of every hundredth evaluation that this took, with
+// the parameter that had been reached then. The host's answer when it wants no more.
+int StrokeWalk::findChord(ChordReader* chords, bool* found) {
+    const double reached = chords->parameter();
+    const long before = chords->evaluations();
+    *found = chords->next();
+    const long after = chords->evaluations();
+    for (long told = before - before % EVALUATIONS_PER_PROGRESS + EVALUATIONS_PER_PROGRESS;
+         told <= after; told += EVALUATIONS_PER_PROGRESS) {
+        const double parameter = *found && told == after ? chords->parameter() : reached;
+        const int abort = m_host->progress(truncateTo<long>(900 * parameter), 1000 * m_segments);
+        if (abort != 0) {
+            return abort;
+        }
+    }
+    return 0;
+}
+
 // Places the stamps that fall on the accepted chord; false when the stamps no longer advance.
-bool StrokeWalk::stampChord(const ChordWalk& chords) {
-    const BezierSampler::Point a = chords.begin();
-    const BezierSampler::Point b = chords.end();
+bool StrokeWalk::stampChord(const ChordReader& chords) {
+    const ChordReader::Point a = chords.begin();
+    const ChordReader::Point b = chords.end();
     for (;;) {
         const double s = m_lastStamp + m_step;
         if (!(s > m_lastStamp) || ++m_marched > STAMPS_PER_WALK) {
             return false;
         }
-        if (!(s > m_distance) || s > m_distance + chords.chord()) {
+        if (!(s > m_distance) || s > m_distance + chords.length()) {
             return true;
         }
         if (!(s < m_stroke.startDist) && !(s > m_stroke.endDist)) {
             const double along = s - m_distance;
             const double factor = taperFactor(m_host, m_stroke.taper, s);
-            const double x = a.x + (b.x - a.x) * along / chords.chord();
-            const double y = a.y + (b.y - a.y) * along / chords.chord();
+            const double x = a.x + (b.x - a.x) * along / chords.length();
+            const double y = a.y + (b.y - a.y) * along / chords.length();
             place(x, y, factor);
             adjustStep(x, y, factor);
         }
@@ -203,8 +218,8 @@ void StrokeWalk::capEnd() {
 } // namespace
 
 int walkStroke(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
-               const ProjectionSetup& projection, StampSink& sink) {
-    return StrokeWalk(host, effectRef, path, stroke, projection, sink).run();
+               const ProjectionSetup& projection, StampSink& sink, OutlineChords* chords) {
+    return StrokeWalk(host, effectRef, path, stroke, projection, sink, chords).run();
 }
 
 } // namespace orbel

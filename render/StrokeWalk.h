@@ -6,6 +6,8 @@
 
 namespace orbel {
 
+class OutlineChords;
+
 /// One stretch of stroke along one outline. Lengths are path distances in output pixels.
 struct BrushStroke {
     double thickness;    ///< brush radius before taper and perspective, full-resolution units
@@ -41,8 +43,10 @@ protected:
 };
 
 /// Walks one outline and places its stamps. 0 when complete, otherwise the status of a failing path
-/// query or the abort code of `progress`; what was placed until then stays.
+/// query or the abort code of `progress`; what was placed until then stays. `chords` are those of
+/// this outline when somebody has walked it already; with null it is walked anew. The stamps and
+/// the calls of `progress` are the same either way.
 int walkStroke(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
-               const ProjectionSetup& projection, StampSink& sink);
+               const ProjectionSetup& projection, StampSink& sink, OutlineChords* chords = nullptr);
 
 } // namespace orbel

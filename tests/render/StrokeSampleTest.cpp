@@ -29,7 +29,7 @@ struct Draw {
 
 class RecordingRenderer final : public SpanRenderer {
 public:
-    int drawSpan(void* /*path*/, const BrushStroke& stroke,
+    int drawSpan(void* /*path*/, OutlineChords* /*chords*/, const BrushStroke& stroke,
                  const ProjectionSetup& projection) override {
         draws.push_back({stroke, projection});
         return static_cast<long>(draws.size()) == failAt ? 42 : 0;
@@ -52,8 +52,9 @@ protected:
         host.setPathAPI(&m_path);
         host.memoryFails = m_memoryFails;
         const StrokeFrame frame(&host);
+        FrameChords chords(&host);
         m_renderer.draws.clear();
-        const int result = drawSample(frame, frame.now, time, m_renderer);
+        const int result = drawSample(frame, frame.now, time, m_renderer, &chords);
         EXPECT_EQ(m_path.checkedOut, 0);
         return result;
     }

@@ -1,0 +1,275 @@
+#pragma once
+
+#include "render/LayerPainter.h"
+
+#include "render/Bands.h"
+#include "render/Units.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orbel {
+
+/// Rows whose bytes, with those of the picture behind them, stay in a core's own cache.
+[[nodiscard]] inline int bandHeight(int rowBytes) {
+    constexpr int bandBytes = 160 * 1024;
+    return std::max(bandBytes / std::max(std::abs(rowBytes), 1), 1);
+}
+
+/// The stroke's colour at alpha 0, as `FillColor` fills it in.
+template<class P>
+[[nodiscard]] std::array<typename P::Component, componentsPerPixel>
+fillPixel(const AnimatedParameters& p) {
+    using T = typename P::Component;
+    std::array<T, componentsPerPixel> pixel{};
+    pixel[P::FORMAT::red] = truncateTo<T>(P::MAX_VALUE() * p.red);
+    pixel[P::FORMAT::green] = truncateTo<T>(P::MAX_VALUE() * p.green);
+    pixel[P::FORMAT::blue] = truncateTo<T>(P::MAX_VALUE() * p.blue);
+    return pixel;
+}
+
+/// What `HSLModulate` is given by the driver.
+[[nodiscard]] inline HslAmounts hslAmounts(const AnimatedParameters& p) {
+    return {p.hiAlphaBrightBoost * FRACTION_PER_PERCENT,
+            p.lowAlphaHueRotation * TURNS_PER_DEGREE * 360.0,
+            p.lowAlphaSatBoost * FRACTION_PER_PERCENT};
+}
+
+template<class P>
+LayerPainter<P>::LayerPainter(const Rasters& rasters, const RowKernels<P>& rows,
+                              const StampKernels& stamps)
+    : m_rasters(rasters),
+      m_rowKernels(rows),
+      m_stampKernels(stamps),
+      m_blocks(rasters.output.width),
+      m_bandRows(bandHeight(rasters.output.rowBytes)),
+      m_batch(rasters.output.height, m_bandRows),
+      m_touched(static_cast<std::size_t>(rasters.output.height)),
+      m_settled(m_touched.size()) {}
+
+template<class P>
+typename P::Component* LayerPainter<P>::pixels(const RasterInfo& raster, int y, int x) const {
+    return static_cast<T*>(static_cast<void*>(raster.row(y))) +
+           std::ptrdiff_t{x} * componentsPerPixel;
+}
+
+template<class P>
+void LayerPainter<P>::beginSample(const AnimatedParameters& p) {
+    const Pixel colour = fillPixel<P>(p);
+    m_slices.push_back({m_samples, true, false, true, 0, colour, hslAmounts(p), colour, m_mean});
+    Slice& slice = m_slices.back();
+    modulate(slice, slice.ground.data(), 1);
+}
+
+template<class P>
+void LayerPainter<P>::stamp(const Stamp& s) {
+    if (!(s.radius > 0.0)) {
+        return;
+    }
+    PlacedStamp placed(s, P::MAX_VALUE());
+    if (!placed.trim(m_rasters.output.width, m_rasters.output.height)) {
+        return;
+    }
+    if (!kernelsCanPaint(placed, P::MAX_VALUE())) {
+        m_slices.back().solidFirst = false;
+    }
+    m_batch.add(placed);
+    if (m_batch.isFull()) {
+        Slice rest = m_slices.back();
+        paintBatch(nullptr);
+        rest.begins = false;
+        m_slices.push_back(rest);
+    }
+}
+
+template<class P>
+void LayerPainter<P>::endSample() {
+    Slice& slice = m_slices.back();
+    slice.ends = true;
+    slice.last = m_batch.size();
+    blend(slice, slice.ground.data(), m_mean.data(), 1);
+    ++m_samples;
+}
+
+template<class P>
+void LayerPainter<P>::finish(const LayerFinish& how) {
+    paintBatch(&how);
+}
+
+template<class P>
+void LayerPainter<P>::leave(const AnimatedParameters& fallback, bool showUnfinished) {
+    const bool unfinished = !m_slices.empty() && !m_slices.back().ends;
+    if (unfinished && !(m_samples == 0 && showUnfinished)) {
+        m_slices.pop_back();
+    }
+    paintBatch(nullptr);
+    const std::vector<Mask>& drawn = m_samples == 0 ? m_touched : m_settled;
+    const Pixel& ground = m_samples == 0 ? fillPixel<P>(fallback) : m_mean;
+    for (int y = 0; y < m_rasters.output.height; ++y) {
+        const bool keep = m_samples > 0 || showUnfinished;
+        const Mask open =
+            keep ? m_blocks.all() & ~drawn[static_cast<std::size_t>(y)] : m_blocks.all();
+        m_blocks.forEachRun(open, [&](int x, int count) {
+            m_rowKernels.fill(pixels(m_rasters.output, y, x), count, ground.data());
+        });
+        m_rowKernels.unPremult(pixels(m_rasters.input, y, 0), m_rasters.input.width);
+    }
+}
+
+template<class P>
+void LayerPainter<P>::paintBatch(const LayerFinish* how) {
+    if (!m_slices.empty() && !m_slices.back().ends) {
+        m_slices.back().last = m_batch.size();
+    }
+    m_batch.sortIntoBands();
+    forEachBand(m_batch.bands(), [&](int band) { paintBand(band, how); });
+    m_batch.cutBack(0);
+    m_slices.clear();
+}
+
+template<class P>
+void LayerPainter<P>::paintBand(int band, const LayerFinish* how) {
+    const int first = band * m_bandRows;
+    const int last = std::min(first + m_bandRows, m_rasters.output.height) - 1;
+    std::span<const StampBatch::Index> stamps = m_batch.inBand(band);
+    for (const Slice& slice : m_slices) {
+        const auto end = std::lower_bound(stamps.begin(), stamps.end(), slice.last);
+        const auto count = static_cast<std::size_t>(end - stamps.begin());
+        const RasterInfo& raster = target(slice);
+        const StampRows rows{raster.data, raster.rowBytes, raster.width, first, last};
+        paintSlice(slice, rows, stamps.first(count));
+        stamps = stamps.subspan(count);
+    }
+    if (how != nullptr) {
+        for (int y = first; y <= last; ++y) {
+            finishRow(y, *how);
+        }
+    }
+}
+
+// Solid parts first: a pixel that ends up opaque is then left alone by all other stamps.
+template<class P>
+void LayerPainter<P>::paintSlice(const Slice& slice, StampRows rows,
+                                 std::span<const StampBatch::Index> stamps) {
+    if (slice.begins) {
+        std::fill(m_touched.begin() + rows.first, m_touched.begin() + rows.last + 1, Mask{0});
+    }
+    const double maximum = P::MAX_VALUE();
+    const auto isSolid = [&](const PlacedStamp& s) {
+        return slice.solidFirst && s.amount == maximum;
+    };
+    for (const StampBatch::Index i : stamps) {
+        touch(slice, rows, m_batch[i]);
+        if (isSolid(m_batch[i])) {
+            m_stampKernels.fillSolid(rows, m_batch[i]);
+        }
+    }
+    FullCoverTable table;
+    for (const StampBatch::Index i : stamps) {
+        paintStamp(rows, m_batch[i], isSolid(m_batch[i]), &table);
+    }
+    if (slice.ends) {
+        for (int y = rows.first; y <= rows.last; ++y) {
+            settleRow(slice, y);
+        }
+    }
+}
+
+template<class P>
+void LayerPainter<P>::paintStamp(const StampRows& rows, const PlacedStamp& stamp,
+                                 bool solidIsFilled, FullCoverTable* table) {
+    if (kernelsCanPaint(stamp, P::MAX_VALUE())) {
+        m_stampKernels.paint(rows, stamp, solidIsFilled, table);
+        return;
+    }
+    const int last = std::min<int>(rows.last, stamp.box.bottom);
+    for (int y = std::max<int>(rows.first, stamp.box.top); y <= last; ++y) {
+        stampPixels<P>(rows.row(y), componentsPerPixel * static_cast<int>(sizeof(T)), stamp, y,
+                       stamp.box.left, stamp.box.right, [](double q) { return std::sqrt(q); });
+    }
+}
+
+// Fills the blocks around a stamp with the colour, unless that was done for another one.
+template<class P>
+void LayerPainter<P>::touch(const Slice& slice, const StampRows& rows, const PlacedStamp& stamp) {
+    const Mask around = m_blocks.covering(stamp.box.left, stamp.box.right);
+    const int last = std::min<int>(rows.last, stamp.box.bottom);
+    for (int y = std::max<int>(rows.first, stamp.box.top); y <= last; ++y) {
+        Mask& touched = m_touched[static_cast<std::size_t>(y)];
+        if ((around & ~touched) != 0) {
+            m_blocks.forEachRun(around & ~touched, [&](int x, int count) {
+                m_rowKernels.fill(pixels(target(slice), y, x), count, slice.colour.data());
+            });
+            touched |= around;
+        }
+    }
+}
+
+// Takes a row of a sample that is complete into the mean. Blocks in which nothing was drawn so far
+// are the same pixel everywhere, in the sample as well as in the mean. The first sample is drawn
+// where the mean is.
+template<class P>
+void LayerPainter<P>::settleRow(const Slice& slice, int y) {
+    const Mask touched = m_touched[static_cast<std::size_t>(y)];
+    Mask& settled = m_settled[static_cast<std::size_t>(y)];
+    const RasterInfo& sample = target(slice);
+    const RasterInfo& mean = m_rasters.output;
+    m_blocks.forEachRun(touched,
+                        [&](int x, int count) { modulate(slice, pixels(sample, y, x), count); });
+    if (slice.sample > 0) {
+        m_blocks.forEachRun(touched & ~settled, [&](int x, int count) {
+            m_rowKernels.fill(pixels(mean, y, x), count, slice.meanBefore.data());
+        });
+        m_blocks.forEachRun(settled & ~touched, [&](int x, int count) {
+            m_rowKernels.fill(pixels(sample, y, x), count, slice.ground.data());
+        });
+        m_blocks.forEachRun(settled | touched, [&](int x, int count) {
+            blend(slice, pixels(sample, y, x), pixels(mean, y, x), count);
+        });
+    }
+    settled |= touched;
+}
+
+template<class P>
+void LayerPainter<P>::modulate(const Slice& slice, T* row, int count) {
+    if (slice.modulation.any()) {
+        m_rowKernels.hslModulate(row, count, slice.modulation);
+    }
+}
+
+template<class P>
+void LayerPainter<P>::blend(const Slice& slice, const T* row, T* mean, int count) {
+    m_rowKernels.blendImages(row, mean, count * componentsPerPixel,
+                             static_cast<float>(1.0 / (slice.sample + 1)));
+}
+
+// Where nothing was drawn the picture shows through, whatever the colour of the layer: its alpha is
+// 0, and stays 0 under any opacity but an infinite one.
+template<class P>
+void LayerPainter<P>::finishRow(int y, const LayerFinish& how) {
+    const Mask drawn = m_settled[static_cast<std::size_t>(y)];
+    const Mask open = m_blocks.all() & ~drawn;
+    T* const input = pixels(m_rasters.input, y, 0);
+    T* const layer = pixels(m_rasters.output, y, 0);
+    const auto runs = [&](Mask mask, const auto& finishRun) {
+        m_blocks.forEachRun(mask, [&](int x, int count) {
+            const std::ptrdiff_t first = std::ptrdiff_t{x} * componentsPerPixel;
+            finishRun(input + first, layer + first, count);
+        });
+    };
+    const auto code = static_cast<std::size_t>(how.code);
+    const auto opacity = static_cast<float>(how.opacity);
+    if (how.code != 0 && std::isfinite(opacity)) {
+        const auto finish = m_rowKernels.finish[code];
+        runs(drawn, [&](T* in, T* out, int n) { finish(in, out, n, opacity); });
+        runs(open, [&](T* in, T* out, int n) { m_rowKernels.finishUntouched(in, out, n); });
+        return;
+    }
+    runs(open, [&](T*, T* out, int n) { m_rowKernels.fill(out, n, m_mean.data()); });
+    if (how.code == 0 && how.opacity != 1.0) {
+        m_rowKernels.multiplyAlpha(layer, m_rasters.output.width, opacity);
+    }
+    m_rowKernels.finish[code](input, layer, m_rasters.output.width, opacity);
+}
+
+} // namespace orbel

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "render/StampProfile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace orbel {
+
+/// Stamps waiting to be painted, in the order in which they were placed, and which of them reach
+/// into which band of rows. Bounded memory: whoever fills it paints it when it is full.
+class StampBatch {
+public:
+    using Index = std::uint32_t;
+
+    /// For a raster of `height` rows in bands of `bandRows`.
+    StampBatch(int height, int bandRows);
+
+    /// `stamp` has been trimmed to the raster.
+    void add(const PlacedStamp& stamp);
+    [[nodiscard]] bool isFull() const {
+        return m_stamps.size() >= MOST_STAMPS || m_reaches >= MOST_REACHES;
+    }
+    /// Drops all stamps from the one with this number on.
+    void cutBack(std::size_t count);
+
+    [[nodiscard]] std::size_t size() const { return m_stamps.size(); }
+    [[nodiscard]] const PlacedStamp& operator[](std::size_t i) const { return m_stamps[i]; }
+    [[nodiscard]] int bands() const { return m_bands; }
+
+    /// To be called before the bands are asked for.
+    void sortIntoBands();
+    /// The numbers of the stamps that reach into a band, in order.
+    [[nodiscard]] std::span<const Index> inBand(int band) const;
+
+private:
+    static constexpr std::size_t MOST_STAMPS = std::size_t{1} << 14;
+    static constexpr std::size_t MOST_REACHES = std::size_t{1} << 18;
+
+    [[nodiscard]] int firstBand(const PlacedStamp& stamp) const {
+        return stamp.box.top / m_bandRows;
+    }
+    [[nodiscard]] int lastBand(const PlacedStamp& stamp) const {
+        return stamp.box.bottom / m_bandRows;
+    }
+
+    int m_bandRows;
+    int m_bands;
+    std::size_t m_reaches = 0; // bands reached by all the stamps
+    std::vector<PlacedStamp> m_stamps;
+    std::vector<Index> m_sorted;      // stamp numbers, band by band
+    std::vector<Index> m_firstOfBand; // where a band begins in there, and where the last one ends
+};
+
+} // namespace orbel

@@ -1,0 +1,222 @@
+// Stamps in the 8-bit formats: a pixel is a lane of 32 bits.
+
+#if defined(ORBEL_STAMP8_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORBEL_STAMP8_INL_H
+#undef ORBEL_STAMP8_INL_H
+#else
+#define ORBEL_STAMP8_INL_H
+#endif
+
+#include "render/kernels/StampSpans-inl.h"
+
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+HWY_BEFORE_NAMESPACE();
+namespace orbel {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// A stamp on pixels of four bytes. Alphas are computed in single precision with a bound on the
+/// error; where that bound leaves open which whole number an alpha comes to, the pixel is computed
+/// again as `HQDrawSphere` does.
+template<class P>
+class Stamp8 {
+public:
+    /// Makes the pixels of a row fully opaque.
+    static HWY_INLINE void fill(std::uint8_t* row, int left, int right) {
+        const U32 du;
+        auto* const pixels = reinterpret_cast<std::uint32_t*>(row);
+        const auto full = hn::Set(du, ALPHA);
+        const int lanes = static_cast<int>(hn::Lanes(du));
+        if (right - left + 1 < lanes) {
+            for (int i = left; i <= right; ++i) {
+                row[i * 4 + P::FORMAT::alpha] = 255;
+            }
+            return;
+        }
+        // The last vector may reach back over pixels that are full already.
+        for (int i = left; i <= right; i += lanes) {
+            std::uint32_t* const at = pixels + std::min(i, right - lanes + 1);
+            hn::StoreU(hn::Or(hn::LoadU(du, at), full), du, at);
+        }
+    }
+
+    /// Paints the whole stamp, or only what `fill` has left out.
+    static void paint(const StampRows& rows, const PlacedStamp& stamp, bool solidIsFilled,
+                      FullCoverTable* table) {
+        const int last = std::min<int>(stamp.box.bottom, rows.last);
+        int y = std::max<int>(stamp.box.top, rows.first);
+        if (rows.width < static_cast<int>(hn::Lanes(U32()))) {
+            for (; y <= last; ++y) {
+                stampPixels<P>(rows.row(y), 4, stamp, y, stamp.box.left, stamp.box.right,
+                               squareRoot);
+            }
+        }
+        for (; y <= last; y += StampSpans::capacity) {
+            StampSpans spans;
+            findSpans(stamp, y, std::min(last - y + 1, StampSpans::capacity), &spans);
+            if (!solidIsFilled) {
+                coverSolid(rows, stamp, spans, table);
+            }
+            paintRing(rows, stamp, spans, solidIsFilled);
+        }
+    }
+
+private:
+    using U32 = hn::ScalableTag<std::uint32_t>;
+    using I32 = hn::RebindToSigned<U32>;
+    using F32 = hn::RebindToFloat<U32>;
+
+    static constexpr int SHIFT = P::FORMAT::alpha * 8; // a lane's low byte comes first in memory
+    static constexpr std::uint32_t ALPHA = std::uint32_t{255} << SHIFT;
+
+    static double squareRoot(double q) { return std::sqrt(q); }
+
+    // In units of the last place of a single-precision number: the distance from the centre is off
+    // by 6 r + 1, which the slope of the ring, at most 1.5 k, carries into the cover. The rest is
+    // the rounding of the factors and of the sum.
+    static double errorBound(const BrushProfile& brush) {
+        constexpr double unit = 255.0 / 16777216.0;
+        return unit * (brush.ringScale * (9 * brush.outer + 2) + 20);
+    }
+
+    static void fillTable(FullCoverTable* table, double amount) {
+        for (std::size_t a = 0; a < 255; ++a) {
+            table->alphas[a] = coveredAlpha<P>(static_cast<std::uint8_t>(a), 1.0, amount);
+        }
+        table->alphas[255] = 255;
+        table->amount = amount;
+    }
+
+    /// Looks up what full cover comes to where the stamp covers fully.
+    static void coverSolid(const StampRows& rows, const PlacedStamp& stamp, const StampSpans& spans,
+                           FullCoverTable* table) {
+        const U32 du;
+        const int lanes = static_cast<int>(hn::Lanes(du));
+        const std::uint32_t* const alphas = table->alphas.data();
+        for (int k = 0; k < spans.count; ++k) {
+            int i = spans.solidLeft[k];
+            const int right = spans.solidRight[k];
+            if (i <= right && table->amount != stamp.amount) {
+                fillTable(table, stamp.amount);
+            }
+            std::uint8_t* const row = rows.row(spans.first + k);
+            for (; i + lanes - 1 <= right; i += lanes) {
+                std::uint32_t* const at = reinterpret_cast<std::uint32_t*>(row) + i;
+                const auto pixel = hn::LoadU(du, at);
+                const auto alpha = hn::And(hn::ShiftRight<SHIFT>(pixel), hn::Set(du, 255));
+                const auto found = hn::GatherIndex(du, alphas, hn::BitCast(I32(), alpha));
+                hn::StoreU(hn::Or(hn::And(pixel, hn::Set(du, ~ALPHA)), hn::ShiftLeft<SHIFT>(found)),
+                           du, at);
+            }
+            for (; i <= right; ++i) {
+                std::uint8_t& alpha = row[i * 4 + P::FORMAT::alpha];
+                alpha = static_cast<std::uint8_t>(alphas[alpha]);
+            }
+        }
+    }
+
+    /// Paints what the spans do not call solid. Pixels beside the brush may be computed along: they
+    /// stay as they are, and so do those that are fully opaque.
+    static void paintRing(const StampRows& rows, const PlacedStamp& stamp, const StampSpans& spans,
+                          bool solidIsFilled) {
+        const U32 du;
+        const I32 di;
+        const F32 df;
+        const int lanes = static_cast<int>(hn::Lanes(du));
+        const double column = std::floor(stamp.x);
+        const auto amount = static_cast<float>(stamp.amount);
+        const auto lane = hn::Iota(di, 0);
+        const auto x = hn::Set(df, static_cast<float>(stamp.x - column));
+        const auto outer = hn::Set(df, static_cast<float>(stamp.brush.outer));
+        const auto scale = hn::Set(df, static_cast<float>(stamp.brush.ringScale));
+        const auto zero = hn::Zero(df);
+        const auto one = hn::Set(df, 1.0F);
+        const auto three = hn::Set(df, 3.0F);
+        const auto most = hn::Set(df, amount);
+        const auto perAlpha = hn::Set(df, amount * static_cast<float>(P::RECIP_VALUE()));
+        const auto alphaBits = hn::Set(du, ALPHA);
+        const auto low = hn::Set(du, 255);
+        // Adding this rounds to a whole number, which is then found in the low bits.
+        const auto magic = hn::Set(df, 8388608.0F);
+        const auto doubtful = hn::Set(df, 0.5F - static_cast<float>(errorBound(stamp.brush)));
+
+        // Paints one vector of row `k` that covers pixel `i`; only pixels from `i` to `last`.
+        const auto paintVector = [&](int k, int i, int last) HWY_ATTR
+            __attribute__((always_inline)) {
+            const int start = std::min(i, rows.width - lanes);
+            std::uint8_t* const row = rows.row(spans.first + k);
+            std::uint32_t* const at = reinterpret_cast<std::uint32_t*>(row) + start;
+            const auto pixel = hn::LoadU(du, at);
+            const auto open = hn::AndNot(pixel, alphaBits);
+            if (hn::AllTrue(du, hn::Eq(open, hn::Zero(du)))) {
+                return;
+            }
+            const auto whole = hn::Set(di, start - static_cast<std::int32_t>(column));
+            const auto dx = hn::Sub(hn::ConvertTo(df, hn::Add(lane, whole)), x);
+            const auto q = hn::Add(hn::Mul(dx, dx), hn::Set(df, spans.dy2[k]));
+            const auto depth = hn::Mul(hn::Sub(outer, hn::Sqrt(q)), scale);
+            const auto s = hn::Min(hn::Max(depth, zero), one);
+            const auto cover = hn::Mul(hn::Sub(three, hn::Add(s, s)), hn::Mul(s, s));
+            const auto a =
+                hn::ConvertTo(df, hn::BitCast(di, hn::And(hn::ShiftRight<SHIFT>(pixel), low)));
+            const auto sum = hn::Add(a, hn::Mul(hn::Sub(most, hn::Mul(a, perAlpha)), cover));
+            const auto lifted = hn::Add(sum, magic);
+            const auto alpha = hn::And(hn::ShiftLeft<SHIFT>(hn::BitCast(du, lifted)), alphaBits);
+            const auto painted = hn::Or(hn::AndNot(alphaBits, pixel), alpha);
+            const auto off = hn::Abs(hn::Sub(sum, hn::Sub(lifted, magic)));
+            const auto unsure = hn::Gt(off, doubtful);
+            const bool all = start == i && start + lanes - 1 <= last;
+            if (HWY_LIKELY(all && hn::AllFalse(df, unsure))) {
+                hn::StoreU(painted, du, at);
+                return;
+            }
+            const auto index = hn::Add(lane, hn::Set(di, start));
+            const auto wanted =
+                hn::And(hn::Gt(index, hn::Set(di, i - 1)), hn::Lt(index, hn::Set(di, last + 1)));
+            const auto again = hn::And(wanted, hn::RebindMask(di, unsure));
+            const auto take = hn::RebindMask(du, hn::AndNot(again, wanted));
+            hn::StoreU(hn::IfThenElse(take, painted, pixel), du, at);
+            paintAgain(row, spans.first + k, stamp, start, again);
+        };
+
+        constexpr int unlimited = std::numeric_limits<int>::max() - 1;
+        for (int k = 0; k < spans.count; ++k) {
+            const bool solid = spans.solidLeft[k] <= spans.solidRight[k];
+            const int last = solid ? spans.solidLeft[k] - 1 : spans.right[k];
+            int i = spans.left[k];
+            for (; i <= last; i += lanes) {
+                paintVector(k, i, solid && !solidIsFilled ? last : unlimited);
+            }
+            if (solid) {
+                const int next = spans.solidRight[k] + 1;
+                for (i = solidIsFilled ? std::max(i, next) : next; i <= spans.right[k];
+                     i += lanes) {
+                    paintVector(k, i, unlimited);
+                }
+            }
+        }
+    }
+
+    static HWY_NOINLINE void paintAgain(std::uint8_t* row, int y, const PlacedStamp& stamp,
+                                        int start, hn::Mask<I32> which) {
+        std::uint8_t bits[8] = {};
+        hn::StoreMaskBits(I32(), which, bits);
+        for (int k = 0; k < static_cast<int>(hn::Lanes(I32())); ++k) {
+            if ((bits[k / 8] >> (k % 8) & 1) != 0) {
+                stampPixels<P>(row, 4, stamp, y, start + k, start + k, squareRoot);
+            }
+        }
+    }
+};
+
+} // namespace HWY_NAMESPACE
+} // namespace orbel
+HWY_AFTER_NAMESPACE();
+
+#endif
