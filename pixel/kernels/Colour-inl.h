@@ -131,10 +131,14 @@ struct CrossFadeBlock {
     }
 };
 
+inline bool isFraction(float factor) {
+    return factor >= 0.0F && factor <= 1.0F;
+}
+
 /// Whether a factor keeps components in range. The float formats have none.
 template<typename P>
 bool isOrdinary(float factor) {
-    return P::is32Bit() || (factor >= 0.0F && factor <= 1.0F);
+    return P::is32Bit() || isFraction(factor);
 }
 
 template<typename P>
