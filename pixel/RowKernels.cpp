@@ -2,12 +2,36 @@
 
 #include "pixel/Acceleration.h"
 #include "pixel/RowLaw.h"
+#include "pixel/kernels/VectorKernels.h"
+
+#include <algorithm>
 
 namespace orbel {
+namespace {
 
 template<typename P>
-const RowKernels<P>& rowKernels(int /*level*/) {
-    return rowLaw<P>();
+using Levels = std::array<RowKernels<P>, ACCELERATION_LEVELS>;
+
+template<typename P>
+Levels<P> makeLevels() {
+    Levels<P> levels;
+    levels.fill(rowLaw<P>());
+#if ORBEL_HAVE_HIGHWAY
+    for (int level = 1; level <= bestAccelerationLevel(); ++level) {
+        auto& table = levels[static_cast<std::size_t>(level)];
+        enterColourKernels(level, table);
+        enterModeKernels(level, table);
+    }
+#endif
+    return levels;
+}
+
+} // namespace
+
+template<typename P>
+const RowKernels<P>& rowKernels(int level) {
+    static const Levels<P> levels = makeLevels<P>();
+    return levels[static_cast<std::size_t>(std::clamp(level, 0, bestAccelerationLevel()))];
 }
 
 template<typename P>

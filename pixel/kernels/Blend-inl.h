@@ -1,0 +1,185 @@
+// Combining two rows on vectors; `BlendLawImpl.h` is the law. All lanes go through all steps, and
+// selections take what the law's branches would have given.
+
+#if defined(ORBEL_BLEND_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORBEL_BLEND_INL_H
+#undef ORBEL_BLEND_INL_H
+#else
+#define ORBEL_BLEND_INL_H
+#endif
+
+#include "pixel/RowLaw.h"
+#include "pixel/kernels/BlockWalk-inl.h"
+#include "pixel/kernels/Colour-inl.h"
+#include "pixel/kernels/Modes-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace orbel {
+namespace HWY_NAMESPACE {
+
+template<class A>
+using MaskIn = hn::Mask<typename A::D>;
+
+/// The alphas of both images after opacity, and that of both together.
+template<class A>
+struct Alphas {
+    VectorIn<A> s;
+    VectorIn<A> d;
+    VectorIn<A> united;
+
+    HWY_INLINE Alphas(VectorIn<A> front, VectorIn<A> behind, float opacity1, float opacity2)
+        : s(A::layerAlpha(front, opacity1)),
+          d(A::layerAlpha(behind, opacity2)),
+          united(hn::Sub(hn::Add(s, d), A::multiply(s, d))) {}
+};
+
+/// A colour without the negative components that float formats may hold, and an alpha.
+template<class A>
+HWY_INLINE Pixels<A> withAlpha(const Pixels<A>& p, VectorIn<A> alpha) {
+    if constexpr (A::whole) {
+        return {p.r, p.g, p.b, alpha};
+    } else {
+        const auto zero = hn::Zero(A::tag);
+        return {hn::IfThenZeroElse(hn::Lt(p.r, zero), p.r),
+                hn::IfThenZeroElse(hn::Lt(p.g, zero), p.g),
+                hn::IfThenZeroElse(hn::Lt(p.b, zero), p.b), alpha};
+    }
+}
+
+/// What storing a pixel and loading it again makes of it.
+template<class A>
+HWY_INLINE VectorIn<A> stored(VectorIn<A> v) {
+    return A::quantise(A::clampOverflow(A::clampUnderflow(v)));
+}
+
+template<class A>
+HWY_INLINE Pixels<A> select(MaskIn<A> mask, const Pixels<A>& yes, const Pixels<A>& no) {
+    return {hn::IfThenElse(mask, yes.r, no.r), hn::IfThenElse(mask, yes.g, no.g),
+            hn::IfThenElse(mask, yes.b, no.b), hn::IfThenElse(mask, yes.a, no.a)};
+}
+
+/// `first` x weight1 + `second` x weight2 for the colours; the alpha is that of `first`.
+template<class A>
+HWY_INLINE Pixels<A> weightedSum(const Pixels<A>& first, VectorIn<A> weight1,
+                                 const Pixels<A>& second, VectorIn<A> weight2) {
+    return {hn::Add(A::multiply(first.r, weight1), A::multiply(second.r, weight2)),
+            hn::Add(A::multiply(first.g, weight1), A::multiply(second.g, weight2)),
+            hn::Add(A::multiply(first.b, weight1), A::multiply(second.b, weight2)), first.a};
+}
+
+template<class A>
+HWY_INLINE VectorIn<A> weighted(VectorIn<A> colour, VectorIn<A> alpha) {
+    return hn::IfThenElse(hn::Eq(alpha, A::maximum()), colour, A::multiply(colour, alpha));
+}
+
+template<class A, class Mode>
+HWY_INLINE VectorIn<A> finishedChannel(VectorIn<A> s, VectorIn<A> sa, VectorIn<A> d, VectorIn<A> da,
+                                       VectorIn<A> alpha) {
+    return A::divide(Mode::template joined<A>(weighted<A>(s, sa), weighted<A>(d, da), alpha),
+                     alpha);
+}
+
+template<class A, bool limits>
+HWY_INLINE FloatV unit(VectorIn<A> component) {
+    const FloatV value = A::toUnit(component);
+    if constexpr (!A::whole && limits) {
+        return hn::IfThenElse(hn::Gt(value, single(1.0F)), single(1.0F), value);
+    } else {
+        return value;
+    }
+}
+
+template<class A, bool limits>
+HWY_INLINE Triple hslOfPixels(const Pixels<A>& p) {
+    return hslOf({unit<A, limits>(p.r), unit<A, limits>(p.g), unit<A, limits>(p.b)});
+}
+
+/// The colour that the mode makes of two.
+template<class A, class Mode>
+HWY_INLINE Pixels<A> blended(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A> united) {
+    if constexpr (Mode::kind == ModeKind::CHANNEL) {
+        return {Mode::template channel<A>(s.r, d.r), Mode::template channel<A>(s.g, d.g),
+                Mode::template channel<A>(s.b, d.b), s.a};
+    } else if constexpr (Mode::kind == ModeKind::FINISHING) {
+        const auto alpha = A::clampOverflow(united);
+        return {finishedChannel<A, Mode>(s.r, s.a, d.r, d.a, alpha),
+                finishedChannel<A, Mode>(s.g, s.a, d.g, d.a, alpha),
+                finishedChannel<A, Mode>(s.b, s.a, d.b, d.a, alpha), s.a};
+    } else {
+        const Triple hsl =
+            Mode::mix(hslOfPixels<A, Mode::limitsFloat>(s), hslOfPixels<A, Mode::limitsFloat>(d));
+        const Triple rgb = rgbOf(hsl.x, hsl.y, hsl.z);
+        return {A::fromUnit(rgb.x), A::fromUnit(rgb.y), A::fromUnit(rgb.z), s.a};
+    }
+}
+
+/// Pixels whose front is not transparent.
+template<class A, class Mode>
+HWY_INLINE Pixels<A> composed(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A> united) {
+    const auto zero = hn::Zero(A::tag);
+    Pixels<A> c = blended<A, Mode>(s, d, united);
+    if constexpr (Mode::kind != ModeKind::FINISHING) {
+        const auto sheer = hn::Lt(d.a, A::maximum());
+        if (!hn::AllFalse(A::tag, sheer)) {
+            const auto rest = hn::Sub(A::maximum(), d.a);
+            c = select<A>(sheer, weightedSum(s, rest, c, d.a), c);
+        }
+    }
+    c = select<A>(hn::Gt(d.a, zero), c, s);
+    if constexpr (Mode::kind == ModeKind::FINISHING) {
+        c.a = united;
+        return c;
+    }
+    const auto closed = hn::Or(hn::Eq(s.a, A::maximum()), hn::Eq(d.a, zero));
+    if (hn::AllTrue(A::tag, closed)) {
+        return c;
+    }
+    const auto k = A::multiply(hn::Sub(A::maximum(), s.a), d.a);
+    const auto sum = hn::Add(s.a, k);
+    const Pixels<A> mixed = weightedSum(c, s.a, d, k);
+    return select<A>(
+        closed, c,
+        {A::divide(mixed.r, sum), A::divide(mixed.g, sum), A::divide(mixed.b, sum), united});
+}
+
+/// `Blend`, up to and including the way back into the format.
+template<class A, class Mode>
+HWY_INLINE Pixels<A> combined(const Pixels<A>& front, const Pixels<A>& behind, float opacity1,
+                              float opacity2) {
+    const Alphas<A> alphas(front.a, behind.a, opacity1, opacity2);
+    const auto clear = hn::Eq(alphas.s, hn::Zero(A::tag));
+    Pixels<A> c{behind.r, behind.g, behind.b, alphas.united};
+    if (!hn::AllTrue(A::tag, clear)) {
+        const Pixels<A> p = composed<A, Mode>(withAlpha(front, alphas.s),
+                                              withAlpha(behind, alphas.d), alphas.united);
+        c = select<A>(clear, c, {stored<A>(p.r), stored<A>(p.g), stored<A>(p.b), p.a});
+    }
+    c.a = stored<A>(c.a);
+    return c;
+}
+
+/// What `combined` is for "behind".
+template<class A>
+HWY_INLINE Pixels<A> combinedBehind(const Pixels<A>& back, const Pixels<A>& front, float opacity1,
+                                    float opacity2) {
+    const Alphas<A> alphas(back.a, front.a, opacity1, opacity2);
+    const Pixels<A> s = withAlpha(back, alphas.s);
+    const Pixels<A> d = withAlpha(front, alphas.d);
+    Pixels<A> c = weightedSum(s, hn::Sub(A::maximum(), d.a), d, d.a);
+    const auto k = A::multiply(hn::Sub(A::maximum(), s.a), d.a);
+    const Pixels<A> mixed = weightedSum(c, s.a, d, k);
+    const auto sum = hn::Add(k, s.a);
+    c = select<A>(hn::Eq(s.a, A::maximum()), c,
+                  {A::divide(mixed.r, sum), A::divide(mixed.g, sum), A::divide(mixed.b, sum), s.a});
+    const auto alpha = stored<A>(alphas.united);
+    c = {stored<A>(c.r), stored<A>(c.g), stored<A>(c.b), alpha};
+    const Pixels<A> untouched{back.r, back.g, back.b, alpha};
+    c = select<A>(hn::Eq(d.a, hn::Zero(A::tag)), untouched, c);
+    return select<A>(hn::Eq(d.a, A::maximum()), front, c);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace orbel
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,88 @@
+// Walks over rows in blocks of as many pixels as a vector has lanes.
+
+#if defined(ORBEL_BLOCK_WALK_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORBEL_BLOCK_WALK_INL_H
+#undef ORBEL_BLOCK_WALK_INL_H
+#else
+#define ORBEL_BLOCK_WALK_INL_H
+#endif
+
+#include "pixel/kernels/PixelVectors-inl.h"
+
+#include <cstddef>
+#include <cstring>
+
+HWY_BEFORE_NAMESPACE();
+namespace orbel {
+namespace HWY_NAMESPACE {
+
+/// A block of its own for what is left of a row, filled up with zeros.
+template<typename T>
+class Rest {
+public:
+    HWY_INLINE Rest(const T* row, int pixels)
+        : m_bytes(static_cast<std::size_t>(pixels) * componentsPerPixel * sizeof(T)) {
+        std::memset(m_block, 0, sizeof(m_block));
+        std::memcpy(m_block, row, m_bytes);
+    }
+    HWY_INLINE T* block() { return m_block; }
+    HWY_INLINE void copyTo(T* row) const { std::memcpy(row, m_block, m_bytes); }
+
+private:
+    T m_block[componentsPerPixel * PIXELS_AT_ONCE];
+    std::size_t m_bytes;
+};
+
+/// Calls `kernel(block)` for the blocks of a row.
+template<typename T, class Kernel>
+HWY_INLINE void forEachBlock(const Kernel& kernel, T* row, int pixels) {
+    for (; pixels >= PIXELS_AT_ONCE; pixels -= PIXELS_AT_ONCE) {
+        kernel(row);
+        row += componentsPerPixel * PIXELS_AT_ONCE;
+    }
+    if (pixels > 0) {
+        Rest<T> rest(row, pixels);
+        kernel(rest.block());
+        rest.copyTo(row);
+    }
+}
+
+/// Calls `kernel(a, b)` for the blocks of two rows.
+template<typename T, class Kernel>
+HWY_INLINE void forEachBlock(const Kernel& kernel, T* a, T* b, int pixels) {
+    for (; pixels >= PIXELS_AT_ONCE; pixels -= PIXELS_AT_ONCE) {
+        kernel(a, b);
+        a += componentsPerPixel * PIXELS_AT_ONCE;
+        b += componentsPerPixel * PIXELS_AT_ONCE;
+    }
+    if (pixels > 0) {
+        Rest<T> restA(a, pixels);
+        Rest<T> restB(b, pixels);
+        kernel(restA.block(), restB.block());
+        restA.copyTo(a);
+        restB.copyTo(b);
+    }
+}
+
+/// Calls `kernel(a, b, out)` for the blocks of two rows that are read and one that is written.
+template<typename T, class Kernel>
+HWY_INLINE void forEachBlock(const Kernel& kernel, const T* a, const T* b, T* out, int pixels) {
+    for (; pixels >= PIXELS_AT_ONCE; pixels -= PIXELS_AT_ONCE) {
+        kernel(a, b, out);
+        a += componentsPerPixel * PIXELS_AT_ONCE;
+        b += componentsPerPixel * PIXELS_AT_ONCE;
+        out += componentsPerPixel * PIXELS_AT_ONCE;
+    }
+    if (pixels > 0) {
+        Rest<T> restA(a, pixels);
+        Rest<T> restB(b, pixels);
+        kernel(restA.block(), restB.block(), restA.block());
+        restA.copyTo(out);
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace orbel
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,24 @@
+#include "pixel/kernels/VectorKernels.h"
+#include "pixel/kernels/VectorTargets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "pixel/kernels/Colours16.cpp"
+#include <hwy/foreach_target.h> // compiles this unit once more for every target
+
+#if HWY_TARGET != HWY_SCALAR
+#include "pixel/kernels/Finish-inl.h"
+#endif
+
+#if HWY_ONCE
+namespace orbel {
+
+template<typename P>
+void enterColourKernels(int level, RowKernels<P>& table) {
+    ORBEL_CALL_TARGET(level, enterColours<P>(table));
+}
+
+template void enterColourKernels<PIXEL_ARGB16>(int level, RowKernels<PIXEL_ARGB16>& table);
+template void enterColourKernels<PIXEL_RGBA16>(int level, RowKernels<PIXEL_RGBA16>& table);
+
+} // namespace orbel
+#endif

@@ -1,0 +1,207 @@
+// Finishing rows on vectors: un-premultiply, composite and premultiply in one visit of a pixel.
+
+#if defined(ORBEL_FINISH_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORBEL_FINISH_INL_H
+#undef ORBEL_FINISH_INL_H
+#else
+#define ORBEL_FINISH_INL_H
+#endif
+
+#include "pixel/kernels/Blend-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace orbel {
+namespace HWY_NAMESPACE {
+
+/// The finish of pixels that the layer leaves alone.
+template<typename P>
+struct UntouchedBlock {
+    using T = typename P::Component;
+
+    HWY_INLINE void operator()(T* input, T* layer) const {
+        using A = VectorOf<P>;
+        if constexpr (sizeof(T) == 1) {
+            if (finishOpaque(input, layer)) {
+                return;
+            }
+        }
+        const PixelsOf<P> p = unPremultiplied(loadPixels<P>(input));
+        PixelsOf<P> c = p;
+        c.a = stored<A>(hn::Sub(p.a, A::multiply(hn::Zero(A::tag), p.a)));
+        storePixels<P>(input, premultiplied(p));
+        storePixels<P>(layer, premultiplied(c));
+    }
+
+private:
+    /// Opaque pixels, as bytes: multiplied by full alpha, colours above 128 lose one. Returns
+    /// whether all pixels were opaque; else nothing was done.
+    static HWY_INLINE bool finishOpaque(T* input, T* layer) {
+        const hn::Repartition<T, Words> bytes;
+        const WordV alphas = hn::Set(Words(), 255U << (8 * P::FORMAT::alpha));
+        const auto pixels = hn::LoadU(bytes, input);
+        const WordV words = hn::BitCast(Words(), pixels);
+        if (!hn::AllTrue(Words(), hn::Eq(hn::And(words, alphas), alphas))) {
+            return false;
+        }
+        const WordV ones = hn::AndNot(alphas, hn::Set(Words(), 0x01010101U));
+        const auto above = hn::SaturatedSub(pixels, hn::Set(bytes, T{128}));
+        const auto less = hn::Min(above, hn::BitCast(bytes, ones));
+        const auto finished = hn::Sub(pixels, less);
+        hn::StoreU(finished, bytes, input);
+        hn::StoreU(finished, bytes, layer);
+        return true;
+    }
+};
+
+/// The finish of all others.
+template<typename P, class Mode>
+struct FinishBlock {
+    using T = typename P::Component;
+    float opacity;
+
+    HWY_INLINE void operator()(T* input, T* layer) const {
+        using A = VectorOf<P>;
+        PixelsOf<P> behind = loadPixels<P>(input);
+        if (!(sizeof(T) != 2 && isOpaque(behind))) {
+            behind = unPremultiplied(behind);
+        }
+        const PixelsOf<P> c = combined<A, Mode>(loadPixels<P>(layer), behind, opacity, 1.0F);
+        storePixels<P>(input, premultiplied(behind));
+        storePixels<P>(layer, premultiplied(c));
+    }
+};
+
+template<typename P, class Mode>
+struct CompositeBlock {
+    using T = typename P::Component;
+    float opacity1;
+    float opacity2;
+
+    HWY_INLINE void operator()(const T* front, const T* behind, T* out) const {
+        storePixels<P>(out, combined<VectorOf<P>, Mode>(loadPixels<P>(front), loadPixels<P>(behind),
+                                                        opacity1, opacity2));
+    }
+};
+
+template<typename P>
+struct BehindBlock {
+    using T = typename P::Component;
+    float opacity1;
+    float opacity2;
+
+    HWY_INLINE void operator()(const T* back, const T* front, T* out) const {
+        storePixels<P>(
+            out, combinedBehind(loadPixels<P>(back), loadPixels<P>(front), opacity1, opacity2));
+    }
+};
+
+/// Opacities that leave components out of range are the law's own affair.
+template<typename P, int code, class Block>
+struct CompositeKernel {
+    using T = typename P::Component;
+
+    static void composite(const T* front, const T* behind, T* out, int pixels, float opacity1,
+                          float opacity2) {
+        if (isOrdinary<P>(opacity1) && isOrdinary<P>(opacity2)) {
+            forEachBlock<T>(Block{opacity1, opacity2}, front, behind, out, pixels);
+        } else {
+            rowLaw<P>().composite[code](front, behind, out, pixels, opacity1, opacity2);
+        }
+    }
+};
+
+/// The steps of finishing one after another, for as many pixels as stay in the nearest cache.
+template<typename P, typename RowKernels<P>::Composite composite>
+void finishInSteps(typename P::Component* input, typename P::Component* layer, int pixels,
+                   float opacity) {
+    using Colours = ColourKernels<P>;
+    constexpr int most = 256;
+    while (pixels > 0) {
+        const int now = HWY_MIN(pixels, most);
+        Colours::unPremult(input, now);
+        if constexpr (composite != nullptr) {
+            composite(layer, input, layer, now, opacity, 1.0F);
+        }
+        Colours::premult(input, now);
+        Colours::premult(layer, now);
+        input += componentsPerPixel * now;
+        layer += componentsPerPixel * now;
+        pixels -= now;
+    }
+}
+
+template<typename P>
+struct FinishKernels {
+    using T = typename P::Component;
+
+    static void finishUntouched(T* input, T* layer, int pixels) {
+        forEachBlock(UntouchedBlock<P>(), input, layer, pixels);
+    }
+
+    static void finishInFront(T* input, T* layer, int pixels, float opacity) {
+        if (isOrdinary<P>(opacity)) {
+            forEachBlock(FinishBlock<P, InFront>{opacity}, input, layer, pixels);
+        } else {
+            rowLaw<P>().finish[2](input, layer, pixels, opacity);
+        }
+    }
+};
+
+template<typename P>
+void enterColours(RowKernels<P>& table) {
+    ColourKernels<P>::enter(table);
+    table.finishUntouched = &FinishKernels<P>::finishUntouched;
+}
+
+template<typename P, int code, class Block>
+void enterComposite(RowKernels<P>& table) {
+    using Kernel = CompositeKernel<P, code, Block>;
+    table.composite[code] = &Kernel::composite;
+    table.finish[code] = &finishInSteps<P, &Kernel::composite>;
+}
+
+template<typename P, int code, class Mode>
+void enterMode(RowKernels<P>& table) {
+    enterComposite<P, code, CompositeBlock<P, Mode>>(table);
+}
+
+template<typename P>
+void enterModes(RowKernels<P>& table) {
+    table.finish.fill(&finishInSteps<P, nullptr>);
+    enterComposite<P, 1, BehindBlock<P>>(table);
+    enterMode<P, 2, InFront>(table);
+    table.finish[2] = &FinishKernels<P>::finishInFront;
+    enterMode<P, 3, Hue>(table);
+    enterMode<P, 4, Plus>(table);
+    enterMode<P, 5, Multiply>(table);
+    enterMode<P, 6, Screen>(table);
+    enterMode<P, 7, Overlay>(table);
+    enterMode<P, 8, SoftLight>(table);
+    enterMode<P, 9, HardLight>(table);
+    enterMode<P, 10, Darken>(table);
+    enterMode<P, 11, Lighten>(table);
+    enterMode<P, 12, Difference>(table);
+    enterMode<P, 14, Saturation>(table);
+    enterMode<P, 15, Colour>(table);
+    enterMode<P, 16, Luma>(table);
+    enterMode<P, 17, Exclusion>(table);
+    enterMode<P, 23, ColourDodge>(table);
+    enterMode<P, 24, ColourBurn>(table);
+    // Codes that share a mode with another.
+    const auto repeat = [&table](std::size_t code, std::size_t as) {
+        table.composite[code] = table.composite[as];
+        table.finish[code] = table.finish[as];
+    };
+    repeat(13, 3);
+    repeat(25, 17);
+    repeat(35, 6);
+    for (std::size_t code = 18; code <= 22; ++code) {
+        repeat(code, 17);
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace orbel
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,171 @@
+// The transfer modes on vectors; `TransferFunctors.h` is the law and says what they mean. A mode
+// gives `channel(s, d)` for each component alone, `joined(s, d, alpha)` for premultiplied
+// components of a mode that finishes its pixels itself, or `mix(front, behind)` for hue, saturation
+// and lightness.
+
+#if defined(ORBEL_MODES_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef ORBEL_MODES_INL_H
+#undef ORBEL_MODES_INL_H
+#else
+#define ORBEL_MODES_INL_H
+#endif
+
+#include "pixel/kernels/Hue-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace orbel {
+namespace HWY_NAMESPACE {
+
+enum class ModeKind { CHANNEL, FINISHING, HSL };
+
+struct ChannelMode {
+    static constexpr ModeKind kind = ModeKind::CHANNEL;
+};
+struct FinishingMode {
+    static constexpr ModeKind kind = ModeKind::FINISHING;
+};
+struct HslMode {
+    static constexpr ModeKind kind = ModeKind::HSL;
+};
+
+template<class A>
+using VectorIn = typename A::V;
+
+struct InFront : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A>) {
+        return s;
+    }
+};
+
+struct Multiply : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        return A::multiply(d, s);
+    }
+};
+
+struct Screen : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        return hn::Sub(A::maximum(),
+                       A::multiply(hn::Sub(A::maximum(), s), hn::Sub(A::maximum(), d)));
+    }
+};
+
+struct Overlay : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        const auto low = A::multiply(hn::Add(d, d), s);
+        const auto high =
+            hn::Add(d, A::multiply(hn::Sub(hn::Add(s, s), A::maximum()), hn::Sub(A::maximum(), d)));
+        return hn::IfThenElse(hn::Lt(d, A::half()), low, high);
+    }
+};
+
+struct HardLight : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        const auto low = A::multiply(hn::Add(s, s), d);
+        const auto rest = hn::Sub(A::maximum(), s);
+        const auto high =
+            hn::Sub(A::maximum(), A::multiply(hn::Sub(A::maximum(), d), hn::Add(rest, rest)));
+        return hn::IfThenElse(hn::Lt(s, A::half()), low, high);
+    }
+};
+
+struct SoftLight : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        const auto bend = hn::Sub(A::multiply(d, d), d);
+        return hn::Add(d, A::multiply(bend, hn::Sub(A::maximum(), hn::Add(s, s))));
+    }
+};
+
+struct Darken : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        return hn::IfThenElse(hn::Lt(d, s), d, s);
+    }
+};
+
+struct Lighten : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        return hn::IfThenElse(hn::Lt(s, d), d, s);
+    }
+};
+
+struct ColourDodge : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        const auto quotient = A::divide(d, hn::Sub(A::maximum(), s));
+        return hn::IfThenElse(hn::Lt(s, A::maximum()), quotient, s);
+    }
+};
+
+struct ColourBurn : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        const auto quotient = A::divide(hn::Sub(A::maximum(), d), s);
+        return hn::IfThenZeroElse(hn::Eq(s, hn::Zero(A::tag)),
+                                  A::clampUnderflow(hn::Sub(A::maximum(), quotient)));
+    }
+};
+
+struct Exclusion : ChannelMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
+        return hn::Add(d, A::multiply(hn::Sub(A::maximum(), hn::Add(d, d)), s));
+    }
+};
+
+struct Plus : FinishingMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> joined(VectorIn<A> s, VectorIn<A> d, VectorIn<A> alpha) {
+        const auto sum = hn::Add(s, d);
+        return A::whole ? hn::IfThenElse(hn::Lt(alpha, sum), alpha, sum) : sum;
+    }
+};
+
+struct Difference : FinishingMode {
+    template<class A>
+    static HWY_INLINE VectorIn<A> joined(VectorIn<A> s, VectorIn<A> d, VectorIn<A>) {
+        const auto difference = hn::Sub(d, s);
+        return hn::IfThenElse(hn::Lt(difference, hn::Zero(A::tag)), hn::Sub(s, d), difference);
+    }
+};
+
+struct Hue : HslMode {
+    static constexpr bool limitsFloat = false;
+    static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
+        return {front.x, behind.y, behind.z};
+    }
+};
+
+struct Saturation : HslMode {
+    static constexpr bool limitsFloat = true;
+    static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
+        return {behind.x, front.y, behind.z};
+    }
+};
+
+struct Colour : HslMode {
+    static constexpr bool limitsFloat = true;
+    static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
+        return {front.x, front.y, behind.z};
+    }
+};
+
+struct Luma : HslMode {
+    static constexpr bool limitsFloat = false;
+    static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
+        return {behind.x, behind.y, front.z};
+    }
+};
+
+} // namespace HWY_NAMESPACE
+} // namespace orbel
+HWY_AFTER_NAMESPACE();
+
+#endif
