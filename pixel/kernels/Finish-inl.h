@@ -8,6 +8,7 @@
 #endif
 
 #include "pixel/kernels/Blend-inl.h"
+#include "pixel/kernels/Modulate-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace orbel {
@@ -150,6 +151,7 @@ struct FinishKernels {
 template<typename P>
 void enterColours(RowKernels<P>& table) {
     ColourKernels<P>::enter(table);
+    table.hslModulate = &hslModulate<P>;
     table.finishUntouched = &FinishKernels<P>::finishUntouched;
 }
 
