@@ -2,9 +2,15 @@
 
 #include "pixel/Acceleration.h"
 
+#include <algorithm>
+
 #if ORBEL_HAVE_TASKS
+#include <oneapi/tbb/global_control.h>
+#include <oneapi/tbb/info.h>
 #include <oneapi/tbb/parallel_for.h>
 #include <oneapi/tbb/task_arena.h>
+
+#include <optional>
 #endif
 
 namespace orbel {
@@ -14,9 +20,15 @@ namespace orbel {
 template<class Work>
 void forEachBand(int bands, const Work& work) {
 #if ORBEL_HAVE_TASKS
+    namespace tbb = oneapi::tbb;
     if (const int threads = std::min(renderThreads(), bands); threads > 1) {
-        oneapi::tbb::task_arena(threads).execute(
-            [&] { oneapi::tbb::parallel_for(0, bands, work); });
+        // More threads than processors have to be asked for in particular.
+        std::optional<tbb::global_control> more;
+        if (threads > tbb::info::default_concurrency()) {
+            more.emplace(tbb::global_control::max_allowed_parallelism,
+                         static_cast<std::size_t>(threads));
+        }
+        tbb::task_arena(threads).execute([&] { tbb::parallel_for(0, bands, work); });
         return;
     }
 #endif

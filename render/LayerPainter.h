@@ -63,7 +63,7 @@ private:
         int sample;       ///< number, from 0
         bool begins;      ///< the sample begins in this batch
         bool ends;        ///< and ends in it
-        bool solidFirst;  ///< solid parts may be painted before everything else
+        bool isOrdinary;  ///< the kernels can paint all of its stamps
         std::size_t last; ///< the number of the stamp behind its last one
         Pixel colour;     ///< of the sample, at alpha 0
         HslAmounts modulation;
@@ -77,10 +77,10 @@ private:
     [[nodiscard]] T* pixels(const RasterInfo& raster, int y, int x) const;
     void paintBatch(const LayerFinish* how);
     void paintBand(int band, const LayerFinish* how);
-    void paintSlice(const Slice& slice, StampRows rows, std::span<const StampBatch::Index> stamps);
+    void paintSlice(const Slice& slice, const StampRows& rows,
+                    std::span<const StampBatch::Index> stamps);
+    void paintOneByOne(const StampRows& rows, std::span<const StampBatch::Index> stamps);
     void touch(const Slice& slice, const StampRows& rows, const PlacedStamp& stamp);
-    void paintStamp(const StampRows& rows, const PlacedStamp& stamp, bool solidIsFilled,
-                    FullCoverTable* table);
     void settleRow(const Slice& slice, int y);
     void modulate(const Slice& slice, T* row, int count);
     void blend(const Slice& slice, const T* row, T* mean, int count);

@@ -12,8 +12,8 @@ namespace orbel {
 
 /// Rows whose bytes, with those of the picture behind them, stay in a core's own cache.
 [[nodiscard]] inline int bandHeight(int rowBytes) {
-    constexpr int bandBytes = 160 * 1024;
-    return std::max(bandBytes / std::max(std::abs(rowBytes), 1), 1);
+    constexpr int bandBytes = 384 * 1024;
+    return std::clamp(bandBytes / std::max(std::abs(rowBytes), 1), 1, StampKernels::mostRows);
 }
 
 /// The stroke's colour at alpha 0, as `FillColor` fills it in.
@@ -71,7 +71,7 @@ void LayerPainter<P>::stamp(const Stamp& s) {
         return;
     }
     if (!kernelsCanPaint(placed, P::MAX_VALUE())) {
-        m_slices.back().solidFirst = false;
+        m_slices.back().isOrdinary = false;
     }
     m_batch.add(placed);
     if (m_batch.isFull()) {
@@ -147,26 +147,19 @@ void LayerPainter<P>::paintBand(int band, const LayerFinish* how) {
     }
 }
 
-// Solid parts first: a pixel that ends up opaque is then left alone by all other stamps.
 template<class P>
-void LayerPainter<P>::paintSlice(const Slice& slice, StampRows rows,
+void LayerPainter<P>::paintSlice(const Slice& slice, const StampRows& rows,
                                  std::span<const StampBatch::Index> stamps) {
     if (slice.begins) {
         std::fill(m_touched.begin() + rows.first, m_touched.begin() + rows.last + 1, Mask{0});
     }
-    const double maximum = P::MAX_VALUE();
-    const auto isSolid = [&](const PlacedStamp& s) {
-        return slice.solidFirst && s.amount == maximum;
-    };
     for (const StampBatch::Index i : stamps) {
         touch(slice, rows, m_batch[i]);
-        if (isSolid(m_batch[i])) {
-            m_stampKernels.fillSolid(rows, m_batch[i]);
-        }
     }
-    FullCoverTable table;
-    for (const StampBatch::Index i : stamps) {
-        paintStamp(rows, m_batch[i], isSolid(m_batch[i]), &table);
+    if (slice.isOrdinary) {
+        m_stampKernels.paint(rows, m_batch.data(), stamps, true);
+    } else {
+        paintOneByOne(rows, stamps);
     }
     if (slice.ends) {
         for (int y = rows.first; y <= rows.last; ++y) {
@@ -176,16 +169,14 @@ void LayerPainter<P>::paintSlice(const Slice& slice, StampRows rows,
 }
 
 template<class P>
-void LayerPainter<P>::paintStamp(const StampRows& rows, const PlacedStamp& stamp,
-                                 bool solidIsFilled, FullCoverTable* table) {
-    if (kernelsCanPaint(stamp, P::MAX_VALUE())) {
-        m_stampKernels.paint(rows, stamp, solidIsFilled, table);
-        return;
-    }
-    const int last = std::min<int>(rows.last, stamp.box.bottom);
-    for (int y = std::max<int>(rows.first, stamp.box.top); y <= last; ++y) {
-        stampPixels<P>(rows.row(y), componentsPerPixel * static_cast<int>(sizeof(T)), stamp, y,
-                       stamp.box.left, stamp.box.right, [](double q) { return std::sqrt(q); });
+void LayerPainter<P>::paintOneByOne(const StampRows& rows,
+                                    std::span<const StampBatch::Index> stamps) {
+    for (const StampBatch::Index& i : stamps) {
+        if (kernelsCanPaint(m_batch[i], P::MAX_VALUE())) {
+            m_stampKernels.paint(rows, m_batch.data(), {&i, 1}, false);
+        } else {
+            stampRows<P>(rows, m_batch[i]);
+        }
     }
 }
 

@@ -28,6 +28,7 @@ public:
 
     [[nodiscard]] std::size_t size() const { return m_stamps.size(); }
     [[nodiscard]] const PlacedStamp& operator[](std::size_t i) const { return m_stamps[i]; }
+    [[nodiscard]] const PlacedStamp* data() const { return m_stamps.data(); }
     [[nodiscard]] int bands() const { return m_bands; }
 
     /// To be called before the bands are asked for.

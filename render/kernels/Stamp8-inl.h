@@ -12,6 +12,7 @@
 #include <hwy/highway.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 
@@ -27,45 +28,39 @@ namespace hn = hwy::HWY_NAMESPACE;
 template<class P>
 class Stamp8 {
 public:
-    /// Makes the pixels of a row fully opaque.
-    static HWY_INLINE void fill(std::uint8_t* row, int left, int right) {
+    /// Makes opaque what the stamp covers.
+    static void fillSolid(const StampRows& rows, const StampSpans& spans) {
         const U32 du;
-        auto* const pixels = reinterpret_cast<std::uint32_t*>(row);
-        const auto full = hn::Set(du, ALPHA);
+        const I32 di;
         const int lanes = static_cast<int>(hn::Lanes(du));
-        if (right - left + 1 < lanes) {
-            for (int i = left; i <= right; ++i) {
-                row[i * 4 + P::FORMAT::alpha] = 255;
+        const auto full = hn::Set(du, ALPHA);
+        const auto lane = hn::Iota(di, 0);
+        for (int k = 0; k < spans.count; ++k) {
+            const int right = spans.solidRight[k];
+            auto* const pixels = reinterpret_cast<std::uint32_t*>(rows.row(spans.first + k));
+            for (int i = spans.solidLeft[k]; i <= right; i += lanes) {
+                const int start = std::min(i, rows.width - lanes);
+                const auto index = hn::Add(lane, hn::Set(di, start));
+                const auto within = hn::And(hn::Gt(index, hn::Set(di, i - 1)),
+                                            hn::Lt(index, hn::Set(di, right + 1)));
+                const auto added = hn::IfThenElseZero(hn::RebindMask(du, within), full);
+                std::uint32_t* const at = pixels + start;
+                hn::StoreU(hn::Or(hn::LoadU(du, at), added), du, at);
             }
-            return;
-        }
-        // The last vector may reach back over pixels that are full already.
-        for (int i = left; i <= right; i += lanes) {
-            std::uint32_t* const at = pixels + std::min(i, right - lanes + 1);
-            hn::StoreU(hn::Or(hn::LoadU(du, at), full), du, at);
         }
     }
 
-    /// Paints the whole stamp, or only what `fill` has left out.
-    static void paint(const StampRows& rows, const PlacedStamp& stamp, bool solidIsFilled,
-                      FullCoverTable* table) {
-        const int last = std::min<int>(stamp.box.bottom, rows.last);
-        int y = std::max<int>(stamp.box.top, rows.first);
-        if (rows.width < static_cast<int>(hn::Lanes(U32()))) {
-            for (; y <= last; ++y) {
-                stampPixels<P>(rows.row(y), 4, stamp, y, stamp.box.left, stamp.box.right,
-                               squareRoot);
-            }
+    /// Paints the whole stamp, or only what `fillSolid` has left out.
+    void paint(const StampRows& rows, const PlacedStamp& stamp, const StampSpans& spans,
+               bool solidIsFilled) {
+        if (!solidIsFilled) {
+            coverSolid(rows, stamp, spans);
         }
-        for (; y <= last; y += StampSpans::capacity) {
-            StampSpans spans;
-            findSpans(stamp, y, std::min(last - y + 1, StampSpans::capacity), &spans);
-            if (!solidIsFilled) {
-                coverSolid(rows, stamp, spans, table);
-            }
-            paintRing(rows, stamp, spans, solidIsFilled);
-        }
+        paintRing(rows, stamp, spans, solidIsFilled);
     }
+
+    /// Pixels that a raster must have in a row.
+    static int fewestPixels() { return static_cast<int>(hn::Lanes(U32())); }
 
 private:
     using U32 = hn::ScalableTag<std::uint32_t>;
@@ -85,38 +80,36 @@ private:
         return unit * (brush.ringScale * (9 * brush.outer + 2) + 20);
     }
 
-    static void fillTable(FullCoverTable* table, double amount) {
+    void fillTable(double amount) {
         for (std::size_t a = 0; a < 255; ++a) {
-            table->alphas[a] = coveredAlpha<P>(static_cast<std::uint8_t>(a), 1.0, amount);
+            m_alphas[a] = coveredAlpha<P>(static_cast<std::uint8_t>(a), 1.0, amount);
         }
-        table->alphas[255] = 255;
-        table->amount = amount;
+        m_alphas[255] = 255;
+        m_amount = amount;
     }
 
     /// Looks up what full cover comes to where the stamp covers fully.
-    static void coverSolid(const StampRows& rows, const PlacedStamp& stamp, const StampSpans& spans,
-                           FullCoverTable* table) {
+    void coverSolid(const StampRows& rows, const PlacedStamp& stamp, const StampSpans& spans) {
         const U32 du;
         const int lanes = static_cast<int>(hn::Lanes(du));
-        const std::uint32_t* const alphas = table->alphas.data();
         for (int k = 0; k < spans.count; ++k) {
             int i = spans.solidLeft[k];
             const int right = spans.solidRight[k];
-            if (i <= right && table->amount != stamp.amount) {
-                fillTable(table, stamp.amount);
+            if (i <= right && m_amount != stamp.amount) {
+                fillTable(stamp.amount);
             }
             std::uint8_t* const row = rows.row(spans.first + k);
             for (; i + lanes - 1 <= right; i += lanes) {
                 std::uint32_t* const at = reinterpret_cast<std::uint32_t*>(row) + i;
                 const auto pixel = hn::LoadU(du, at);
                 const auto alpha = hn::And(hn::ShiftRight<SHIFT>(pixel), hn::Set(du, 255));
-                const auto found = hn::GatherIndex(du, alphas, hn::BitCast(I32(), alpha));
+                const auto found = hn::GatherIndex(du, m_alphas.data(), hn::BitCast(I32(), alpha));
                 hn::StoreU(hn::Or(hn::And(pixel, hn::Set(du, ~ALPHA)), hn::ShiftLeft<SHIFT>(found)),
                            du, at);
             }
             for (; i <= right; ++i) {
                 std::uint8_t& alpha = row[i * 4 + P::FORMAT::alpha];
-                alpha = static_cast<std::uint8_t>(alphas[alpha]);
+                alpha = static_cast<std::uint8_t>(m_alphas[alpha]);
             }
         }
     }
@@ -213,6 +206,9 @@ private:
             }
         }
     }
+
+    double m_amount = -1.0;                  // of the stamps that the table stands for
+    std::array<std::uint32_t, 256> m_alphas; // what full cover makes of each alpha
 };
 
 } // namespace HWY_NAMESPACE

@@ -26,50 +26,44 @@ namespace hn = hwy::HWY_NAMESPACE;
 template<class P>
 class StampDeep {
 public:
-    /// Makes the pixels of a row fully opaque.
-    static HWY_INLINE void fill(std::uint8_t* row, int left, int right) {
-        T* const alphas = alphasOf(row);
-        for (std::ptrdiff_t i = left; i <= right; ++i) {
-            alphas[i * componentsPerPixel] = FULL;
-        }
-    }
-
-    /// Paints the whole stamp, or only what `fill` has left out.
-    static void paint(const StampRows& rows, const PlacedStamp& stamp, bool solidIsFilled,
-                      FullCoverTable* /*table*/) {
-        const int last = std::min<int>(stamp.box.bottom, rows.last);
-        for (int y = std::max<int>(stamp.box.top, rows.first); y <= last;
-             y += StampSpans::capacity) {
-            StampSpans spans;
-            findSpans(stamp, y, std::min(last - y + 1, StampSpans::capacity), &spans);
-            for (int k = 0; k < spans.count; ++k) {
-                const bool split = solidIsFilled && spans.solidLeft[k] <= spans.solidRight[k];
-                paintRow(rows, stamp, y + k, spans.left[k],
-                         split ? spans.solidLeft[k] - 1 : spans.right[k]);
-                if (split) {
-                    paintRow(rows, stamp, y + k, spans.solidRight[k] + 1, spans.right[k]);
-                }
+    /// Makes opaque what the stamp covers.
+    static void fillSolid(const StampRows& rows, const StampSpans& spans) {
+        for (int k = 0; k < spans.count; ++k) {
+            T* const alphas = alphasOf(rows.row(spans.first + k));
+            for (std::ptrdiff_t i = spans.solidLeft[k]; i <= spans.solidRight[k]; ++i) {
+                alphas[i * componentsPerPixel] = FULL;
             }
         }
     }
+
+    /// Paints the whole stamp, or only what `fillSolid` has left out.
+    static void paint(const StampRows& rows, const PlacedStamp& stamp, const StampSpans& spans,
+                      bool solidIsFilled) {
+        for (int k = 0; k < spans.count; ++k) {
+            const int y = spans.first + k;
+            const bool split = solidIsFilled && spans.solidLeft[k] <= spans.solidRight[k];
+            paintRow(rows, stamp, y, spans.left[k],
+                     split ? spans.solidLeft[k] - 1 : spans.right[k]);
+            if (split) {
+                paintRow(rows, stamp, y, spans.solidRight[k] + 1, spans.right[k]);
+            }
+        }
+    }
+
+    /// Pixels that a raster must have in a row.
+    static int fewestPixels() { return static_cast<int>(hn::Lanes(F64())); }
 
 private:
     using T = typename P::Component;
     using F64 = hn::ScalableTag<double>;
 
     static constexpr T FULL = static_cast<T>(P::MAX_VALUE());
-    static constexpr int PIXEL_BYTES = componentsPerPixel * static_cast<int>(sizeof(T));
 
-    static double squareRoot(double q) { return std::sqrt(q); }
     static T* alphasOf(std::uint8_t* row) { return reinterpret_cast<T*>(row) + P::FORMAT::alpha; }
 
     static HWY_INLINE void paintRow(const StampRows& rows, const PlacedStamp& stamp, int y,
                                     int left, int right) {
         const int lanes = static_cast<int>(hn::Lanes(F64()));
-        if (rows.width < lanes) {
-            stampPixels<P>(rows.row(y), PIXEL_BYTES, stamp, y, left, right, squareRoot);
-            return;
-        }
         const double dy = y - stamp.y;
         for (int i = left; i <= right; i += lanes) {
             paintVector(alphasOf(rows.row(y)), stamp, dy * dy, i, right,

@@ -3,9 +3,11 @@
 #include "pixel/PixelTraits.h"
 #include "render/StampProfile.h"
 
-#include <array>
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace orbel {
 
@@ -20,24 +22,30 @@ struct StampRows {
     [[nodiscard]] std::uint8_t* row(int y) const { return data + y * rowBytes; }
 };
 
-/// What a pixel becomes under full cover, by its alpha, for the stamps of one strength.
-struct FullCoverTable {
-    double amount = -1.0; ///< of the stamps that it stands for
-    std::array<std::uint32_t, 256> alphas{};
-};
+/// Paints one stamp pixel by pixel.
+template<class P>
+void stampRows(const StampRows& rows, const PlacedStamp& stamp) {
+    constexpr int pixelBytes = componentsPerPixel * static_cast<int>(sizeof(typename P::Component));
+    const int last = std::min<int>(rows.last, stamp.box.bottom);
+    for (int y = std::max<int>(rows.first, stamp.box.top); y <= last; ++y) {
+        stampPixels<P>(rows.row(y), pixelBytes, stamp, y, stamp.box.left, stamp.box.right,
+                       [](double q) { return std::sqrt(q); });
+    }
+}
 
-/// Ways of stamping one pixel format, all to the same bytes as `HQDrawSphere`.
+/// How to stamp one pixel format, to the same bytes as `HQDrawSphere`.
 struct StampKernels {
-    /// Makes the pixels that a stamp covers fully opaque, which is what a stamp of full strength
-    /// does to them whatever was painted before or comes after.
-    void (*fillSolid)(const StampRows&, const PlacedStamp&);
-    /// Paints a stamp: all of it, or only what `fillSolid` has left out. The table is kept from
-    /// stamp to stamp.
-    void (*paint)(const StampRows&, const PlacedStamp&, bool solidIsFilled, FullCoverTable*);
+    /// Paints the stamps with the given numbers, in that order. With `solidFirst` stamps of full
+    /// strength may make opaque what they cover before it is their turn: a pixel that they cover
+    /// ends up opaque whatever else is painted there. At most `mostRows` rows at a time.
+    void (*paint)(const StampRows& rows, const PlacedStamp* stamps,
+                  std::span<const std::uint32_t> order, bool solidFirst);
+
+    static constexpr int mostRows = 64;
 };
 
 /// Whether the kernels may paint a stamp: it lies within the bounds that they reckon with. Others
-/// are painted pixel by pixel.
+/// are to be painted pixel by pixel.
 [[nodiscard]] bool kernelsCanPaint(const PlacedStamp& stamp, double maximum);
 
 /// The kernels of a format for a level of `Acceleration.h`; null for level 0.

@@ -21,11 +21,11 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// For up to `capacity` rows: all pixels that a stamp touches lie from `left` to `right`, and those
+/// For some rows of a raster: all pixels that a stamp touches lie from `left` to `right`, and those
 /// from `solidLeft` to `solidRight` are fully covered. Both may be empty; the solid ones lie among
 /// the touched ones.
 struct StampSpans {
-    static constexpr int capacity = 64;
+    static constexpr int capacity = StampKernels::mostRows;
 
     int first; ///< row
     int count; ///< rows
@@ -38,7 +38,9 @@ struct StampSpans {
 
 /// Rounding is outweighed by making what is touched a little wider and what is solid a little
 /// narrower than they are.
-inline void findSpans(const PlacedStamp& stamp, int firstRow, int rows, StampSpans* spans) {
+inline void findSpans(const StampRows& target, const PlacedStamp& stamp, StampSpans* spans) {
+    const int firstRow = std::max<int>(stamp.box.top, target.first);
+    const int rows = std::min<int>(stamp.box.bottom, target.last) - firstRow + 1;
     spans->first = firstRow;
     spans->count = rows;
     const hn::ScalableTag<float> df;

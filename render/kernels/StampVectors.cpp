@@ -1,13 +1,11 @@
 // Every kind of stamp for every level of vectors.
 
-// The levels that can be chosen; the processors in between take the next lower one.
-#define HWY_DISABLED_TARGETS (HWY_SSSE3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2)
+#include "pixel/kernels/VectorTargets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/kernels/StampVectors.cpp"
 #include <hwy/foreach_target.h> // compiles what follows once for every level
 
-#include "pixel/Acceleration.h"
 #include "render/kernels/Stamp8-inl.h"
 #include "render/kernels/StampDeep-inl.h"
 
@@ -17,38 +15,47 @@ HWY_BEFORE_NAMESPACE();
 namespace orbel {
 namespace HWY_NAMESPACE {
 
-template<class Pixels>
-void fillSolid(const StampRows& rows, const PlacedStamp& stamp) {
-    const int last = std::min<int>(stamp.box.bottom, rows.last);
-    for (int y = std::max<int>(stamp.box.top, rows.first); y <= last; y += StampSpans::capacity) {
-        StampSpans spans;
-        findSpans(stamp, y, std::min(last - y + 1, StampSpans::capacity), &spans);
-        for (int k = 0; k < spans.count; ++k) {
-            Pixels::fill(rows.row(y + k), spans.solidLeft[k], spans.solidRight[k]);
+/// Paints stamps with the solid parts of the next few ahead of each: most of the soft ring of a
+/// stamp within a stroke is opaque then, and passed over.
+template<class P, class Pixels>
+void paintStamps(const StampRows& rows, const PlacedStamp* stamps,
+                 std::span<const std::uint32_t> order, bool solidFirst) {
+    constexpr std::size_t ahead = 8;
+    if (rows.width < Pixels::fewestPixels()) {
+        for (const std::uint32_t i : order) {
+            stampRows<P>(rows, stamps[i]);
         }
+        return;
+    }
+    const auto isSolid = [&](const PlacedStamp& stamp) {
+        return solidFirst && stamp.amount == static_cast<double>(P::MAX_VALUE());
+    };
+    StampSpans spans[ahead];
+    Pixels pixels;
+    std::size_t known = 0;
+    for (std::size_t n = 0; n < order.size(); ++n) {
+        for (; known < order.size() && known < n + ahead; ++known) {
+            const PlacedStamp& next = stamps[order[known]];
+            findSpans(rows, next, &spans[known % ahead]);
+            if (isSolid(next)) {
+                Pixels::fillSolid(rows, spans[known % ahead]);
+            }
+        }
+        const PlacedStamp& stamp = stamps[order[n]];
+        pixels.paint(rows, stamp, spans[n % ahead], isSolid(stamp));
     }
 }
 
-template<class Pixels>
-constexpr StampKernels KERNELS{fillSolid<Pixels>, Pixels::paint};
+template<class P, template<class> class Pixels>
+constexpr StampKernels KERNELS{paintStamps<P, Pixels<P>>};
 
-const StampKernels* kernels(PIXEL_ARGB8) {
-    return &KERNELS<Stamp8<PIXEL_ARGB8>>;
-}
-const StampKernels* kernels(PIXEL_RGBA8) {
-    return &KERNELS<Stamp8<PIXEL_RGBA8>>;
-}
-const StampKernels* kernels(PIXEL_ARGB16) {
-    return &KERNELS<StampDeep<PIXEL_ARGB16>>;
-}
-const StampKernels* kernels(PIXEL_RGBA16) {
-    return &KERNELS<StampDeep<PIXEL_RGBA16>>;
-}
-const StampKernels* kernels(PIXEL_ARGB32) {
-    return &KERNELS<StampDeep<PIXEL_ARGB32>>;
-}
-const StampKernels* kernels(PIXEL_RGBA32) {
-    return &KERNELS<StampDeep<PIXEL_RGBA32>>;
+template<class P>
+void enter(P, const StampKernels** kernels) {
+    if constexpr (sizeof(typename P::Component) == 1) {
+        *kernels = &KERNELS<P, Stamp8>;
+    } else {
+        *kernels = &KERNELS<P, StampDeep>;
+    }
 }
 
 } // namespace HWY_NAMESPACE
@@ -62,18 +69,7 @@ namespace orbel {
 template<class P>
 const StampKernels* stampKernels(int level) {
     const StampKernels* kernels = nullptr;
-#if HWY_TARGETS & HWY_NEON
-    kernels = level >= ACCELERATION_128 ? N_NEON::kernels(P{}) : kernels;
-#endif
-#if HWY_TARGETS & HWY_SSE4
-    kernels = level >= ACCELERATION_128 ? N_SSE4::kernels(P{}) : kernels;
-#endif
-#if HWY_TARGETS & HWY_AVX2
-    kernels = level >= ACCELERATION_256 ? N_AVX2::kernels(P{}) : kernels;
-#endif
-#if HWY_TARGETS & HWY_AVX3
-    kernels = level >= ACCELERATION_512 ? N_AVX3::kernels(P{}) : kernels;
-#endif
+    ORBEL_CALL_TARGET(level, enter(P{}, &kernels))
     return kernels;
 }
 
