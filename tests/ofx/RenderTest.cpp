@@ -1,0 +1,383 @@
+#include "host/ofx/platform/OfxNames.h"
+#include "params/ParameterTable.h"
+#include "tests/ofx/Stage.h"
+#include "tests/support/Pictures.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <mutex>
+#include <thread>
+
+namespace orbel::ofxtest {
+namespace {
+
+using testing::IsEmpty;
+
+constexpr RasterFormat FORMATS[] = {RF_RGBA8, RF_RGBA16, RF_RGBA32F};
+constexpr const char* OUTLINE = "<svg><path d='M0 0 C60 0 0 60 60 90'/></svg>";
+
+class OfxRender : public testing::Test {
+protected:
+    void expectFrame(const Shot& shot, const Layouts& layouts) {
+        Stage stage(&m_plugin, shot, layouts);
+        EXPECT_EQ(stageRender(stage, shot, shot.rendered()), ofx::STAT_OK);
+    }
+    static OfxStatus stageRender(Stage& stage, const Shot& shot, const MemoryImage& expected) {
+        stage.source.takeFrom(shot.picture().info());
+        const OfxStatus status = stage.render();
+        EXPECT_TRUE(shows(stage.output, expected.info(), shot.frame, stage.output.layout().bounds));
+        EXPECT_THAT(stage.instance.effect().faults(), IsEmpty());
+        return status;
+    }
+
+    TestHost m_host;
+    LoadedPlugin m_plugin{ORBEL_OFX_BINARY, &m_host};
+};
+
+TEST_F(OfxRender, everyDepthAndRowLayoutAndPlaceGivesTheCoresPicture) {
+    const OfxRectI frames[] = {{0, 0, 52, 38}, {-17, 5, 34, 44}, {1000, -900, 1033, -851}};
+    for (const RasterFormat format : FORMATS) {
+        for (const OfxRectI& frame : frames) {
+            // Odd paddings leave rows that are not aligned for their components.
+            for (const int padding : {0, 3, 48}) {
+                Shot shot;
+                shot.format = format;
+                shot.frame = frame;
+                Layouts layouts(shot);
+                layouts.source.padding = padding;
+                layouts.source.negative = padding == 3;
+                layouts.output.padding = 51 - padding;
+                layouts.output.negative = padding != 48;
+                expectFrame(shot, layouts);
+                // Something is drawn, or nothing of this would mean much.
+                EXPECT_FALSE(test::samePicture(shot.rendered().info(), shot.picture().info(), 0.1));
+            }
+        }
+    }
+}
+
+TEST_F(OfxRender, tilesAreTheWholeFrame) {
+    for (const RasterFormat format : FORMATS) {
+        Shot shot;
+        shot.format = format;
+        shot.frame = {-5, 7, 47, 45};
+        const MemoryImage expected = shot.rendered();
+        for (const OfxRectI& tile :
+             {OfxRectI{-5, 7, 20, 26}, {20, 7, 47, 26}, {-5, 26, 47, 45}, {11, 30, 12, 31}}) {
+            Layouts layouts(shot);
+            layouts.source.bounds = layouts.output.bounds = tile; // as small as the window allows
+            Stage small(&m_plugin, shot, layouts);
+            EXPECT_EQ(stageRender(small, shot, expected), ofx::STAT_OK);
+            Stage large(&m_plugin, shot, Layouts(shot)); // a window of a whole image
+            large.source.takeFrom(shot.picture().info());
+            large.setWindow(tile);
+            EXPECT_EQ(large.render(), ofx::STAT_OK);
+            EXPECT_TRUE(shows(large.output, expected.info(), shot.frame, tile));
+        }
+    }
+}
+
+TEST_F(OfxRender, everyStateOfAlphaIsServedAsItIs) {
+    for (const RasterFormat format : FORMATS) {
+        for (const double end : {100.0, 0.0}) {
+            for (const SourceAlpha source :
+                 {SourceAlpha::Premultiplied, SourceAlpha::Straight, SourceAlpha::Opaque}) {
+                for (const OutputAlpha output :
+                     {OutputAlpha::Premultiplied, OutputAlpha::Straight}) {
+                    Shot shot;
+                    shot.format = format;
+                    shot.alpha = {source, output};
+                    shot.set(PARAM_END, end);
+                    expectFrame(shot, Layouts(shot));
+                }
+            }
+        }
+    }
+}
+
+// An opaque picture comes back opaque and, away from the stroke, untouched: no pass may cost a bit.
+TEST_F(OfxRender, anOpaquePictureStaysWhatItIs) {
+    for (const RasterFormat format : FORMATS) {
+        Shot shot;
+        shot.format = format;
+        shot.set(PARAM_END, 0);
+        shot.alpha = {SourceAlpha::Opaque, OutputAlpha::Straight};
+        Layouts layouts(shot);
+        layouts.output.alpha = ofx::IMAGE_OPAQUE;
+        expectFrame(shot, layouts);
+    }
+}
+
+TEST_F(OfxRender, aLayerAloneInAnOpaqueOutputLiesOverBlack) {
+    Shot shot;
+    shot.format = RF_RGBA32F;
+    shot.set(PARAM_TRANSFER_MODE, 0);
+    Layouts layouts(shot);
+    layouts.output.alpha = ofx::IMAGE_OPAQUE;
+    const MemoryImage expected = shot.rendered();
+    for (int y = 0; y < shot.height(); ++y) {
+        for (int x = 0; x < shot.width(); ++x) {
+            const float one = 1.0F;
+            std::memcpy(expected.info().row(y) + 16 * x + 12, &one, sizeof one);
+        }
+    }
+    Stage stage(&m_plugin, shot, layouts);
+    EXPECT_EQ(stageRender(stage, shot, expected), ofx::STAT_OK);
+}
+
+TEST_F(OfxRender, renderScaleAndPixelAspectReachTheCore) {
+    for (const double scale : {0.5, 0.25, 2.0}) {
+        for (const double aspect : {1.0, 2.0, 0.9}) {
+            Shot shot;
+            shot.scale = scale;
+            shot.aspect = aspect;
+            shot.set(PARAM_ROTATION_Y, 40).set(PARAM_THICKNESS, 9);
+            expectFrame(shot, Layouts(shot));
+        }
+    }
+}
+
+TEST_F(OfxRender, sourcesOfOtherSizesLieWhereTheyBelong) {
+    for (const OfxRectI& region :
+         {OfxRectI{-10, -10, 70, 60}, {10, 5, 30, 20}, {30, -20, 90, 20}, {500, 500, 520, 520}}) {
+        Shot shot;
+        Layouts layouts(shot);
+        layouts.source.bounds = layouts.source.region = region;
+        Stage stage(&m_plugin, shot, layouts);
+        Shot other = shot;
+        other.frame = region;
+        const MemoryImage source = other.picture();
+        stage.source.takeFrom(source.info());
+        // The same by hand: the source's pixels in a frame of the output's size.
+        const MemoryImage input(shot.width(), shot.height(), shot.format, RowLayout{});
+        for (int y = shot.frame.y1; y < shot.frame.y2; ++y) {
+            for (int x = shot.frame.x1; x < shot.frame.x2; ++x) {
+                if (x >= region.x1 && x < region.x2 && y >= region.y1 && y < region.y2) {
+                    std::memcpy(input.info().row(shot.frame.y2 - 1 - y) + 4 * (x - shot.frame.x1),
+                                source.info().row(region.y2 - 1 - y) + 4 * (x - region.x1), 4);
+                }
+            }
+        }
+        const MemoryImage expected = shot.rendered(input);
+        EXPECT_EQ(stage.render(), ofx::STAT_OK);
+        EXPECT_TRUE(shows(stage.output, expected.info(), shot.frame, shot.frame));
+    }
+}
+
+// A window beyond the effect's own region is transparent black there.
+TEST_F(OfxRender, outsideTheFrameThereIsNothing) {
+    Shot shot;
+    Layouts layouts(shot);
+    layouts.output.bounds = {-20, -10, 80, 60};
+    Stage stage(&m_plugin, shot, layouts);
+    EXPECT_EQ(stageRender(stage, shot, shot.rendered()), ofx::STAT_OK);
+}
+
+TEST_F(OfxRender, fieldsStretchedByTheHostTakeTheirOwnRowsOnly) {
+    Shot shot;
+    const MemoryImage expected = shot.rendered();
+    for (const auto& [field, first] : {std::pair{"OfxFieldLower", 0}, {"OfxFieldUpper", 1}}) {
+        Layouts layouts(shot);
+        layouts.source.field = field;
+        Stage stage(&m_plugin, shot, layouts);
+        stage.source.takeFrom(shot.picture().info());
+        stage.arguments.set(ofx::PROP_FIELD_TO_RENDER, {std::string(field)});
+        EXPECT_EQ(stage.render(), ofx::STAT_OK);
+        for (int y = 0; y < shot.height(); ++y) {
+            const std::uint8_t* const row = stage.output.row(y);
+            const std::size_t bytes = 4 * static_cast<std::size_t>(shot.width());
+            if (y % 2 == first) {
+                EXPECT_EQ(std::memcmp(row, expected.info().row(shot.height() - 1 - y), bytes), 0);
+            } else {
+                EXPECT_EQ(std::count(row, row + bytes, 0xCD), static_cast<long>(bytes));
+            }
+        }
+    }
+}
+
+// Half as many rows: drawn at full height over doubled rows, so that the stroke keeps its shape.
+TEST_F(OfxRender, fieldsAtHalfHeightAreRowsOfTheFullFrame) {
+    Shot shot;
+    const MemoryImage picture = shot.picture();
+    const auto bytes = 4 * static_cast<std::size_t>(shot.width());
+    for (const auto& [field, first] : {std::pair{"OfxFieldLower", 0}, {"OfxFieldUpper", 1}}) {
+        Layouts layouts(shot);
+        for (PictureLayout* const layout : {&layouts.source, &layouts.output}) {
+            layout->field = field;
+            layout->bounds = layout->region = {0, 0, shot.width(), shot.height() / 2};
+        }
+        Stage stage(&m_plugin, shot, layouts);
+        stage.source.takeFrom(picture.info(), 2, first);
+        stage.arguments.set(ofx::PROP_FIELD_TO_RENDER, {std::string(field)});
+        const MemoryImage doubled = shot.picture();
+        for (int y = 0; y < shot.height(); ++y) {
+            std::memcpy(doubled.info().row(shot.height() - 1 - y),
+                        picture.info().row(shot.height() - 1 - (y / 2 * 2 + first)), bytes);
+        }
+        const MemoryImage expected = shot.rendered(doubled);
+        EXPECT_EQ(stage.render(), ofx::STAT_OK);
+        for (int y = 0; y < shot.height() / 2; ++y) {
+            const std::uint8_t* const row =
+                expected.info().row(shot.height() - 1 - (2 * y + first));
+            EXPECT_EQ(std::memcmp(stage.output.row(y), row, bytes), 0) << field << y;
+        }
+        EXPECT_TRUE(stage.output.intactOutside(layouts.output.bounds));
+    }
+}
+
+TEST_F(OfxRender, parametersAreReadAtTheirOwnTimes) {
+    Shot shot;
+    shot.time = 7.0;
+    shot.parameters.setKeys(PARAM_ROTATION_Z,
+                            {{0, {0}, Easing::Linear}, {10, {300}, Easing::Linear}});
+    shot.set(PARAM_MOTION_BLUR, 1).set(PARAM_LEVELS, 5).set(PARAM_SHUTTER_PHASE, -90);
+    expectFrame(shot, Layouts(shot));
+    shot.time = -3.0;
+    expectFrame(shot, Layouts(shot));
+    shot.time = 3.5; // the second field of a frame
+    expectFrame(shot, Layouts(shot));
+}
+
+TEST_F(OfxRender, fractionsOfFramesAreNotRounded) {
+    for (const double time : {2.34567, -0.001, 1e7 + 0.125, 0.5 / 3.0}) {
+        Shot shot;
+        shot.time = time;
+        Stage stage(&m_plugin, shot, Layouts(shot));
+        std::vector<double> asked;
+        stage.instance.param("strokeThickness").value = [&asked](OfxTime at) {
+            asked.push_back(at);
+            return std::array<double, 3>{4.0};
+        };
+        EXPECT_EQ(stage.render(), ofx::STAT_OK);
+        EXPECT_THAT(asked, testing::Not(IsEmpty()));
+        EXPECT_THAT(asked, testing::Each(time));
+    }
+}
+
+TEST_F(OfxRender, timesAndScalesThatAreNoNumbersCountAsUsual) {
+    const double nan = std::nan("");
+    const double infinity = std::numeric_limits<double>::infinity();
+    Shot shot;
+    for (const double odd : {nan, infinity, -infinity}) {
+        Stage stage(&m_plugin, shot, Layouts(shot));
+        stage.arguments.set(ofx::PROP_TIME, {odd});
+        stage.arguments.set(ofx::PROP_RENDER_SCALE, {odd, 0.0});
+        EXPECT_EQ(stageRender(stage, shot, shot.rendered()), ofx::STAT_OK);
+    }
+}
+
+TEST_F(OfxRender, aShapeMayBeAFileOrItsText) {
+    Shot text;
+    text.set(PARAM_PRESETS, 0).shapeText = OUTLINE;
+    expectFrame(text, Layouts(text));
+    Shot lost = text; // a machine without the file
+    lost.shapeFile = "/nowhere/at/all.svg";
+    expectFrame(lost, Layouts(lost));
+    Shot file = text;
+    file.shapeText = "<svg><line x2='9' y2='1'/></svg>";
+    file.shapeFile = std::string(ORBEL_RESOURCES) + "/Tessaly/SVG/Moon.svg";
+    expectFrame(file, Layouts(file));
+    Shot preset = file;
+    preset.set(PARAM_PRESETS, 17).shapeFile.clear(); // "Moon", too
+    EXPECT_EQ(std::memcmp(file.rendered().info().data, preset.rendered().info().data, 4000), 0);
+    expectFrame(preset, Layouts(preset));
+    for (const char* const broken : {"", "no svg", "<svg><path d='M0", "\xff\xfe<svg/>"}) {
+        Shot odd = text;
+        odd.shapeText = broken;
+        expectFrame(odd, Layouts(odd));
+    }
+}
+
+TEST_F(OfxRender, valuesOutsideTheRangeAreLimited) {
+    const double nan = std::nan("");
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double wild : {nan, infinity, -infinity, 1e300, -1e300}) {
+        Shot shot;
+        Stage stage(&m_plugin, shot, Layouts(shot));
+        for (const ParameterRow& row : parameterTable()) {
+            const bool number = row.kind == RowKind::Float || row.kind == RowKind::Angle ||
+                                row.kind == RowKind::Color;
+            if (number && row.id != PARAM_INSTANCES && row.id != PARAM_ADJUST_STEP) {
+                const double limited = std::isnan(wild) ? row.defaults[0]
+                                       : wild > 0       ? row.max
+                                                        : row.min;
+                shot.parameters.set(row.id, row.kind == RowKind::Color
+                                                ? ParameterValue{limited, limited, limited}
+                                                : ParameterValue{limited});
+            }
+        }
+        shot.parameters.set(PARAM_POSITION_XY, findParameter(PARAM_POSITION_XY)->defaults);
+        const bool finite = std::isfinite(wild);
+        for (auto& [name, param] : stage.instance.effect().params) {
+            const bool number = param->type == ofx::PARAM_TYPE_DOUBLE ||
+                                param->type == ofx::PARAM_TYPE_RGB ||
+                                (param->type == ofx::PARAM_TYPE_DOUBLE_2D && !finite);
+            if (number && name != "repeaterInstances" && name != "advancedAdjustStep") {
+                param->value = [wild](OfxTime) { return std::array<double, 3>{wild, wild, wild}; };
+            }
+        }
+        if (finite) {
+            stage.instance.param("transformXY").value = nullptr;
+        }
+        for (const char* const menu : {"layerTransferMode", "cameraView", "shapePreset"}) {
+            stage.instance.param(menu).value = [](OfxTime) { return std::array<double, 3>{1e6}; };
+        }
+        shot.set(PARAM_TRANSFER_MODE, 0).set(PARAM_PRESETS, 0);
+        EXPECT_EQ(stageRender(stage, shot, shot.rendered()), ofx::STAT_OK) << wild;
+    }
+}
+
+TEST_F(OfxRender, severalThreadsShareAnInstanceAndHaveTheirOwn) {
+    Shot shot;
+    shot.parameters.setKeys(PARAM_END, {{0, {10}, Easing::Linear}, {8, {100}, Easing::Linear}});
+    Stage shared(&m_plugin, shot, Layouts(shot));
+    shared.source.takeFrom(shot.picture().info());
+    shared.instance.clip("Output").image = nullptr;
+    std::vector<std::thread> threads;
+    std::vector<int> wrong(8, 0);
+    std::mutex images;
+    std::map<std::thread::id, PropertySet*> outputs;
+    shared.instance.clip("Output").image = [&](OfxTime) {
+        const std::lock_guard lock(images);
+        return outputs.at(std::this_thread::get_id());
+    };
+    for (std::size_t i = 0; i < wrong.size(); ++i) {
+        threads.emplace_back([&, i] {
+            Shot own = shot;
+            own.time = static_cast<double>(i);
+            const MemoryImage expected = own.rendered();
+            Stage mine(&m_plugin, own, Layouts(own));
+            mine.source.takeFrom(own.picture().info());
+            {
+                const std::lock_guard lock(images);
+                outputs[std::this_thread::get_id()] = &mine.output.properties;
+            }
+            for (int round = 0; round < 4; ++round) {
+                HostedInstance& instance = round % 2 == 0 ? shared.instance : mine.instance;
+                instance.call(ofx::ACTION_RENDER, &mine.arguments);
+                wrong[i] += shows(mine.output, expected.info(), own.frame, own.frame) ? 0 : 1;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_THAT(wrong, testing::Each(0));
+}
+
+TEST_F(OfxRender, aCommaLocaleChangesNothing) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    std::setlocale(LC_ALL, "de_DE.UTF-8"); // where it is installed
+    Shot shot;
+    shot.set(PARAM_PRESETS, 0).shapeText = "<svg><path d='M0.5 0.25 C6.5 0 0 6.75 6.5 9'/></svg>";
+    expectFrame(shot, Layouts(shot));
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+} // namespace
+} // namespace orbel::ofxtest
