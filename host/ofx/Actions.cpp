@@ -7,6 +7,7 @@
 #include "host/ofx/FrameRender.h"
 #include "host/ofx/ParameterChange.h"
 #include "host/ofx/platform/OfxNames.h"
+#include "shapes/ShapeCache.h"
 #include "shapes/ShapeTable.h"
 
 #include <new>
@@ -55,7 +56,14 @@ OfxStatus answerOfEffect(std::string_view action, const Call& call) {
     if (action == ACTION_CREATE_INSTANCE) {
         return createInstance(call);
     }
-    return action == ACTION_DESTROY_INSTANCE ? destroyInstance(call) : STAT_REPLY_DEFAULT;
+    if (action == ACTION_DESTROY_INSTANCE) {
+        return destroyInstance(call);
+    }
+    if (action == ACTION_PURGE_CACHES) {
+        flushStrokeCache();
+        return STAT_OK;
+    }
+    return STAT_REPLY_DEFAULT;
 }
 
 using InstanceAction = OfxStatus (*)(const EffectInstance&, const Call&);
@@ -117,6 +125,7 @@ OfxStatus answerAction(const char* action, const void* handle, OfxPropertySetHan
         return STAT_ERR_MISSING_HOST_FEATURE;
     }
     // The interface hands every kind of handle over as if it were constant.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
     auto* const effect = static_cast<OfxImageEffectHandle>(const_cast<void*>(handle));
     return answer(name, {suites, effect, suites->properties(inArgs), suites->properties(outArgs)});
 } catch (const std::bad_alloc&) {

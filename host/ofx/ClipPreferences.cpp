@@ -2,6 +2,7 @@
 
 #include "host/ofx/platform/OfxNames.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orbel::ofx {
@@ -21,12 +22,9 @@ bool isFrameVarying(const EffectInstance& instance) {
     if (instance.intValue(PARAM_MOTION_BLUR, ANY_TIME) == 0) {
         return false;
     }
-    for (const ParameterRow& row : parameterTable()) {
-        if (row.isParameter() && isAnimating(instance, row.id)) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(parameterTable(), [&instance](const ParameterRow& row) {
+        return row.isParameter() && isAnimating(instance, row.id);
+    });
 }
 
 // A layer without the picture below it is transparent, whatever the source is.

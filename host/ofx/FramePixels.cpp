@@ -52,7 +52,7 @@ void makeOpaque(const Row<std::uint8_t>& row, const RasterInfo& like) {
     if (like.pixelFormat == RF_RGBA32F) {
         std::memcpy(maximum, &one, sizeof one);
     }
-    const int component = like.bytesPerPixel / 4;
+    const std::ptrdiff_t component = like.bytesPerPixel / 4;
     for (int x = 0; x < row.columns.high - row.columns.low; ++x) {
         std::memcpy(row.data + std::ptrdiff_t{x} * like.bytesPerPixel + 3 * component, maximum,
                     static_cast<std::size_t>(component));

@@ -16,7 +16,7 @@ enum class Field {
 
 /// An image of the host and how its rows belong to the frame.
 struct FieldImage {
-    const ClipImage* image;
+    const ClipImage* image = nullptr;
     /// The field whose rows alone the image holds, at half the frame's height.
     Field only = Field::None;
 };
@@ -28,7 +28,7 @@ void copyIn(const FieldImage& from, const OfxRectI& frame, const RasterInfo& to)
 
 /// What of a finished frame goes back to the host.
 struct Delivery {
-    OfxRectI window;           ///< pixels of the host's image; clipped to its bounds
+    OfxRectI window{};         ///< pixels of the host's image; clipped to its bounds
     Field field = Field::None; ///< leaves the rows of the other field alone
     bool opaque = false;       ///< sets every alpha to the maximum
 };

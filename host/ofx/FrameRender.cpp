@@ -22,7 +22,7 @@ double usable(double value, double fallback) {
 /// The frame's height at the scale of the render as the host knows it beside its images; 0 when it
 /// does not.
 double fullHeight(const EffectInstance& instance, const OFXRenderTime& when) {
-    for (const OfxImageClipHandle clip : {instance.source(), instance.output()}) {
+    for (auto* const clip : {instance.source(), instance.output()}) {
         OfxRectD region{};
         if (clip != nullptr && instance.suites().effect->clipGetRegionOfDefinition(
                                    clip, when.time, &region) == STAT_OK) {

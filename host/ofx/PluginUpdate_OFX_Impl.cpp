@@ -7,7 +7,7 @@ namespace orbel {
 
 template<class... Values>
 void PluginUpdate_OFX_Impl::set(int param, Values... values) const {
-    if (const OfxParamHandle handle = m_instance->param(param)) {
+    if (auto* const handle = m_instance->param(param)) {
         m_instance->suites().parameter->paramSetValue(handle, values...);
     }
 }
@@ -52,8 +52,8 @@ void PluginUpdate_OFX_Impl::setGroupOpen(int param, int /*sub*/, bool open) {
     properties(param).setInt(ofx::PARAM_PROP_GROUP_OPEN, open ? 1 : 0);
 }
 
-void PluginUpdate_OFX_Impl::setParamName(int param, int /*sub*/, const char* name) {
-    properties(param).setString(ofx::PROP_LABEL, name);
+void PluginUpdate_OFX_Impl::setParamName(int param, int /*sub*/, const char* label) {
+    properties(param).setString(ofx::PROP_LABEL, label);
 }
 
 } // namespace orbel

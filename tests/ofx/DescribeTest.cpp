@@ -9,7 +9,6 @@
 namespace orbel::ofxtest {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 std::string words(const std::vector<PropertyValue>& values) {

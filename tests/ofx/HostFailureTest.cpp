@@ -15,7 +15,7 @@ using testing::IsEmpty;
 class OfxFailure : public testing::Test {
 protected:
     // The frame that comes out when the host keeps a part of what it should give.
-    void expectFrame(Stage& stage, const Shot& shot) {
+    static void expectFrame(Stage& stage, const Shot& shot) {
         EXPECT_EQ(stage.render(), ofx::STAT_OK);
         EXPECT_TRUE(shows(stage.output, shot.rendered().info(), shot.frame, shot.frame));
         EXPECT_THAT(stage.instance.effect().faults(), IsEmpty());
@@ -56,7 +56,7 @@ TEST_F(OfxFailure, aSourceThatFailsIsTransparent) {
 }
 
 TEST_F(OfxFailure, anOutputThatCannotBeWrittenIsLeftAlone) {
-    const auto lacking = [](const char* name, std::vector<PropertyValue> value) {
+    const auto lacking = [](const char* name, const std::vector<PropertyValue>& value) {
         return [name, value](Stage& stage) { stage.output.properties.set(name, value); };
     };
     struct Row {

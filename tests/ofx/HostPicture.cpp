@@ -47,7 +47,7 @@ HostPicture::HostPicture(RasterFormat format, const PictureLayout& layout)
 std::size_t HostPicture::offset(int y) const {
     const OfxRectI& bounds = m_layout.bounds;
     const int index = m_layout.negative ? bounds.y2 - 1 - y : y - bounds.y1;
-    return static_cast<std::size_t>(MARGIN + index * m_stride);
+    return MARGIN + static_cast<std::size_t>(index) * static_cast<std::size_t>(m_stride);
 }
 
 void HostPicture::takeFrom(const RasterInfo& frame, int rowStep, int firstRow) {
@@ -57,8 +57,7 @@ void HostPicture::takeFrom(const RasterInfo& frame, int rowStep, int firstRow) {
         const std::uint8_t* const source =
             frame.row(frame.height - 1 - fromBottom) +
             std::ptrdiff_t{bounds.x1 - m_layout.region.x1} * m_bytesPerPixel;
-        std::memcpy(m_bytes.data() + offset(y), source,
-                    static_cast<std::size_t>(width() * m_bytesPerPixel));
+        std::memcpy(m_bytes.data() + offset(y), source, rowSize(width()));
     }
 }
 
@@ -67,7 +66,7 @@ bool HostPicture::intactOutside(const OfxRectI& window) const {
     for (int y = window.y1; y < window.y2; ++y) {
         std::memset(bytes.data() + offset(y) +
                         std::ptrdiff_t{window.x1 - m_layout.bounds.x1} * m_bytesPerPixel,
-                    GUARD, static_cast<std::size_t>((window.x2 - window.x1) * m_bytesPerPixel));
+                    GUARD, rowSize(window.x2 - window.x1));
     }
     return bytes == std::vector<std::uint8_t>(bytes.size(), GUARD);
 }

@@ -10,9 +10,9 @@ namespace orbel::ofxtest {
 
 /// How a host lays a picture out.
 struct PictureLayout {
-    OfxRectI bounds; ///< the pixels that exist
-    OfxRectI region; ///< the full frame
-    int padding = 0; ///< bytes after each row
+    OfxRectI bounds{}; ///< the pixels that exist
+    OfxRectI region{}; ///< the full frame
+    int padding = 0;   ///< bytes after each row
     bool negative = false;
     std::string alpha = "OfxImageAlphaPremultiplied";
     std::string field = "OfxFieldNone";
@@ -23,6 +23,7 @@ struct PictureLayout {
 class HostPicture {
 public:
     HostPicture(RasterFormat format, const PictureLayout& layout);
+    ~HostPicture() = default;
     HostPicture(const HostPicture&) = delete;
     HostPicture& operator=(const HostPicture&) = delete;
 
@@ -40,6 +41,9 @@ public:
 
 private:
     [[nodiscard]] std::size_t offset(int y) const;
+    [[nodiscard]] std::size_t rowSize(int pixels) const {
+        return static_cast<std::size_t>(pixels) * static_cast<std::size_t>(m_bytesPerPixel);
+    }
     [[nodiscard]] int width() const { return m_layout.bounds.x2 - m_layout.bounds.x1; }
 
     PictureLayout m_layout;

@@ -123,7 +123,7 @@ TEST_F(OfxRender, aLayerAloneInAnOpaqueOutputLiesOverBlack) {
     for (int y = 0; y < shot.height(); ++y) {
         for (int x = 0; x < shot.width(); ++x) {
             const float one = 1.0F;
-            std::memcpy(expected.info().row(y) + 16 * x + 12, &one, sizeof one);
+            std::memcpy(expected.info().row(y) + std::ptrdiff_t{16} * x + 12, &one, sizeof one);
         }
     }
     Stage stage(&m_plugin, shot, layouts);
@@ -158,8 +158,11 @@ TEST_F(OfxRender, sourcesOfOtherSizesLieWhereTheyBelong) {
         for (int y = shot.frame.y1; y < shot.frame.y2; ++y) {
             for (int x = shot.frame.x1; x < shot.frame.x2; ++x) {
                 if (x >= region.x1 && x < region.x2 && y >= region.y1 && y < region.y2) {
-                    std::memcpy(input.info().row(shot.frame.y2 - 1 - y) + 4 * (x - shot.frame.x1),
-                                source.info().row(region.y2 - 1 - y) + 4 * (x - region.x1), 4);
+                    std::memcpy(input.info().row(shot.frame.y2 - 1 - y) +
+                                    std::ptrdiff_t{4} * (x - shot.frame.x1),
+                                source.info().row(region.y2 - 1 - y) +
+                                    std::ptrdiff_t{4} * (x - region.x1),
+                                4);
                 }
             }
         }

@@ -37,7 +37,7 @@ OfxStatus getParamSet(OfxImageEffectHandle effect, OfxParamSetHandle* set) {
 OfxStatus clipDefine(OfxImageEffectHandle handle, const char* name, OfxPropertySetHandle* set) {
     auto* const effect = behind<Effect>(handle);
     if (!effect->describing) {
-        effect->properties.faults.push_back("clip defined outside description");
+        effect->properties.faults.emplace_back("clip defined outside description");
         return ofx::STAT_ERR_BAD_HANDLE;
     }
     auto& clip = effect->clips[name];
@@ -109,7 +109,7 @@ OfxStatus paramDefine(OfxParamSetHandle set, const char* type, const char* name,
         effect->properties.faults.push_back(std::string(name) + ": no such type: " + type);
         return ofx::STAT_ERR_UNKNOWN;
     }
-    if (!effect->describing || effect->params.count(name) != 0) {
+    if (!effect->describing || effect->params.contains(name)) {
         effect->properties.faults.push_back(std::string(name) + ": declared twice, or too late");
         return ofx::STAT_ERR_EXISTS;
     }
@@ -220,7 +220,8 @@ std::vector<std::string> Effect::faults() const {
     std::vector<std::string> all = properties.faults;
     const auto add = [&all](const std::string& name, const PropertySet& set) {
         for (const std::string& fault : set.faults) {
-            all.push_back(name + "." + fault);
+            all.push_back(name);
+            all.back().append(".").append(fault);
         }
     };
     for (const auto& [name, clip] : clips) {
@@ -245,7 +246,7 @@ TestHost::TestHost() : m_host{properties.handle(), &fetchSuite} {
 const void* TestHost::fetchSuite(OfxPropertySetHandle host, const char* name, int version) {
     const auto* const self =
         static_cast<const TestHost*>(PropertySet::of(host).get<void*>("test.host", 0, nullptr));
-    if (version != 1 || self->missingSuites.count(name) != 0) {
+    if (version != 1 || self->missingSuites.contains(name)) {
         return nullptr;
     }
     const std::map<std::string, const void*> suites{{"OfxPropertySuite", propertySuite()},

@@ -35,6 +35,7 @@ inline constexpr Name ACTION_DESCRIBE = "OfxActionDescribe";
 inline constexpr Name ACTION_DESCRIBE_IN_CONTEXT = "OfxImageEffectActionDescribeInContext";
 inline constexpr Name ACTION_CREATE_INSTANCE = "OfxActionCreateInstance";
 inline constexpr Name ACTION_DESTROY_INSTANCE = "OfxActionDestroyInstance";
+inline constexpr Name ACTION_PURGE_CACHES = "OfxActionPurgeCaches";
 inline constexpr Name ACTION_INSTANCE_CHANGED = "OfxActionInstanceChanged";
 inline constexpr Name ACTION_GET_CLIP_PREFERENCES = "OfxImageEffectActionGetClipPreferences";
 inline constexpr Name ACTION_GET_REGION_OF_DEFINITION = "OfxImageEffectActionGetRegionOfDefinition";
