@@ -3,6 +3,7 @@
 #include "host/ofx/PixelBuffer.h"
 #include "host/ofx/platform/OfxNames.h"
 
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 
@@ -77,7 +78,8 @@ void ClipImage::read(const Properties& image, const Properties& clip) {
     const auto format = formatOf(firstAnswer(image, clip, PROP_COMPONENTS),
                                  firstAnswer(image, clip, PROP_PIXEL_DEPTH));
     const std::int64_t width = std::int64_t{m_bounds.x2} - m_bounds.x1;
-    if (format && std::abs(std::int64_t{m_rowBytes}) >= width * pixelBytes(*format)) {
+    const std::int64_t rowBytes = std::abs(std::int64_t{m_rowBytes});
+    if (format && rowBytes >= width * pixelBytes(*format) && rowBytes <= INT_MAX) {
         m_format = format;
     }
 }

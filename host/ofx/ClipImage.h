@@ -32,6 +32,7 @@ public:
     [[nodiscard]] const std::string& premultiplication() const { return m_premultiplication; }
     /// The field that the image holds as the host calls it.
     [[nodiscard]] const std::string& field() const { return m_field; }
+    [[nodiscard]] int rowBytes() const { return m_rowBytes; }
     /// First byte of the row at `y`, which lies within the bounds; needs a format.
     [[nodiscard]] std::uint8_t* row(int y) const;
 

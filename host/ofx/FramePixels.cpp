@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace orbel::ofx {
 
@@ -81,6 +82,40 @@ void copyIn(const FieldImage& from, const OfxRectI& frame, const RasterInfo& to)
         const std::uint8_t* const row = rows.contains(y) ? from.image->row(y) : nullptr;
         copyRow({row, {bounds.x1, bounds.x2}}, {to.row(r), {frame.x1, frame.x2}}, to.bytesPerPixel);
     }
+}
+
+std::optional<RasterInfo> asFrame(const FieldImage& image, const OfxRectI& frame) {
+    if (image.image == nullptr || image.only != Field::None || !image.image->format()) {
+        return std::nullopt;
+    }
+    const OfxRectI& bounds = image.image->bounds();
+    if (bounds.x1 != frame.x1 || bounds.y1 != frame.y1 || bounds.x2 != frame.x2 ||
+        bounds.y2 != frame.y2) {
+        return std::nullopt;
+    }
+    RasterInfo info;
+    info.data = image.image->row(frame.y2 - 1);
+    info.pixelFormat = *image.image->format();
+    info.width = frame.x2 - frame.x1;
+    info.height = frame.y2 - frame.y1;
+    info.rowBytes = -image.image->rowBytes();
+    info.bytesPerPixel = pixelBytes(info.pixelFormat);
+    info.pixelAspect = image.image->pixelAspect();
+    const int component = info.bytesPerPixel / 4;
+    const bool aligned =
+        reinterpret_cast<std::uintptr_t>(info.data) % static_cast<std::uintptr_t>(component) == 0 &&
+        info.rowBytes % component == 0;
+    return aligned ? std::optional(info) : std::nullopt;
+}
+
+bool overlap(const RasterInfo& a, const RasterInfo& b) {
+    const auto range = [](const RasterInfo& info) {
+        const auto first = reinterpret_cast<std::uintptr_t>(info.data);
+        const auto last = reinterpret_cast<std::uintptr_t>(info.row(info.height - 1));
+        return std::pair(std::min(first, last),
+                         std::max(first, last) + sizeOf(info.width, info.bytesPerPixel));
+    };
+    return range(a).first < range(b).second && range(b).first < range(a).second;
 }
 
 void copyOut(const RasterInfo& from, const OfxRectI& frame, const FieldImage& to,

@@ -3,6 +3,8 @@
 #include "host/ofx/ClipImage.h"
 #include "host/ofx/PixelBuffer.h"
 
+#include <optional>
+
 namespace orbel::ofx {
 
 /// Rows of a frame counted from its bottom.
@@ -25,6 +27,13 @@ struct FieldImage {
 /// outside its bounds becomes transparent black. Rows of a single field are doubled. `frame` gives
 /// the copy's place among the host's pixels.
 void copyIn(const FieldImage& from, const OfxRectI& frame, const RasterInfo& to);
+
+/// The image itself as a working copy: where it is exactly the frame and its rows are aligned for
+/// their components. Nothing where it takes a copy.
+[[nodiscard]] std::optional<RasterInfo> asFrame(const FieldImage& image, const OfxRectI& frame);
+
+/// Whether two images share memory.
+[[nodiscard]] bool overlap(const RasterInfo& a, const RasterInfo& b);
 
 /// What of a finished frame goes back to the host.
 struct Delivery {

@@ -81,16 +81,17 @@ public:
             m_source.exists() ? describeFields(m_source, full) : FieldImage{nullptr};
         const OfxRectI frame = chooseFrame(target, origin);
 
-        const PixelBuffer input = buffer(frame);
-        const PixelBuffer output = buffer(frame);
-        copyIn(origin, frame, input.info());
-        PluginHost_OFX_Impl host(&m_instance, m_when, {input.info(), output.info(), alpha()});
+        const Delivery wanted = delivery(target);
+        const OFXPictures pictures = prepare(origin, target, frame, wanted);
+        PluginHost_OFX_Impl host(&m_instance, m_when, pictures);
         const int error = Render(&host);
         if (error != 0) {
             // Nobody looks at a frame that was given up.
             return host.wasAborted() ? STAT_OK : STAT_FAILED;
         }
-        copyOut(output.info(), frame, target, delivery(target));
+        if (pictures.output.data == m_outputCopy.info().data) {
+            copyOut(pictures.output, frame, target, wanted);
+        }
         return STAT_OK;
     }
 
@@ -109,6 +110,35 @@ private:
             }
         }
         return inFullRows(m_output.bounds(), target.only);
+    }
+
+    // The host's own images where that comes to the same: the output where all of it is wanted, the
+    // source where the core has nothing to change in it.
+    OFXPictures prepare(const FieldImage& origin, const FieldImage& target, const OfxRectI& frame,
+                        const Delivery& wanted) {
+        OFXPictures pictures{{}, {}, alpha()};
+        std::optional<RasterInfo> output = asFrame(target, frame);
+        if (!output || !isWhole(wanted)) {
+            m_outputCopy = buffer(frame);
+            output = m_outputCopy.info();
+        }
+        pictures.output = *output;
+        const std::optional<RasterInfo> input = asFrame(origin, frame);
+        if (input && pictures.alpha.source == SourceAlpha::Straight && !overlap(*input, *output)) {
+            pictures.input = *input;
+        } else {
+            m_inputCopy = buffer(frame);
+            pictures.input = m_inputCopy.info();
+            copyIn(origin, frame, pictures.input);
+        }
+        return pictures;
+    }
+
+    [[nodiscard]] bool isWhole(const Delivery& wanted) const {
+        const OfxRectI& bounds = m_output.bounds();
+        const OfxRectI& window = wanted.window;
+        return wanted.field == Field::None && !wanted.opaque && window.x1 <= bounds.x1 &&
+               window.y1 <= bounds.y1 && window.x2 >= bounds.x2 && window.y2 >= bounds.y2;
     }
 
     [[nodiscard]] PixelBuffer buffer(const OfxRectI& frame) const {
@@ -161,6 +191,8 @@ private:
     OFXRenderTime m_when;
     ClipImage m_source;
     ClipImage m_output;
+    PixelBuffer m_inputCopy;
+    PixelBuffer m_outputCopy;
 };
 
 } // namespace

@@ -162,7 +162,7 @@ private:
         setNumbers(props, PARAM_PROP_DEFAULT, {row.defaults[0], 1.0 - row.defaults[1], 0.0}, 2);
         setNumbers(props, PARAM_PROP_DISPLAY_MIN, {0.0, 0.0, 0.0}, 2);
         setNumbers(props, PARAM_PROP_DISPLAY_MAX, {1.0, 1.0, 0.0}, 2);
-        setNumbers(props, PARAM_PROP_INCREMENT, {0.001, 0.001, 0.0}, 2);
+        props.setDouble(PARAM_PROP_INCREMENT, 0.001);
         props.setString(PARAM_PROP_HINT, "Fractions of the frame from its lower left corner.");
         animates(row, props, true);
     }

@@ -23,7 +23,8 @@ struct OFXRenderTime {
     bool draft = false;
 };
 
-/// The working copies of a frame: top row first, at full height.
+/// The pictures of a frame, top row first, at full height. The input is changed only where its
+/// alpha has to be.
 struct OFXPictures {
     RasterInfo input;
     RasterInfo output;

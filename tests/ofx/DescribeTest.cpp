@@ -67,9 +67,14 @@ TEST_P(OfxDescription, setsNothingTheInterfaceDoesNotKnow) {
 // be added, never changed.
 TEST_P(OfxDescription, declaresTheParametersOfTheList) {
     std::ifstream file(ORBEL_OFX_DECLARATIONS);
-    std::stringstream expected;
-    expected << file.rdbuf();
-    EXPECT_EQ(declarations(*m_plugin.describe(GetParam())), expected.str());
+    std::istringstream declared(declarations(*m_plugin.describe(GetParam())));
+    std::string expected;
+    std::string actual;
+    while (std::getline(file, expected)) {
+        std::getline(declared, actual);
+        EXPECT_EQ(actual, expected);
+    }
+    EXPECT_FALSE(std::getline(declared, actual)) << actual;
 }
 
 TEST_P(OfxDescription, laysEveryParameterOutOnThePage) {

@@ -97,7 +97,7 @@ PropertyRules numberRules(int dimension) {
     for (const char* const name : {"Default", "Min", "Max", "DisplayMin", "DisplayMax"}) {
         rules["OfxParamProp" + std::string(name)] = {DOUBLE, dimension};
     }
-    rules["OfxParamPropIncrement"] = {DOUBLE, dimension};
+    rules["OfxParamPropIncrement"] = {DOUBLE};
     rules["OfxParamPropDigits"] = {INT};
     rules["OfxParamPropDoubleType"] = {STRING};
     return rules;

@@ -100,6 +100,25 @@ TEST_F(OfxRender, everyStateOfAlphaIsServedAsItIs) {
     }
 }
 
+// A host may keep its picture for other effects, and may even hand it out as the output.
+TEST_F(OfxRender, theSourceIsNeverChanged) {
+    for (const SourceAlpha alpha : {SourceAlpha::Straight, SourceAlpha::Premultiplied}) {
+        Shot shot;
+        shot.alpha = {alpha, OutputAlpha::Straight};
+        const MemoryImage picture = shot.picture();
+        const MemoryImage expected = shot.rendered();
+        Stage stage(&m_plugin, shot, Layouts(shot));
+        EXPECT_EQ(stageRender(stage, shot, expected), ofx::STAT_OK);
+        EXPECT_TRUE(shows(stage.source, picture.info(), shot.frame, shot.frame));
+
+        Stage inPlace(&m_plugin, shot, Layouts(shot));
+        inPlace.source.takeFrom(picture.info());
+        inPlace.instance.clip("Output").image = inPlace.instance.clip("Source").image;
+        EXPECT_EQ(inPlace.render(), ofx::STAT_OK);
+        EXPECT_TRUE(shows(inPlace.source, expected.info(), shot.frame, shot.frame));
+    }
+}
+
 // An opaque picture comes back opaque and, away from the stroke, untouched: no pass may cost a bit.
 TEST_F(OfxRender, anOpaquePictureStaysWhatItIs) {
     for (const RasterFormat format : FORMATS) {
