@@ -91,27 +91,28 @@ bool EffectInstance::isSourceConnected() const {
 // Every variable holds the default beforehand: a host may write none of them and say it did.
 bool EffectInstance::read(const ParameterRow& row, OfxTime time,
                           std::array<double, 3>& value) const {
-    const OfxParamHandle handle = param(row.id);
+    auto* const handle = param(row.id);
     if (handle == nullptr) {
         return false;
     }
     const auto get = m_suites->parameter->paramGetValueAtTime;
+    auto& [first, second, third] = value;
     if (row.kind == RowKind::Menu || row.kind == RowKind::Toggle) {
-        int number = static_cast<int>(value[0]);
+        int number = static_cast<int>(first);
         const OfxStatus status = get(handle, time, &number);
-        value[0] = number;
+        first = number;
         return status == STAT_OK;
     }
     if (row.kind == RowKind::Color) {
-        return get(handle, time, &value[0], &value[1], &value[2]) == STAT_OK;
+        return get(handle, time, &first, &second, &third) == STAT_OK;
     }
     if (row.kind == RowKind::Point) {
-        value[1] = 1.0 - value[1];
-        const OfxStatus status = get(handle, time, &value[0], &value[1]);
-        value[1] = 1.0 - value[1];
+        second = 1.0 - second;
+        const OfxStatus status = get(handle, time, &first, &second);
+        second = 1.0 - second;
         return status == STAT_OK;
     }
-    return get(handle, time, &value[0]) == STAT_OK;
+    return get(handle, time, &first) == STAT_OK;
 }
 
 std::array<double, 3> EffectInstance::value(const ParameterRow& row, OfxTime time) const {

@@ -1,10 +1,10 @@
 #include "host/ofx/PluginHost_OFX_Impl.h"
 
 #include "host/Numeric.h"
+#include "host/RasterRows.h"
 
-#include <algorithm>
-#include <cstring>
 #include <new>
+#include <utility>
 
 namespace orbel {
 
@@ -12,35 +12,6 @@ namespace {
 
 constexpr double TICKS_PER_FRAME = 100.0;
 constexpr int ABORTED = 2;
-
-std::size_t rowSize(const RasterInfo& info) {
-    return static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bytesPerPixel);
-}
-
-void clear(const RasterInfo& info) {
-    for (int y = 0; y < info.height; ++y) {
-        std::memset(info.row(y), 0, rowSize(info));
-    }
-}
-
-void copyRows(const RasterInfo& from, const RasterInfo& to) {
-    const int rows = std::min(from.height, to.height);
-    const std::size_t bytes = std::min(rowSize(from), rowSize(to));
-    for (int y = 0; y < rows && bytes > 0; ++y) {
-        std::memmove(to.row(y), from.row(y), bytes);
-    }
-}
-
-// The part of an image that a rectangle with exclusive right and bottom edges covers.
-RasterInfo cropped(const RasterInfo& info, const Vx_Rect& rect) {
-    const int left = std::clamp<int>(rect.left, 0, info.width);
-    const int top = std::clamp<int>(rect.top, 0, info.height);
-    RasterInfo part = info;
-    part.data = info.row(top) + static_cast<std::ptrdiff_t>(left) * info.bytesPerPixel;
-    part.width = std::clamp<int>(rect.right, left, info.width) - left;
-    part.height = std::clamp<int>(rect.bottom, top, info.height) - top;
-    return part;
-}
 
 } // namespace
 
@@ -74,11 +45,11 @@ RasterInfo PluginHost_OFX_Impl::outputInfo() const {
 }
 
 void PluginHost_OFX_Impl::fillOutput() {
-    clear(outputInfo());
+    clearRows(outputInfo());
 }
 
 void PluginHost_OFX_Impl::fill(PluginRaster_API* raster) {
-    clear(*raster->getRasterInfoBase());
+    clearRows(*raster->getRasterInfoBase());
 }
 
 void PluginHost_OFX_Impl::copyInputToOutput() {
@@ -91,8 +62,8 @@ void PluginHost_OFX_Impl::copy(PluginRaster_API* source, PluginRaster_API* desti
 
 void PluginHost_OFX_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
                                Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
-    copyRows(cropped(*source->getRasterInfoBase(), *sourceRect),
-             cropped(*destination->getRasterInfoBase(), *destinationRect));
+    copyRows(croppedTo(*source->getRasterInfoBase(), *sourceRect),
+             croppedTo(*destination->getRasterInfoBase(), *destinationRect));
 }
 
 PluginRaster_API* PluginHost_OFX_Impl::getInputRaster(int /*layer*/) {

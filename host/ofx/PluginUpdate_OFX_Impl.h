@@ -22,7 +22,7 @@ public:
     void setColorValue(int param, int sub, double r, double g, double b) override;
     void setEnable(int param, int sub, bool enable) override;
     void setGroupOpen(int param, int sub, bool open) override;
-    void setParamName(int param, int sub, const char* name) override;
+    void setParamName(int param, int sub, const char* label) override;
 
 private:
     template<class... Values>
