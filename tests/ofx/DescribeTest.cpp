@@ -108,6 +108,12 @@ TEST(OfxPlugin, refusesWhatItCannotDo) {
     OfxStatus status = -1;
     const auto generator = loaded.describe("OfxImageEffectContextGenerator", &status);
     EXPECT_EQ(status, ofx::STAT_ERR_UNSUPPORTED);
+    // A host that takes no parameters, because it has them already.
+    const auto known = loaded.describe(ofx::CONTEXT_FILTER);
+    PropertySet arguments;
+    arguments.set(ofx::PROP_CONTEXT, {std::string(ofx::CONTEXT_FILTER)});
+    EXPECT_EQ(loaded.call(ofx::ACTION_DESCRIBE_IN_CONTEXT, known.get(), &arguments),
+              ofx::STAT_ERR_EXISTS);
     EXPECT_EQ(loaded.call("OfxActionNoSuchThing"), ofx::STAT_REPLY_DEFAULT);
     EXPECT_EQ(loaded.call(nullptr), ofx::STAT_REPLY_DEFAULT);
     EXPECT_EQ(loaded.call(ofx::ACTION_RENDER), ofx::STAT_ERR_BAD_HANDLE);
