@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/AlphaHandling.h"
 #include "host/Geometry.h"
 #include "host/PluginPath.h"
 #include "host/PluginRaster.h"
@@ -280,6 +281,8 @@ public:
     /// True when the host lays the effect over the picture itself, so "Normal" means the layer
     /// alone.
     virtual bool ignoreNormalComposite() { return false; }
+    /// How the input carries its alpha and how the output is to; asked once per frame.
+    virtual AlphaHandling getAlphaHandling() { return {}; }
     /// Null: parameter writes are impossible. Owned by the host.
     virtual PluginUpdate_API* makeUpdateApi() { return nullptr; }
 

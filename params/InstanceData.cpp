@@ -48,6 +48,7 @@ int getUserData(PluginHost_API* host, Orbel_UserData* data) {
     const int preset = presetIndex(host);
     if (preset > 0 && preset < g_numSVGShapes) {
         expandFormatText(data->path, sizeof data->path, g_svgShapes[preset].file);
+        data->svg = {};
         return 0;
     }
     *data = *slot;

@@ -84,8 +84,9 @@ int drawSamples(const StrokeFrame& frame, const SamplePlan& plan, LayerPainter<P
 /// was touched, when a frame has to go that way. `howToFinish(mode, opacity)` gives the
 /// `LayerFinish` for the driver's answers.
 template<class P, class HowToFinish>
-std::optional<int> renderInBands(PluginHost_API* host, PluginRaster_API* input,
-                                 PluginRaster_API* output, const HowToFinish& howToFinish) {
+std::optional<int> renderInBands(PluginHost_API* host, const AlphaHandling& alpha,
+                                 PluginRaster_API* input, PluginRaster_API* output,
+                                 const HowToFinish& howToFinish) {
     constexpr int pixelBytes = componentsPerPixel * static_cast<int>(sizeof(typename P::Component));
     const StampKernels* const stamps = stampKernels<P>(accelerationLevel());
     typename LayerPainter<P>::Rasters rasters{describeRaster(host, input),
@@ -115,7 +116,7 @@ std::optional<int> renderInBands(PluginHost_API* host, PluginRaster_API* input,
             }
         }
     }
-    LayerPainter<P> painter(rasters, rowKernels<P>(accelerationLevel()), *stamps);
+    LayerPainter<P> painter(rasters, alpha, rowKernels<P>(accelerationLevel()), *stamps);
     double opacity = frame.opacity();
     if (error == 0) {
         error = drawSamples(frame, plan, painter, &opacity);

@@ -32,12 +32,14 @@ template<class P>
 class LayerPainter final : public StampSink {
 public:
     struct Rasters {
-        RasterInfo input;  ///< un-premultiplied and premultiplied again in place
+        RasterInfo input;  ///< made straight and given back in place
         RasterInfo output; ///< of the size of the input; they share no memory
         RasterInfo sample; ///< of the same size; needed for a second sample
     };
 
-    LayerPainter(const Rasters& rasters, const RowKernels<P>& rows, const StampKernels& stamps);
+    /// `alpha` is how the host carries alpha in the input and wants it in the output.
+    LayerPainter(const Rasters& rasters, const AlphaHandling& alpha, const RowKernels<P>& rows,
+                 const StampKernels& stamps);
 
     [[nodiscard]] int width() const { return m_rasters.output.width; }
     [[nodiscard]] int height() const { return m_rasters.output.height; }
@@ -85,8 +87,11 @@ private:
     void modulate(const Slice& slice, T* row, int count);
     void blend(const Slice& slice, const T* row, T* mean, int count);
     void finishRow(int y, const LayerFinish& how);
+    void finishPixels(T* input, T* layer, int count, const LayerFinish& how);
+    void straighten(T* input, int count);
 
     Rasters m_rasters;
+    AlphaHandling m_alpha;
     const RowKernels<P>& m_rowKernels;
     const StampKernels& m_stampKernels;
     RowBlocks m_blocks;

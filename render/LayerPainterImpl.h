@@ -36,9 +36,10 @@ fillPixel(const AnimatedParameters& p) {
 }
 
 template<class P>
-LayerPainter<P>::LayerPainter(const Rasters& rasters, const RowKernels<P>& rows,
-                              const StampKernels& stamps)
+LayerPainter<P>::LayerPainter(const Rasters& rasters, const AlphaHandling& alpha,
+                              const RowKernels<P>& rows, const StampKernels& stamps)
     : m_rasters(rasters),
+      m_alpha(alpha),
       m_rowKernels(rows),
       m_stampKernels(stamps),
       m_blocks(rasters.output.width),
@@ -112,7 +113,7 @@ void LayerPainter<P>::leave(const AnimatedParameters& fallback, bool showUnfinis
         m_blocks.forEachRun(open, [&](int x, int count) {
             m_rowKernels.fill(pixels(m_rasters.output, y, x), count, ground.data());
         });
-        m_rowKernels.unPremult(pixels(m_rasters.input, y, 0), m_rasters.input.width);
+        straighten(pixels(m_rasters.input, y, 0), m_rasters.input.width);
     }
 }
 
@@ -250,7 +251,9 @@ void LayerPainter<P>::finishRow(int y, const LayerFinish& how) {
     };
     const auto code = static_cast<std::size_t>(how.code);
     const auto opacity = static_cast<float>(how.opacity);
-    if (how.code != 0 && std::isfinite(opacity)) {
+    const bool isPremultiplied = m_alpha.source == SourceAlpha::Premultiplied &&
+                                 m_alpha.output == OutputAlpha::Premultiplied;
+    if (isPremultiplied && how.code != 0 && std::isfinite(opacity)) {
         const auto finish = m_rowKernels.finish[code];
         runs(drawn, [&](T* in, T* out, int n) { finish(in, out, n, opacity); });
         runs(open, [&](T* in, T* out, int n) { m_rowKernels.finishUntouched(in, out, n); });
@@ -260,7 +263,38 @@ void LayerPainter<P>::finishRow(int y, const LayerFinish& how) {
     if (how.code == 0 && how.opacity != 1.0) {
         m_rowKernels.multiplyAlpha(layer, m_rasters.output.width, opacity);
     }
-    m_rowKernels.finish[code](input, layer, m_rasters.output.width, opacity);
+    if (isPremultiplied) {
+        m_rowKernels.finish[code](input, layer, m_rasters.output.width, opacity);
+    } else {
+        finishPixels(input, layer, m_rasters.output.width, how);
+    }
+}
+
+// Only the passes that the host's way of carrying alpha asks for.
+template<class P>
+void LayerPainter<P>::finishPixels(T* input, T* layer, int count, const LayerFinish& how) {
+    straighten(input, count);
+    if (const auto composite = m_rowKernels.composite[static_cast<std::size_t>(how.code)];
+        composite != nullptr) {
+        composite(layer, input, layer, count, static_cast<float>(how.opacity), 1.0F);
+    }
+    if (m_alpha.source == SourceAlpha::Premultiplied) {
+        m_rowKernels.premult(input, count);
+    }
+    if (m_alpha.output == OutputAlpha::Premultiplied) {
+        m_rowKernels.premult(layer, count);
+    }
+}
+
+template<class P>
+void LayerPainter<P>::straighten(T* input, int count) {
+    if (m_alpha.source == SourceAlpha::Premultiplied) {
+        m_rowKernels.unPremult(input, count);
+    } else if (m_alpha.source == SourceAlpha::Opaque) {
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            input[i * componentsPerPixel + P::FORMAT::alpha] = static_cast<T>(P::MAX_VALUE());
+        }
+    }
 }
 
 } // namespace orbel

@@ -6,8 +6,9 @@
 namespace orbel {
 
 /// Renders one frame in one pixel format: un-premultiplies the input, draws the stroke layer,
-/// combines both by "Transfer Mode" and "Opacity" and premultiplies again. The input is changed in
-/// place, with the losses of the format's arithmetic. 0 on success, otherwise the first error or
+/// combines both by "Transfer Mode" and "Opacity" and premultiplies again, as far as the host
+/// carries alpha in that way (`getAlphaHandling`). The input is changed in place, with the losses
+/// of the format's arithmetic. 0 on success, otherwise the first error or
 /// abort code of the frame; 1 when a raster is missing or anything was thrown.
 template<class P, class T, class W, class F, class Format>
 int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host);

@@ -32,6 +32,28 @@ inline constexpr int CODE_SCREEN = 6;
     return floatPixels && code == CODE_SCREEN ? CODE_ADD : code;
 }
 
+/// Makes the host's picture straight, as the core works on it.
+template<class P, class T, class W, class F, class Format>
+void straightenInput(P pixel, PluginHost_API* host, SourceAlpha alpha, PluginRaster_API* input) {
+    if (alpha == SourceAlpha::Premultiplied) {
+        UnPremult<P, T, W, F, Format>(pixel, host, input);
+    } else if (alpha == SourceAlpha::Opaque) {
+        AVXSetAlpha<P, T, W, F, Format>(pixel, host, input);
+    }
+}
+
+/// Gives the straight pictures back as the host carries alpha.
+template<class P, class T, class W, class F, class Format>
+void deliverAlpha(P pixel, PluginHost_API* host, const AlphaHandling& alpha,
+                  PluginRaster_API* input, PluginRaster_API* output) {
+    if (alpha.source == SourceAlpha::Premultiplied) {
+        Premult<P, T, W, F, Format>(pixel, host, input);
+    }
+    if (alpha.output == OutputAlpha::Premultiplied) {
+        Premult<P, T, W, F, Format>(pixel, host, output);
+    }
+}
+
 /// What becomes of the layer under a "Transfer Mode".
 template<class P>
 LayerFinish layerFinish(PluginHost_API* host, int mode, double opacity) {
@@ -68,12 +90,13 @@ int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost
     if (input.getImpl() == nullptr || output.getImpl() == nullptr) {
         return 1;
     }
+    const AlphaHandling alpha = host->getAlphaHandling();
     if (const auto result = renderInBands<P>(
-            host, input.getImpl(), output.getImpl(),
+            host, alpha, input.getImpl(), output.getImpl(),
             [host](int mode, double opacity) { return layerFinish<P>(host, mode, opacity); })) {
         return *result;
     }
-    UnPremult<P, T, W, F, Format>(pixel, host, input.getImpl());
+    straightenInput<P, T, W, F, Format>(pixel, host, alpha.source, input.getImpl());
     int mode = MODE_LAYER_ALONE;
     double opacity = 1.0;
     if (const int error =
@@ -86,8 +109,7 @@ int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost
         error != 0) {
         return error;
     }
-    Premult<P, T, W, F, Format>(pixel, host, input.getImpl());
-    Premult<P, T, W, F, Format>(pixel, host, output.getImpl());
+    deliverAlpha<P, T, W, F, Format>(pixel, host, alpha, input.getImpl(), output.getImpl());
     return 0;
 } catch (...) {
     return 1;

@@ -3,6 +3,7 @@
 #include "params/InstanceData.h"
 #include "shapes/CriticalSection.h"
 #include "shapes/FormatText.h"
+#include "shapes/InlineShapes.h"
 #include "shapes/SvgParser.h"
 
 #include <algorithm>
@@ -42,7 +43,8 @@ PluginPath_API* getSVGShape(PluginHost_API* host) {
     const std::unique_ptr<Orbel_UserData, UserDataFreer> data(allocUserData());
     getUserData(host, data.get());
     if (data->path[0] == '\0' || fileExists(data->path) != 1) {
-        return none;
+        PluginPath_Impl* const given = data->svg.empty() ? nullptr : findInlineShape(data->svg);
+        return given == nullptr ? none : given;
     }
     char name[sizeof StrokeCache::name];
     expandFormatText(name, sizeof name, data->path);
@@ -64,6 +66,7 @@ StrokeCache* findStokeCache(const char* name) {
 void flushStrokeCache() {
     const Stroke_CSLock lock(&g_globalCritSection);
     g_cacheShapes.clear();
+    flushInlineShapes();
 }
 
 } // namespace orbel

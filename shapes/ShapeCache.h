@@ -22,14 +22,16 @@ struct StrokeCache {
 extern std::vector<std::unique_ptr<StrokeCache>> g_cacheShapes;
 
 /// The shape of the host's instance, read on its first use: a file that changes on disk keeps its
-/// old shape until the cache is flushed. An instance without a readable file has the null shape,
-/// which has no outlines. Owned by the cache, never null.
+/// old shape until the cache is flushed. An instance without a readable file has the shape of its
+/// SVG text, one without either the null shape, which has no outlines. Owned by the cache, never
+/// null; that of a text may be gone once the lock is released.
 [[nodiscard]] PluginPath_API* getSVGShape(PluginHost_API* host);
 
 /// The first entry of that name, null when there is none. The caller holds the lock.
 [[nodiscard]] StrokeCache* findStokeCache(const char* name);
 
-/// Frees every entry. Paths that `getSVGShape` has handed out are gone with them.
+/// Frees every entry, those of texts too. Paths that `getSVGShape` has handed out are gone with
+/// them.
 void flushStrokeCache();
 
 } // namespace orbel

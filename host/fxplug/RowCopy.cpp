@@ -9,10 +9,6 @@ namespace orbel {
 
 namespace {
 
-std::size_t rowSize(const RasterInfo& image) {
-    return static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.bytesPerPixel);
-}
-
 int nearest(int index, int count, int of) {
     const float place =
         static_cast<float>(index) * static_cast<float>(of) / static_cast<float>(count);
@@ -20,20 +16,6 @@ int nearest(int index, int count, int of) {
 }
 
 } // namespace
-
-void copyRows(const RasterInfo& from, const RasterInfo& to) {
-    const int rows = std::min(from.height, to.height);
-    const std::size_t bytes = std::min(rowSize(from), rowSize(to));
-    for (int y = 0; y < rows && bytes > 0; ++y) {
-        std::memmove(to.row(y), from.row(y), bytes);
-    }
-}
-
-void clearRows(const RasterInfo& image) {
-    for (int y = 0; y < image.height && image.width > 0; ++y) {
-        std::memset(image.row(y), 0, rowSize(image));
-    }
-}
 
 RasterInfo cropped(const RasterInfo& image, const PixelBox& box) {
     const int left = std::clamp(box.left, 0, image.width);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/PluginHost.h"
+#include "host/RasterRows.h"
 
 namespace orbel {
 
@@ -15,10 +15,6 @@ struct PixelBox {
 // Rows are walked as the records describe them and never beyond the pixels of either image: behind
 // a row a host may keep the lines of the other field. Images without pixels are left alone.
 
-/// Copies rows top-left aligned, as far as both images reach.
-void copyRows(const RasterInfo& from, const RasterInfo& to);
-/// Sets every pixel to 0.
-void clearRows(const RasterInfo& image);
 /// The part of an image within a box that is clipped to it; may be empty.
 [[nodiscard]] RasterInfo cropped(const RasterInfo& image, const PixelBox& box);
 /// Row `first` of an image and every second one from there on.

@@ -1,47 +1,13 @@
 #include "host/memory/PluginHost_MEMORY_Impl.h"
 
 #include "host/Numeric.h"
+#include "host/RasterRows.h"
 #include "pixel/RasterFormats.h"
 
-#include <algorithm>
-#include <cstring>
 #include <new>
 #include <stdexcept>
 
 namespace orbel {
-
-namespace {
-
-std::size_t rowSize(const RasterInfo& info) {
-    return static_cast<std::size_t>(info.width) * static_cast<std::size_t>(info.bytesPerPixel);
-}
-
-void clear(const RasterInfo& info) {
-    for (int y = 0; y < info.height; ++y) {
-        std::memset(info.row(y), 0, rowSize(info));
-    }
-}
-
-void copyRows(const RasterInfo& from, const RasterInfo& to) {
-    const int rows = std::min(from.height, to.height);
-    const std::size_t bytes = std::min(rowSize(from), rowSize(to));
-    for (int y = 0; y < rows; ++y) {
-        std::memmove(to.row(y), from.row(y), bytes);
-    }
-}
-
-// The part of an image that a rectangle with exclusive right and bottom edges covers.
-RasterInfo cropped(const RasterInfo& info, const Vx_Rect& rect) {
-    const int left = std::clamp<int>(rect.left, 0, info.width);
-    const int top = std::clamp<int>(rect.top, 0, info.height);
-    RasterInfo part = info;
-    part.data = info.row(top) + static_cast<std::ptrdiff_t>(left) * info.bytesPerPixel;
-    part.width = std::clamp<int>(rect.right, left, info.width) - left;
-    part.height = std::clamp<int>(rect.bottom, top, info.height) - top;
-    return part;
-}
-
-} // namespace
 
 PluginRaster_API::PixelType PluginRaster_MEMORY_Impl::getPixelType() {
     return convertToPixelType(m_info.pixelFormat);
@@ -64,11 +30,11 @@ RasterInfo PluginHost_MEMORY_Impl::outputInfo() const {
 }
 
 void PluginHost_MEMORY_Impl::fillOutput() {
-    clear(outputInfo());
+    clearRows(outputInfo());
 }
 
 void PluginHost_MEMORY_Impl::fill(PluginRaster_API* raster) {
-    clear(*raster->getRasterInfoBase());
+    clearRows(*raster->getRasterInfoBase());
 }
 
 void PluginHost_MEMORY_Impl::copyInputToOutput() {
@@ -81,8 +47,8 @@ void PluginHost_MEMORY_Impl::copy(PluginRaster_API* source, PluginRaster_API* de
 
 void PluginHost_MEMORY_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
                                   Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
-    copyRows(cropped(*source->getRasterInfoBase(), *sourceRect),
-             cropped(*destination->getRasterInfoBase(), *destinationRect));
+    copyRows(croppedTo(*source->getRasterInfoBase(), *sourceRect),
+             croppedTo(*destination->getRasterInfoBase(), *destinationRect));
 }
 
 PluginRaster_API* PluginHost_MEMORY_Impl::getInputRaster(int /*layer*/) {

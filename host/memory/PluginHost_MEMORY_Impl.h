@@ -48,6 +48,7 @@ struct MemoryHostSettings {
     int ticksPerSecond = 3000;
     int ticksPerFrame = 100;
     bool ignoreNormalComposite = false; ///< the caller lays "Normal" over the picture itself
+    AlphaHandling alpha{};              ///< how both images carry alpha
 };
 
 /// A host made of plain memory: one input and one output image, parameters from a store, C library
@@ -120,6 +121,7 @@ public:
     PluginRaster_API* checkoutLayer(int param, double time, int flags) override;
     void setOutputRaster(PluginRaster_API* raster) override { m_outputOverride = raster; }
     bool ignoreNormalComposite() override { return m_settings.ignoreNormalComposite; }
+    AlphaHandling getAlphaHandling() override { return m_settings.alpha; }
     /// Writes constants into the parameter store.
     PluginUpdate_API* makeUpdateApi() override { return this; }
 

@@ -27,7 +27,9 @@ set(standard "[a-z_0-9]+")
 set(system_shapes "(${standard}|expat[.]h|locale[.]h|xlocale[.]h|unistd[.]h|fcntl[.]h|sys/stat[.]h)")
 set(system_pixel "(${standard}|hwy/[a-z_]+[.]h)")
 set(system_render "(${standard}|(hwy|tbb)/[a-z_]+[.]h)")
-set(core_layers host pixel shapes params render host/memory)
+# A plain C++ door may also ask the loader where it is, and use its host's published headers.
+set(system_host/ofx "(${standard}|dlfcn[.]h|ofx[A-Z][A-Za-z]+[.]h)")
+set(core_layers host pixel shapes params render host/memory host/ofx)
 
 # A door may include everything but other doors: `host/memory/x.cpp` is of layer `host/memory`.
 function(layer_of file result)
