@@ -21,7 +21,8 @@ install(
     FILES_MATCHING
     PATTERN "*.h"
     REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE
-    PATTERN "host/fxplug" EXCLUDE)
+    PATTERN "host/fxplug" EXCLUDE
+    PATTERN "host/frei0r" EXCLUDE)
 
 configure_package_config_file(
     cmake/orbelConfig.cmake.in "${PROJECT_BINARY_DIR}/orbelConfig.cmake"
