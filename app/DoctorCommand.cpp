@@ -109,8 +109,10 @@ void checkDoor(const Door& door, Report& report) {
         if (probe.loads) {
             report.good(host.host + ": " + file + " (" + probe.words + ")");
         } else {
-            report.bad(host.host + ": " + file + " does not work", {probe.words},
-                       "build and install it anew on this machine");
+            report.bad(
+                host.host + ": " + file + " does not work", {probe.words},
+                "build and install it anew on this machine (cmake --install BUILD --component " +
+                    door.component + ")");
         }
     }
 }
