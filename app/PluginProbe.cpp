@@ -128,8 +128,8 @@ std::string greetOfx(const std::string& file) {
     } catch (const std::exception& error) {
         words = failedMark + std::string(error.what());
     }
-    static_cast<void>(!write(pipe, words.data(), words.size()));
-    _exit(0);
+    const bool told = write(pipe, words.data(), words.size()) >= 0;
+    _exit(told ? 0 : 1);
 }
 
 std::string readAll(int pipe) {
