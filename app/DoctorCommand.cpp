@@ -78,7 +78,7 @@ void checkShapeFiles(Report& report) {
 std::string firstFile(const Door& door, const PluginHostFolders& host) {
     for (const std::string& folder : host.folders) {
         std::error_code error;
-        const std::string file = door.binary(folder);
+        std::string file = door.binary(folder);
         if (fs::exists(file, error)) {
             return file;
         }
@@ -109,10 +109,10 @@ void checkDoor(const Door& door, Report& report) {
         if (probe.loads) {
             report.good(host.host + ": " + file + " (" + probe.words + ")");
         } else {
-            report.bad(
-                host.host + ": " + file + " does not work", {probe.words},
-                "build and install it anew on this machine (cmake --install BUILD --component " +
-                    door.component + ")");
+            report.bad(host.host + ": " + file + " does not work", {probe.words},
+                       "build it on this machine and install it with its shapes (cmake --install "
+                       "BUILD --component " +
+                           door.component + ")");
         }
     }
 }

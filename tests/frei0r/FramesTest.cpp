@@ -183,8 +183,10 @@ TEST(Frei0rThreads, haveInstancesThatKnowNothingOfOneAnother) {
             EXPECT_EQ(effect.update(frame / 25.0, input), expected.at(frame));
         }
     };
+    constexpr int threadCount = 4;
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
+    threads.reserve(threadCount);
+    for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back(work, i);
     }
     for (std::thread& thread : threads) {

@@ -25,6 +25,7 @@ constexpr int frameCount = 6;
 /// takes more than ten seconds is ended.
 int run(std::vector<std::string> arguments, const std::string& log) {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         argv.push_back(argument.data());
     }

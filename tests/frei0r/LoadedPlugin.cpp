@@ -66,7 +66,7 @@ void Effect::set(const std::string& name, const std::string& text) {
 }
 
 Pixels Effect::update(double time, const Pixels& input) const {
-    const Pixels before = input;
+    const Pixels before(input.begin(), input.end());
     // Beyond the end nothing may be read or written; the sanitizers watch over the vectors.
     Pixels output(m_width * m_height, 0xdeadbeef);
     plugin().update(m_instance, time, input.data(), output.data());

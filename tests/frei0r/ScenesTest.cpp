@@ -28,9 +28,7 @@ protected:
         fs::create_directories(m_folder);
         write("shape.svg", R"(<svg viewBox="0 0 100 100"><path d="M 10 10 L 90 80"/></svg>)");
     }
-    ~Frei0rScenes() override { fs::remove_all(m_folder); }
-    Frei0rScenes(const Frei0rScenes&) = delete;
-    Frei0rScenes& operator=(const Frei0rScenes&) = delete;
+    void TearDown() override { fs::remove_all(m_folder); }
 
     [[nodiscard]] std::string path(const std::string& name) const { return m_folder / name; }
 
