@@ -17,7 +17,6 @@ namespace orbel::app {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Each;
 using testing::HasSubstr;
 using testing::Not;
 
