@@ -3,6 +3,7 @@
 #include "app/PixelFormats.h"
 #include "app/ScenePlan.h"
 #include "app/SceneReader.h"
+#include "app/SceneShapes.h"
 #include "app/ShapeFolder.h"
 #include "shapes/PathModel.h"
 #include "shapes/ShapeFile.h"

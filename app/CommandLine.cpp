@@ -2,6 +2,7 @@
 
 #include "app/CheckCommand.h"
 #include "app/Diagnostics.h"
+#include "app/DoctorCommand.h"
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
@@ -84,6 +85,9 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
     if (program.got_subcommand("check")) {
         return checkCommand(commands.checkedScene, out);
     }
+    if (program.got_subcommand("doctor")) {
+        return doctorCommand(out);
+    }
     if (program.got_subcommand("shapes")) {
         return shapesCommand(commands.sheet, out, err);
     }
@@ -110,6 +114,7 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     params->add_flag("--markdown", commands.markdown, "As a Markdown page")->excludes(json);
     CLI::App* const shapes = program.add_subcommand("shapes", "List the built-in shapes");
     addText(shapes, "--sheet", commands.sheet, "Draw them all into a picture", "OUT.png");
+    program.add_subcommand("doctor", "Tell whether hosts find the plug-ins and their shapes");
     program.footer("\"orbel COMMAND --help\" tells more.");
     try {
         program.parse(argc, argv);

@@ -3,19 +3,15 @@
 #include "app/MachineMemory.h"
 #include "app/RationalRate.h"
 #include "app/SceneLimits.h"
-#include "app/ShapeFolder.h"
+#include "app/SceneShapes.h"
 #include "app/media/MediaError.h"
 #include "host/memory/MemoryImage.h"
-#include "params/InstanceData.h"
-#include "params/ParameterTable.h"
 #include "shapes/ShapeFile.h"
-#include "shapes/ShapeTable.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <set>
 
 namespace orbel::app {
 
@@ -69,15 +65,15 @@ public:
         planFrames();
         planSize();
         checkRawInput();
-        checkShape();
-        checkPresets();
+        m_plan.shapePath = m_scene.shape.value_or("");
+        checkShapes(m_scene, m_problems);
         return std::move(m_plan);
     }
 
 private:
     /// A place in the scene file, or the option that stands for it.
     [[nodiscard]] Site site(const char* pointer, const char* option) const {
-        return {m_scene.file, m_scene.file == commandLine ? option : pointer, m_problems};
+        return siteIn(m_scene, pointer, option, m_problems);
     }
 
     void openInput() {
@@ -187,35 +183,6 @@ private:
         }
     }
 
-    void checkShape() {
-        if (!m_scene.shape) {
-            return;
-        }
-        m_plan.shapePath = *m_scene.shape;
-        if (m_plan.shapePath.size() >= sizeof Orbel_UserData::path) {
-            site("/shape", "--shape")
-                .report("the path of the shape file is longer than 1023 bytes",
-                        "put the file elsewhere");
-        } else if (isUnreadable(m_plan.shapePath)) {
-            site("/shape", "--shape")
-                .report("the shape file " + inQuotes(m_plan.shapePath) +
-                            " does not exist or cannot be read",
-                        "check its name; it is relative to the scene file");
-        }
-    }
-
-    void checkPresets() {
-        for (const int preset : chosenPresets(m_scene)) {
-            const std::string file = presetFile(preset);
-            if (isUnreadable(file)) {
-                site("/parameters", "--shape")
-                    .report("the file of the built-in shape " + inQuotes(g_svgShapes[preset].name) +
-                                ", " + inQuotes(file) + ", does not exist or cannot be read",
-                            "set QUARVEX_ORBEL_SVG_DIR to the folder of the built-in shapes");
-            }
-        }
-    }
-
     const Scene& m_scene;
     int m_threads;
     Problems* m_problems;
@@ -252,17 +219,6 @@ std::optional<long> firstMissingFrame(const ScenePlan& plan) {
         return std::nullopt;
     }
     return std::max(*covered, plan.frames.first);
-}
-
-std::vector<int> chosenPresets(const Scene& scene) {
-    std::set<int> presets;
-    if (const auto track = scene.parameters.find(PARAM_PRESETS); track != scene.parameters.end()) {
-        for (const Keyframe& key : track->second) {
-            presets.insert(static_cast<int>(key.value[0]));
-        }
-    }
-    presets.erase(0);
-    return {presets.begin(), presets.end()};
 }
 
 } // namespace orbel::app

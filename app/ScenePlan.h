@@ -44,7 +44,4 @@ struct ScenePlan {
 /// The first frame that the input is too short for, as far as that is known beforehand.
 [[nodiscard]] std::optional<long> firstMissingFrame(const ScenePlan& plan);
 
-/// The built-in shapes that the scene chooses at some time, without "None".
-[[nodiscard]] std::vector<int> chosenPresets(const Scene& scene);
-
 } // namespace orbel::app

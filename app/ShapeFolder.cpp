@@ -1,7 +1,5 @@
 #include "app/ShapeFolder.h"
 
-#include "params/InstanceData.h"
-#include "shapes/FormatText.h"
 #include "shapes/ShapeTable.h"
 
 #include <filesystem>
@@ -23,12 +21,6 @@ std::string baseFolder() {
 
 void prepareShapeTable() {
     buildStaticSVGShapeInfo(baseFolder().c_str());
-}
-
-std::string presetFile(int index) {
-    char path[sizeof Orbel_UserData::path];
-    expandFormatText(path, sizeof path, g_svgShapes[index].file);
-    return path;
 }
 
 } // namespace orbel::app

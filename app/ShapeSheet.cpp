@@ -3,6 +3,7 @@
 #include "app/FrameInput.h"
 #include "app/FrameRenderer.h"
 #include "app/Lettering.h"
+#include "app/SceneShapes.h"
 #include "app/ShapeFolder.h"
 #include "params/ParameterTable.h"
 #include "shapes/ShapeFile.h"

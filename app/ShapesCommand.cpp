@@ -1,6 +1,7 @@
 #include "app/ShapesCommand.h"
 
 #include "app/Diagnostics.h"
+#include "app/SceneShapes.h"
 #include "app/ShapeFolder.h"
 #include "app/ShapeSheet.h"
 #include "app/media/MediaError.h"

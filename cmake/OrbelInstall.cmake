@@ -23,7 +23,8 @@ install(
     REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE
     REGEX "(pixel|render)/kernels$" EXCLUDE
     PATTERN "host/fxplug" EXCLUDE
-    PATTERN "host/ofx" EXCLUDE)
+    PATTERN "host/ofx" EXCLUDE
+    PATTERN "host/frei0r" EXCLUDE)
 
 configure_package_config_file(
     cmake/orbelConfig.cmake.in "${PROJECT_BINARY_DIR}/orbelConfig.cmake"

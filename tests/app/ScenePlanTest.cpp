@@ -2,6 +2,7 @@
 
 #include "app/MachineMemory.h"
 #include "app/RationalRate.h"
+#include "app/SceneShapes.h"
 #include "app/ShapeFolder.h"
 #include "app/media/MediaWriter.h"
 #include "params/ParameterTable.h"

@@ -22,7 +22,12 @@ set(may_tools "(tools/.+|app/.+|host/memory/.+|${core})")
 # The shape cache keeps its entries for an effect instance, so it alone knows instance data.
 set(may_shapes_ShapeCache "(shapes/.+|${seam}|params/InstanceData[.]h)")
 
-# System headers of the core: the C++ library, the XML parser, what opens a file, vectors and tasks.
+# A plug-in that takes scenes reads them as the program does, but never knows its media.
+set(scenes "app/(Diagnostics|RationalRate|Scene|SceneLimits|SceneReader|SceneShapes)[.]h")
+set(may_host_frei0r "(host/frei0r/.+|host/memory/.+|${core}|${scenes})")
+
+# System headers of the core: the C++ library, the XML parser, what opens a file, vectors and
+# tasks.
 set(standard "[a-z_0-9]+")
 set(system_shapes "(${standard}|expat[.]h|locale[.]h|xlocale[.]h|unistd[.]h|fcntl[.]h|sys/stat[.]h)")
 set(system_pixel "(${standard}|hwy/[a-z_]+[.]h)")
@@ -43,12 +48,15 @@ endfunction()
 function(allowed_project_headers file layer result)
     string(REGEX REPLACE "[.].*$" "" stem "${file}")
     string(MAKE_C_IDENTIFIER "${stem}" stem)
+    string(MAKE_C_IDENTIFIER "${layer}" door)
     if(DEFINED may_${stem})
         set(${result} "${may_${stem}}" PARENT_SCOPE)
+    elseif(DEFINED may_${door})
+        set(${result} "${may_${door}}" PARENT_SCOPE)
     elseif(layer MATCHES "^host/")
         set(${result} "(${layer}/.+|${core})" PARENT_SCOPE)
     else()
-        set(${result} "${may_${layer}}" PARENT_SCOPE)
+        set(${result} "" PARENT_SCOPE)
     endif()
 endfunction()
 

@@ -1,0 +1,1 @@
+#include "app/media/MediaReader.h"
