@@ -58,25 +58,21 @@ HWY_INLINE Pixels<A> select(MaskIn<A> mask, const Pixels<A>& yes, const Pixels<A
             hn::IfThenElse(mask, yes.b, no.b), hn::IfThenElse(mask, yes.a, no.a)};
 }
 
-/// `first` x weight1 + `second` x weight2 for the colours; the alpha is that of `first`.
-template<class A>
+/// `first` x weight1 + `second` x weight2 for the colours; the alpha is that of `first`. `large`
+/// says that components of `first` may be.
+template<class A, bool large>
 HWY_INLINE Pixels<A> weightedSum(const Pixels<A>& first, VectorIn<A> weight1,
                                  const Pixels<A>& second, VectorIn<A> weight2) {
-    return {hn::Add(A::multiply(first.r, weight1), A::multiply(second.r, weight2)),
-            hn::Add(A::multiply(first.g, weight1), A::multiply(second.g, weight2)),
-            hn::Add(A::multiply(first.b, weight1), A::multiply(second.b, weight2)), first.a};
+    const auto sum = [weight1, weight2](VectorIn<A> a, VectorIn<A> b) HWY_ATTR {
+        const auto product = large ? A::multiplyAny(a, weight1) : A::multiply(a, weight1);
+        return hn::Add(product, A::multiply(b, weight2));
+    };
+    return {sum(first.r, second.r), sum(first.g, second.g), sum(first.b, second.b), first.a};
 }
 
 template<class A>
 HWY_INLINE VectorIn<A> weighted(VectorIn<A> colour, VectorIn<A> alpha) {
     return hn::IfThenElse(hn::Eq(alpha, A::maximum()), colour, A::multiply(colour, alpha));
-}
-
-template<class A, class Mode>
-HWY_INLINE VectorIn<A> finishedChannel(VectorIn<A> s, VectorIn<A> sa, VectorIn<A> d, VectorIn<A> da,
-                                       VectorIn<A> alpha) {
-    return A::divide(Mode::template joined<A>(weighted<A>(s, sa), weighted<A>(d, da), alpha),
-                     alpha);
 }
 
 template<class A, bool limits>
@@ -102,9 +98,12 @@ HWY_INLINE Pixels<A> blended(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A>
                 Mode::template channel<A>(s.b, d.b), s.a};
     } else if constexpr (Mode::kind == ModeKind::FINISHING) {
         const auto alpha = A::clampOverflow(united);
-        return {finishedChannel<A, Mode>(s.r, s.a, d.r, d.a, alpha),
-                finishedChannel<A, Mode>(s.g, s.a, d.g, d.a, alpha),
-                finishedChannel<A, Mode>(s.b, s.a, d.b, d.a, alpha), s.a};
+        const typename A::Divider divided(alpha);
+        const auto channel = [&](VectorIn<A> sc, VectorIn<A> dc) HWY_ATTR {
+            return divided(
+                Mode::template joined<A>(weighted<A>(sc, s.a), weighted<A>(dc, d.a), alpha));
+        };
+        return {channel(s.r, d.r), channel(s.g, d.g), channel(s.b, d.b), s.a};
     } else {
         const Triple hsl =
             Mode::mix(hslOfPixels<A, Mode::limitsFloat>(s), hslOfPixels<A, Mode::limitsFloat>(d));
@@ -122,7 +121,7 @@ HWY_INLINE Pixels<A> composed(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A
         const auto sheer = hn::Lt(d.a, A::maximum());
         if (!hn::AllFalse(A::tag, sheer)) {
             const auto rest = hn::Sub(A::maximum(), d.a);
-            c = select<A>(sheer, weightedSum(s, rest, c, d.a), c);
+            c = select<A>(sheer, weightedSum<A, Mode::large>(c, d.a, s, rest), c);
         }
     }
     c = select<A>(hn::Gt(d.a, zero), c, s);
@@ -135,11 +134,9 @@ HWY_INLINE Pixels<A> composed(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A
         return c;
     }
     const auto k = A::multiply(hn::Sub(A::maximum(), s.a), d.a);
-    const auto sum = hn::Add(s.a, k);
-    const Pixels<A> mixed = weightedSum(c, s.a, d, k);
-    return select<A>(
-        closed, c,
-        {A::divide(mixed.r, sum), A::divide(mixed.g, sum), A::divide(mixed.b, sum), united});
+    const Pixels<A> mixed = weightedSum<A, Mode::large>(c, s.a, d, k);
+    const typename A::Divider divided(hn::Add(s.a, k));
+    return select<A>(closed, c, {divided(mixed.r), divided(mixed.g), divided(mixed.b), united});
 }
 
 /// `Blend`, up to and including the way back into the format.
@@ -165,12 +162,12 @@ HWY_INLINE Pixels<A> combinedBehind(const Pixels<A>& back, const Pixels<A>& fron
     const Alphas<A> alphas(back.a, front.a, opacity1, opacity2);
     const Pixels<A> s = withAlpha(back, alphas.s);
     const Pixels<A> d = withAlpha(front, alphas.d);
-    Pixels<A> c = weightedSum(s, hn::Sub(A::maximum(), d.a), d, d.a);
+    Pixels<A> c = weightedSum<A, false>(s, hn::Sub(A::maximum(), d.a), d, d.a);
     const auto k = A::multiply(hn::Sub(A::maximum(), s.a), d.a);
-    const Pixels<A> mixed = weightedSum(c, s.a, d, k);
-    const auto sum = hn::Add(k, s.a);
+    const Pixels<A> mixed = weightedSum<A, false>(c, s.a, d, k);
+    const typename A::Divider divided(hn::Add(k, s.a));
     c = select<A>(hn::Eq(s.a, A::maximum()), c,
-                  {A::divide(mixed.r, sum), A::divide(mixed.g, sum), A::divide(mixed.b, sum), s.a});
+                  {divided(mixed.r), divided(mixed.g), divided(mixed.b), s.a});
     const auto alpha = stored<A>(alphas.united);
     c = {stored<A>(c.r), stored<A>(c.g), stored<A>(c.b), alpha};
     const Pixels<A> untouched{back.r, back.g, back.b, alpha};

@@ -35,19 +35,12 @@ struct Quotient {
     }
 };
 
-/// One division serves all three components: the little that is added lifts the rounded product
-/// over the whole number that it may have fallen short of, and not over the next one.
 template<>
 struct Quotient<Vector8> {
-    FloatV factor;
+    Vector8::Divider divided;
 
-    explicit HWY_INLINE Quotient(IntV alpha)
-        : factor(hn::Div(hn::Set(Floats(), 255.0F), Vector8::toSingle(alpha))) {}
-    HWY_INLINE IntV operator()(IntV c) const {
-        const FloatV lift = hn::Set(Floats(), 1.0F / 1024);
-        const FloatV product = hn::Add(hn::Mul(Vector8::toSingle(c), factor), lift);
-        return hn::ConvertTo(Ints(), hn::Min(product, hn::Set(Floats(), 255.0F)));
-    }
+    explicit HWY_INLINE Quotient(IntV alpha) : divided(alpha) {}
+    HWY_INLINE IntV operator()(IntV c) const { return Vector8::clampOverflow(divided(c)); }
 };
 
 template<class A>
@@ -69,10 +62,30 @@ struct UnPremultBlock {
     }
 };
 
+/// Where the alphas are among float components as they lie in memory.
+template<typename P>
+HWY_INLINE auto alphaLanes() {
+    const IntV component = hn::And(hn::Iota(Ints(), 0), hn::Set(Ints(), 3));
+    return hn::RebindMask(Floats(), hn::Eq(component, hn::Set(Ints(), P::FORMAT::alpha)));
+}
+
+// Of float components every vector is worked on as it lies in memory: to sort components costs more
+// than to compute an alpha in vain.
+
 template<typename P>
 struct PremultBlock {
     HWY_INLINE void operator()(typename P::Component* block) const {
-        storePixels<P>(block, premultiplied(loadPixels<P>(block)));
+        if constexpr (P::is32Bit()) {
+            FloatV v[4];
+            Vector32::loadAnyhow(block, v);
+            for (FloatV& pixels : v) {
+                const FloatV product = hn::Mul(pixels, hn::Broadcast<P::FORMAT::alpha>(pixels));
+                pixels = hn::IfThenElse(alphaLanes<P>(), pixels, product);
+            }
+            Vector32::storeAnyhow(block, v);
+        } else {
+            storePixels<P>(block, premultiplied(loadPixels<P>(block)));
+        }
     }
 };
 
@@ -82,9 +95,19 @@ struct MultiplyAlphaBlock {
 
     HWY_INLINE void operator()(typename P::Component* block) const {
         using A = VectorOf<P>;
-        PixelsOf<P> p = loadPixels<P>(block);
-        p.a = A::quantise(A::multiply(p.a, A::constant(factor)));
-        storePixels<P>(block, p);
+        if constexpr (P::is32Bit()) {
+            FloatV v[4];
+            A::loadAnyhow(block, v);
+            for (FloatV& pixels : v) {
+                const FloatV product = hn::Mul(pixels, A::constant(factor));
+                pixels = hn::IfThenElse(alphaLanes<P>(), product, pixels);
+            }
+            A::storeAnyhow(block, v);
+        } else {
+            PixelsOf<P> p = loadPixels<P>(block);
+            p.a = A::quantise(A::multiply(p.a, A::constant(factor)));
+            storePixels<P>(block, p);
+        }
     }
 };
 
@@ -98,20 +121,24 @@ struct CrossFadeBlock {
         using A = VectorOf<P>;
         typename A::V a[4];
         typename A::V b[4];
-        A::load(from, a);
-        A::load(to, b);
+        A::loadAnyhow(from, a);
+        A::loadAnyhow(to, b);
         for (int i = 0; i < 4; ++i) {
             b[i] = A::fromSingle(
                 hn::Add(hn::Mul(A::toSingle(a[i]), amount), hn::Mul(A::toSingle(b[i]), rest)));
         }
-        A::store(out, b);
+        A::storeAnyhow(out, b);
     }
 };
+
+inline bool isFraction(float factor) {
+    return factor >= 0.0F && factor <= 1.0F;
+}
 
 /// Whether a factor keeps components in range. The float formats have none.
 template<typename P>
 bool isOrdinary(float factor) {
-    return P::is32Bit() || (factor >= 0.0F && factor <= 1.0F);
+    return P::is32Bit() || isFraction(factor);
 }
 
 template<typename P>

@@ -54,7 +54,7 @@ private:
     }
 };
 
-/// The finish of all others.
+/// The finish of all others, for an opacity between 0 and 1.
 template<typename P, class Mode>
 struct FinishBlock {
     using T = typename P::Component;
@@ -62,11 +62,16 @@ struct FinishBlock {
 
     HWY_INLINE void operator()(T* input, T* layer) const {
         using A = VectorOf<P>;
+        const PixelsOf<P> front = loadPixels<P>(layer);
+        if (hn::AllTrue(A::tag, hn::Eq(front.a, hn::Zero(A::tag)))) {
+            UntouchedBlock<P>()(input, layer);
+            return;
+        }
         PixelsOf<P> behind = loadPixels<P>(input);
         if (!(sizeof(T) != 2 && isOpaque(behind))) {
             behind = unPremultiplied(behind);
         }
-        const PixelsOf<P> c = combined<A, Mode>(loadPixels<P>(layer), behind, opacity, 1.0F);
+        const PixelsOf<P> c = combined<A, Mode>(front, behind, opacity, 1.0F);
         storePixels<P>(input, premultiplied(behind));
         storePixels<P>(layer, premultiplied(c));
     }
@@ -140,7 +145,7 @@ struct FinishKernels {
     }
 
     static void finishInFront(T* input, T* layer, int pixels, float opacity) {
-        if (isOrdinary<P>(opacity)) {
+        if (isFraction(opacity)) {
             forEachBlock(FinishBlock<P, InFront>{opacity}, input, layer, pixels);
         } else {
             rowLaw<P>().finish[2](input, layer, pixels, opacity);

@@ -20,12 +20,16 @@ enum class ModeKind { CHANNEL, FINISHING, HSL };
 
 struct ChannelMode {
     static constexpr ModeKind kind = ModeKind::CHANNEL;
+    /// Whether 8-bit components may come out so large that products with them need more care.
+    static constexpr bool large = false;
 };
 struct FinishingMode {
     static constexpr ModeKind kind = ModeKind::FINISHING;
+    static constexpr bool large = false;
 };
 struct HslMode {
     static constexpr ModeKind kind = ModeKind::HSL;
+    static constexpr bool large = false;
 };
 
 template<class A>
@@ -78,7 +82,7 @@ struct SoftLight : ChannelMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         const auto bend = hn::Sub(A::multiply(d, d), d);
-        return hn::Add(d, A::multiply(bend, hn::Sub(A::maximum(), hn::Add(s, s))));
+        return hn::Add(d, A::multiplyAny(bend, hn::Sub(A::maximum(), hn::Add(s, s))));
     }
 };
 
@@ -97,6 +101,7 @@ struct Lighten : ChannelMode {
 };
 
 struct ColourDodge : ChannelMode {
+    static constexpr bool large = true;
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         const auto quotient = A::divide(d, hn::Sub(A::maximum(), s));

@@ -31,6 +31,20 @@ using WordV = hn::Vec<Words>;
 /// Pixels that are computed at a time.
 constexpr int PIXELS_AT_ONCE = static_cast<int>(HWY_LANES(float));
 
+/// Truncates values that `int` can hold. Highway's own conversion also sees to those that it
+/// cannot, which takes longer than the conversion itself.
+HWY_INLINE IntV truncated(FloatV v) {
+#if HWY_TARGET == HWY_AVX3
+    return IntV{_mm512_cvttps_epi32(v.raw)};
+#elif HWY_TARGET == HWY_AVX2
+    return IntV{_mm256_cvttps_epi32(v.raw)};
+#elif HWY_TARGET == HWY_SSE4
+    return IntV{_mm_cvttps_epi32(v.raw)};
+#else
+    return hn::ConvertTo(Ints(), v);
+#endif
+}
+
 constexpr bool divisionGivesTheSame() {
     for (int c = 0; c <= 255; ++c) {
         if (PixelArithmetic8::toFloat(static_cast<unsigned char>(c)) !=
@@ -72,27 +86,59 @@ struct Vector8 {
         const hn::Repartition<T, Words> bytes;
         hn::StoreU(hn::BitCast(bytes, hn::Or(pairs, others)), bytes, row);
     }
+    /// For work that does not tell components apart.
+    static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) { load(row, v); }
+    static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) { store(row, v); }
 
     static HWY_INLINE FloatV toSingle(V v) { return hn::ConvertTo(Floats(), v); }
     /// The low bits of values that are no further from 0 than 2^31.
-    static HWY_INLINE V wrapSingle(FloatV v) {
-        return hn::And(hn::ConvertTo(tag, v), constant(255));
-    }
+    static HWY_INLINE V wrapSingle(FloatV v) { return hn::And(truncated(v), constant(255)); }
     /// Truncates values in range.
-    static HWY_INLINE V fromSingle(FloatV v) { return hn::ConvertTo(tag, v); }
+    static HWY_INLINE V fromSingle(FloatV v) { return truncated(v); }
     static HWY_INLINE V quantise(V v) { return v; }
 
+    /// Factors of at most 15 bits, of which the second is not negative.
     static HWY_INLINE V multiply(V a, V b) {
+        const hn::Repartition<std::int16_t, Ints> shorts;
+        // The upper halves of `b` are 0, and so are their products.
+        V odd = hn::Zero(tag);
+        const V even = hn::ReorderWidenMulAccumulate(tag, hn::BitCast(shorts, a),
+                                                     hn::BitCast(shorts, b), constant(128), odd);
+        return hn::ShiftRight<8>(hn::RearrangeToOddPlusEven(even, odd));
+    }
+    /// Factors whose product has at most 31 bits.
+    static HWY_INLINE V multiplyAny(V a, V b) {
         return hn::ShiftRight<8>(hn::Add(hn::Mul(a, b), constant(128)));
     }
     static HWY_INLINE V divide(V a, V b) {
-        const FloatV quotient = hn::Div(toSingle(hn::Mul(a, maximum())), toSingle(b));
-        return hn::IfThenZeroElse(hn::Eq(b, hn::Zero(tag)), hn::ConvertTo(tag, quotient));
+        const FloatV scaled = hn::Mul(toSingle(a), hn::Set(Floats(), 255.0F));
+        const V quotient = truncated(hn::Div(scaled, toSingle(b)));
+        return hn::IfThenZeroElse(hn::Eq(b, hn::Zero(tag)), quotient);
     }
+
+    /// Divides by a number of 1 to 510, for quotients that are to be limited to 0 and 255. One
+    /// division serves many: the little that is added lifts a rounded product over the whole number
+    /// that it may have fallen short of, and not over the next one.
+    class Divider {
+    public:
+        explicit HWY_INLINE Divider(V divisor)
+            : m_factor(hn::Div(hn::Set(Floats(), 255.0F), toSingle(divisor))) {}
+        HWY_INLINE V operator()(V dividend) const {
+            const FloatV lift = hn::Set(Floats(), 1.0F / 1024);
+            return truncated(hn::Add(hn::Mul(toSingle(dividend), m_factor), lift));
+        }
+
+    private:
+        FloatV m_factor;
+    };
+
     static HWY_INLINE V clampUnderflow(V v) { return hn::Max(v, hn::Zero(tag)); }
     static HWY_INLINE V clampOverflow(V v) { return hn::Min(v, maximum()); }
     static HWY_INLINE V layerAlpha(V alpha, float opacity) {
-        return hn::ConvertTo(tag, hn::Mul(toSingle(alpha), hn::Set(Floats(), opacity)));
+        if (opacity == 1.0F) {
+            return alpha;
+        }
+        return truncated(hn::Mul(toSingle(alpha), hn::Set(Floats(), opacity)));
     }
 
     static_assert(divisionGivesTheSame());
@@ -103,7 +149,7 @@ struct Vector8 {
         const FloatV product = hn::Trunc(hn::Mul(size, hn::Set(Floats(), 255.0F)));
         const FloatV remainder = hn::Sub(hn::Mul(size, hn::Set(Floats(), 256.0F)), product);
         const FloatV one = hn::IfThenElseZero(hn::Lt(remainder, size), hn::Set(Floats(), 1.0F));
-        return hn::ConvertTo(tag, hn::CopySign(hn::Sub(product, one), v));
+        return truncated(hn::CopySign(hn::Sub(product, one), v));
     }
 };
 
@@ -117,9 +163,21 @@ struct VectorSingle {
     static HWY_INLINE FloatV toSingle(V v) { return v; }
 };
 
+/// What `Vector8` has a shorter way for.
+template<class A>
+class PlainDivider {
+public:
+    explicit HWY_INLINE PlainDivider(FloatV divisor) : m_divisor(divisor) {}
+    HWY_INLINE FloatV operator()(FloatV dividend) const { return A::divide(dividend, m_divisor); }
+
+private:
+    FloatV m_divisor;
+};
+
 // Within: opacities between 0 and 1, so that neither NaN nor infinity comes up.
 struct Vector16 : VectorSingle {
     using T = std::uint16_t;
+    using Divider = PlainDivider<Vector16>;
     static constexpr bool whole = true;
 
     static HWY_INLINE V maximum() { return constant(65535.0F); }
@@ -148,15 +206,19 @@ struct Vector16 : VectorSingle {
         hn::StoreU(hn::BitCast(halves, a), halves, row);
         hn::StoreU(hn::BitCast(halves, b), halves, row + hn::Lanes(halves));
     }
+    /// For work that does not tell components apart.
+    static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) { load(row, v); }
+    static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) { store(row, v); }
 
     static HWY_INLINE V wrapSingle(FloatV v) {
-        const IntV low = hn::And(hn::ConvertTo(Ints(), v), hn::Set(Ints(), 65535));
+        const IntV low = hn::And(truncated(v), hn::Set(Ints(), 65535));
         return hn::ConvertTo(tag, low);
     }
     static HWY_INLINE V fromSingle(FloatV v) { return hn::Trunc(v); }
     static HWY_INLINE V quantise(V v) { return hn::Trunc(v); }
 
     static HWY_INLINE V multiply(V a, V b) { return hn::Div(hn::Mul(a, b), maximum()); }
+    static HWY_INLINE V multiplyAny(V a, V b) { return multiply(a, b); }
     static HWY_INLINE V divide(V a, V b) {
         const V quotient = hn::Mul(hn::Div(a, b), maximum());
         return hn::IfThenZeroElse(hn::Eq(b, hn::Zero(tag)), quotient);
@@ -177,7 +239,7 @@ private:
     static HWY_INLINE V highHalf(WordV v) {
         return hn::ConvertTo(tag, hn::BitCast(Ints(), hn::ShiftRight<16>(v)));
     }
-    static HWY_INLINE WordV toWord(V v) { return hn::BitCast(Words(), hn::ConvertTo(Ints(), v)); }
+    static HWY_INLINE WordV toWord(V v) { return hn::BitCast(Words(), truncated(v)); }
 };
 
 // Every value and opacity. Each operation is the one that the law makes, in its order, so that NaN,
@@ -185,6 +247,7 @@ private:
 // may swap the operands of a sum or product.
 struct Vector32 : VectorSingle {
     using T = float;
+    using Divider = PlainDivider<Vector32>;
     static constexpr bool whole = false;
 
     static HWY_INLINE V maximum() { return constant(1.0F); }
@@ -193,16 +256,22 @@ struct Vector32 : VectorSingle {
     // The lanes' order is the same for all rows.
     static HWY_INLINE void load(const T* row, V (&v)[4]) {
         V rows[4];
-        for (int i = 0; i < 4; ++i) {
-            rows[i] = hn::LoadU(tag, row + i * PIXELS_AT_ONCE);
-        }
+        loadAnyhow(row, rows);
         transpose(rows, v);
     }
     static HWY_INLINE void store(T* row, const V (&v)[4]) {
         V rows[4];
         transpose(v, rows);
+        storeAnyhow(row, rows);
+    }
+    static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) {
         for (int i = 0; i < 4; ++i) {
-            hn::StoreU(rows[i], tag, row + i * PIXELS_AT_ONCE);
+            v[i] = hn::LoadU(tag, row + i * PIXELS_AT_ONCE);
+        }
+    }
+    static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) {
+        for (int i = 0; i < 4; ++i) {
+            hn::StoreU(v[i], tag, row + i * PIXELS_AT_ONCE);
         }
     }
 
@@ -211,6 +280,7 @@ struct Vector32 : VectorSingle {
     static HWY_INLINE V quantise(V v) { return v; }
 
     static HWY_INLINE V multiply(V a, V b) { return hn::Mul(a, b); }
+    static HWY_INLINE V multiplyAny(V a, V b) { return multiply(a, b); }
     static HWY_INLINE V divide(V a, V b) {
         return hn::IfThenZeroElse(hn::Eq(b, hn::Zero(tag)), hn::Div(a, b));
     }
