@@ -35,6 +35,7 @@ public:
           m_outline(starOutline(size)),
           m_source(size.width, size.height, RF_RGBA8, {}),
           m_picture(makeSurface(size)),
+          m_output(makeSurface(size)),
           m_layer(makeSurface(size)),
           m_mean(makeSurface(size)) {
         paintBackdrop(m_source);
@@ -58,9 +59,9 @@ public:
                 paint(m_layer.get(), m_mean.get(), CAIRO_OPERATOR_ADD, 1.0 / samples);
             }
         }
-        paint(samples > 1 ? m_mean.get() : m_layer.get(), m_picture.get(), CAIRO_OPERATOR_OVER,
-              1.0);
-        cairo_surface_flush(m_picture.get());
+        paint(m_picture.get(), m_output.get(), CAIRO_OPERATOR_SOURCE, 1.0);
+        paint(samples > 1 ? m_mean.get() : m_layer.get(), m_output.get(), CAIRO_OPERATOR_OVER, 1.0);
+        cairo_surface_flush(m_output.get());
     }
 
     [[nodiscard]] std::size_t bytes() const override {
@@ -104,6 +105,7 @@ private:
     ClosedOutline m_outline;
     MemoryImage m_source;
     Surface m_picture;
+    Surface m_output;
     Surface m_layer;
     Surface m_mean;
 };

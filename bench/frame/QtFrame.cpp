@@ -19,6 +19,7 @@ public:
           m_kind(kind),
           m_source(size.width, size.height, RF_RGBA8, {}),
           m_picture(size.width, size.height, QImage::Format_ARGB32_Premultiplied),
+          m_output(size.width, size.height, QImage::Format_ARGB32_Premultiplied),
           m_layer(size.width, size.height, QImage::Format_ARGB32_Premultiplied),
           m_mean(size.width, size.height, QImage::Format_ARGB32_Premultiplied) {
         paintBackdrop(m_source);
@@ -49,7 +50,10 @@ public:
                 painter.drawImage(0, 0, m_layer);
             }
         }
-        QPainter painter(&m_picture);
+        QPainter painter(&m_output);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(0, 0, m_picture);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         painter.drawImage(0, 0, samples > 1 ? m_mean : m_layer);
     }
 
@@ -70,6 +74,7 @@ private:
     StrokeKind m_kind;
     MemoryImage m_source;
     QImage m_picture;
+    QImage m_output;
     QImage m_layer;
     QImage m_mean;
     QPainterPath m_path;

@@ -56,8 +56,8 @@ void paintBackdrop(const MemoryImage& image);
 [[nodiscard]] ClosedOutline starOutline(const FrameSize& size);
 
 // Other people's drawing of the same: a layer cleared, stroked with round joins and laid over the
-// picture; under blur once for every sample, averaged. Null where the library was not there when
-// this was built.
+// picture in an output of its own, as a host wants it; under blur once for every sample, averaged.
+// Null where the library was not there when this was built.
 [[nodiscard]] SubjectPtr cairoFrame(const FrameSize& size, const StrokeKind& kind);
 [[nodiscard]] SubjectPtr qtFrame(const FrameSize& size, const StrokeKind& kind);
 /// Only the dabs of a brush along the outline, as far apart as ours; nothing is laid over anything.
