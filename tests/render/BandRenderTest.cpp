@@ -18,6 +18,9 @@ using Host = test::SceneHost<test::FailingHost>;
 /// Puts level and threads back at the end of a test.
 class Settings {
 public:
+    Settings() = default;
+    Settings(const Settings&) = delete;
+    Settings& operator=(const Settings&) = delete;
     ~Settings() {
         setAccelerationLevel(m_level);
         setRenderThreads(m_threads);
@@ -128,7 +131,8 @@ Outcome draw(const Case& c, RasterFormat format, RowLayout layout) {
 
 bool sameBytes(const RasterInfo& a, const RasterInfo& b) {
     for (int y = 0; y < a.height; ++y) {
-        const auto size = static_cast<std::size_t>(a.width * a.bytesPerPixel);
+        const auto size =
+            static_cast<std::size_t>(a.width) * static_cast<std::size_t>(a.bytesPerPixel);
         if (std::memcmp(a.row(y), b.row(y), size) != 0) {
             return false;
         }
