@@ -57,10 +57,11 @@ private:
     return !std::less<>()(beginA, endB) || !std::less<>()(beginB, endA);
 }
 
-/// Draws all samples of a planned frame. 0, or the first error or abort code.
+/// Draws all samples of a planned frame. 0, or the first error or abort code; 1 for an exception,
+/// so that what was drawn until then is left as it would be after an error.
 template<class P>
 int drawSamples(const StrokeFrame& frame, const SamplePlan& plan, LayerPainter<P>& painter,
-                double* opacity) {
+                double* opacity) try {
     StampingSpanRenderer renderer(frame.host, painter.width(), painter.height(), painter);
     FrameChords chords(frame.host);
     AnimatedParameters p = frame.now;
@@ -77,6 +78,8 @@ int drawSamples(const StrokeFrame& frame, const SamplePlan& plan, LayerPainter<P
         painter.endSample();
     }
     return 0;
+} catch (...) {
+    return 1; // as the frame does
 }
 
 /// Renders a frame band by band: the same bytes, errors and calls of the host as those of
@@ -104,19 +107,18 @@ std::optional<int> renderInBands(PluginHost_API* host, const AlphaHandling& alph
     }
     int error = 0;
     const SamplePlan plan = frame.planSamples(&error);
-    std::optional<PluginRasterProxy> sample;
+    PluginRasterProxy sample(host, nullptr, false, true);
     if (error == 0 && plan.blur) {
-        sample.emplace(host, allocSample(host, output), true, true);
-        if (sample->getImpl() == nullptr) {
-            error = 1;
-        } else {
-            rasters.sample = describeRaster(host, sample->getImpl());
-            if (!canPairRows(rasters.sample, rasters.output, pixelBytes)) {
-                return std::nullopt;
-            }
+        sample.setRaster(allocSample(host, output), true);
+        error = sample.getImpl() == nullptr ? 1 : 0;
+    }
+    if (sample.getImpl() != nullptr) {
+        rasters.sample = describeRaster(host, sample.getImpl());
+        if (!canPairRows(rasters.sample, rasters.output, pixelBytes)) {
+            return std::nullopt;
         }
     }
-    LayerPainter<P> painter(rasters, alpha, rowKernels<P>(accelerationLevel()), *stamps);
+    LayerPainter<P> painter(rasters, alpha, rowKernels<P>(), *stamps);
     double opacity = frame.opacity();
     if (error == 0) {
         error = drawSamples(frame, plan, painter, &opacity);

@@ -105,7 +105,7 @@ void LayerPainter<P>::leave(const AnimatedParameters& fallback, bool showUnfinis
     }
     paintBatch(nullptr);
     const std::vector<Mask>& drawn = m_samples == 0 ? m_touched : m_settled;
-    const Pixel& ground = m_samples == 0 ? fillPixel<P>(fallback) : m_mean;
+    const Pixel ground = m_samples == 0 ? fillPixel<P>(fallback) : m_mean;
     for (int y = 0; y < m_rasters.output.height; ++y) {
         const bool keep = m_samples > 0 || showUnfinished;
         const Mask open =

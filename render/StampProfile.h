@@ -82,8 +82,8 @@ void stampPixels(unsigned char* row, int pixelBytes, const PlacedStamp& stamp, i
     const double outer2 = stamp.brush.outer * stamp.brush.outer;
     const double dy = y - stamp.y;
     for (int i = left; i <= right; ++i) {
-        T& alpha = reinterpret_cast<T*>(row + static_cast<std::ptrdiff_t>(i) *
-                                                  pixelBytes)[P::FORMAT::alpha];
+        unsigned char* const pixel = row + static_cast<std::ptrdiff_t>(i) * pixelBytes;
+        T& alpha = reinterpret_cast<T*>(pixel)[P::FORMAT::alpha];
         const double dx = i - stamp.x;
         const double q = dx * dx + dy * dy;
         if (alpha != full && !(q > outer2)) {

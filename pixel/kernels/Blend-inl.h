@@ -52,8 +52,15 @@ HWY_INLINE VectorIn<A> stored(VectorIn<A> v) {
     return A::quantise(A::clampOverflow(A::clampUnderflow(v)));
 }
 
+/// Neighbours mostly agree, and then there is nothing to select.
 template<class A>
 HWY_INLINE Pixels<A> select(MaskIn<A> mask, const Pixels<A>& yes, const Pixels<A>& no) {
+    if (hn::AllTrue(A::tag, mask)) {
+        return yes;
+    }
+    if (hn::AllFalse(A::tag, mask)) {
+        return no;
+    }
     return {hn::IfThenElse(mask, yes.r, no.r), hn::IfThenElse(mask, yes.g, no.g),
             hn::IfThenElse(mask, yes.b, no.b), hn::IfThenElse(mask, yes.a, no.a)};
 }

@@ -9,7 +9,10 @@
 
 #include "pixel/kernels/PixelVectors-inl.h"
 
+#include <hwy/cache_control.h>
+
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 HWY_BEFORE_NAMESPACE();
@@ -32,6 +35,14 @@ private:
     T m_block[componentsPerPixel * PIXELS_AT_ONCE];
     std::size_t m_bytes;
 };
+
+/// Fetches what lies a little ahead in memory into the cache. Worth while where a row is only
+/// written: the processor itself sees too late what stores will need.
+template<typename T>
+HWY_INLINE void fetchAhead(const T* row) {
+    constexpr std::uintptr_t bytes = 1024;
+    hwy::Prefetch(reinterpret_cast<const T*>(reinterpret_cast<std::uintptr_t>(row) + bytes));
+}
 
 /// Calls `kernel(block)` for the blocks of a row.
 template<typename T, class Kernel>

@@ -155,6 +155,7 @@ struct ColourKernels {
         const auto vector = hn::Load(tag, pattern);
         const int step = static_cast<int>(hn::Lanes(tag)) / componentsPerPixel;
         for (; pixels >= step; pixels -= step) {
+            fetchAhead(row);
             hn::StoreU(vector, tag, row);
             row += componentsPerPixel * step;
         }

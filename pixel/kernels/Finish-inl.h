@@ -27,10 +27,15 @@ struct UntouchedBlock {
             }
         }
         const PixelsOf<P> p = unPremultiplied(loadPixels<P>(input));
-        PixelsOf<P> c = p;
-        c.a = stored<A>(hn::Sub(p.a, A::multiply(hn::Zero(A::tag), p.a)));
-        storePixels<P>(input, premultiplied(p));
-        storePixels<P>(layer, premultiplied(c));
+        const PixelsOf<P> finished = premultiplied(p);
+        storePixels<P>(input, finished);
+        if constexpr (A::whole) {
+            storePixels<P>(layer, finished);
+        } else {
+            // An infinite alpha becomes NaN in the layer.
+            const auto alpha = hn::Sub(p.a, A::multiply(hn::Zero(A::tag), p.a));
+            storePixels<P>(layer, premultiplied<A>({p.r, p.g, p.b, alpha}));
+        }
     }
 
 private:
@@ -141,7 +146,14 @@ struct FinishKernels {
     using T = typename P::Component;
 
     static void finishUntouched(T* input, T* layer, int pixels) {
-        forEachBlock(UntouchedBlock<P>(), input, layer, pixels);
+        constexpr UntouchedBlock<P> kernel;
+        for (; pixels >= PIXELS_AT_ONCE; pixels -= PIXELS_AT_ONCE) {
+            fetchAhead(layer);
+            kernel(input, layer);
+            input += componentsPerPixel * PIXELS_AT_ONCE;
+            layer += componentsPerPixel * PIXELS_AT_ONCE;
+        }
+        forEachBlock(kernel, input, layer, pixels);
     }
 
     static void finishInFront(T* input, T* layer, int pixels, float opacity) {

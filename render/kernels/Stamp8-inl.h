@@ -17,8 +17,7 @@
 #include <cstdint>
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
@@ -73,9 +72,9 @@ private:
     static double squareRoot(double q) { return std::sqrt(q); }
 
     // In units of the last place of a single-precision number: the distance from the centre is off
-    // by 6 r + 16 and the difference to the outer radius by 3 r more, which the slope of the ring, at
-    // most 1.5 k, carries into the cover. The rest is the rounding of the factors and of the sum.
-    // Fused multiplications round less often; either way is within the bound.
+    // by 6 r + 16 and the difference to the outer radius by 3 r more, which the slope of the ring,
+    // at most 1.5 k, carries into the cover. The rest is the rounding of the factors and of the
+    // sum. Fused multiplications round less often; either way is within the bound.
     static double errorBound(const BrushProfile& brush) {
         constexpr double unit = 255.0 / 16777216.0;
         return unit * (brush.ringScale * (13 * brush.outer + 26) + 20);
@@ -187,19 +186,27 @@ private:
             paintAgain(row, spans.first + k, stamp, start, again);
         };
 
+        forEachVector(spans, solidIsFilled, lanes, paintVector);
+    }
+
+    /// Calls `visit(row, pixel, last)` for the vectors on both sides of what is solid. Where that
+    /// is filled a vector may reach into it and beyond.
+    template<class Visit>
+    static HWY_INLINE void forEachVector(const StampSpans& spans, bool solidIsFilled, int lanes,
+                                         const Visit& visit) {
         constexpr int unlimited = std::numeric_limits<int>::max() - 1;
         for (int k = 0; k < spans.count; ++k) {
             const bool solid = spans.solidLeft[k] <= spans.solidRight[k];
             const int last = solid ? spans.solidLeft[k] - 1 : spans.right[k];
             int i = spans.left[k];
             for (; i <= last; i += lanes) {
-                paintVector(k, i, solid && !solidIsFilled ? last : unlimited);
+                visit(k, i, solid && !solidIsFilled ? last : unlimited);
             }
             if (solid) {
                 const int next = spans.solidRight[k] + 1;
                 for (i = solidIsFilled ? std::max(i, next) : next; i <= spans.right[k];
                      i += lanes) {
-                    paintVector(k, i, unlimited);
+                    visit(k, i, unlimited);
                 }
             }
         }
@@ -216,12 +223,11 @@ private:
         }
     }
 
-    double m_amount = -1.0;                  // of the stamps that the table stands for
-    std::array<std::uint32_t, 256> m_alphas; // what full cover makes of each alpha
+    double m_amount = -1.0;                    // of the stamps that the table stands for
+    std::array<std::uint32_t, 256> m_alphas{}; // what full cover makes of each alpha
 };
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

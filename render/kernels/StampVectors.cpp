@@ -12,8 +12,7 @@
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 /// Paints stamps with the solid parts of the next few ahead of each: most of the soft ring of a
 /// stamp within a stroke is opaque then, and passed over.
@@ -58,8 +57,7 @@ void enter(P, const StampKernels** kernels) {
     }
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE

@@ -18,6 +18,9 @@ using Host = test::SceneHost<test::FailingHost>;
 /// Puts level and threads back at the end of a test.
 class Settings {
 public:
+    Settings() = default;
+    Settings(const Settings&) = delete;
+    Settings& operator=(const Settings&) = delete;
     ~Settings() {
         setAccelerationLevel(m_level);
         setRenderThreads(m_threads);
@@ -55,7 +58,7 @@ const Case CASES[] = {
          s.set(PARAM_FEATHER, 60).set(PARAM_TRANSFER_MODE, 0);
      }},
     {"more stamps than are gathered",
-     [](Scene& s) { s.set(PARAM_THICKNESS, 2).set(PARAM_ADJUST_STEP, 2); }},
+     [](Scene& s) { s.set(PARAM_THICKNESS, 1).set(PARAM_ADJUST_STEP, 6); }},
     {"fading away from the camera",
      [](Scene& s) {
          s.set(PARAM_ENABLE_REPEATER, 1).set(PARAM_INSTANCES, 4).set(PARAM_REPEATER_ROTATION_Y, 20);
@@ -81,22 +84,23 @@ const Case CASES[] = {
     {"blurred, more stamps than are gathered",
      [](Scene& s) {
          moving(s);
-         s.set(PARAM_THICKNESS, 2).set(PARAM_ADJUST_STEP, 5);
+         s.set(PARAM_THICKNESS, 1).set(PARAM_ADJUST_STEP, 12);
      }},
     {"aborted", [](Scene& s) { s.set(PARAM_THICKNESS, 20); },
      [](Host& host) { host.abortAtCall = 4; }, 42},
     {"aborted after many stamps",
-     [](Scene& s) { s.set(PARAM_THICKNESS, 2).set(PARAM_ADJUST_STEP, 2); },
-     [](Host& host) { host.abortAtCall = 250; }, 42},
+     [](Scene& s) { s.set(PARAM_THICKNESS, 1).set(PARAM_ADJUST_STEP, 6); },
+     [](Host& host) { host.abortAtCall = 150; }, 42},
     {"aborted in the first sample", moving, [](Host& host) { host.abortAtCall = 3; }, 42},
     {"aborted in a later sample", moving, [](Host& host) { host.abortAtCall = 25; }, 42},
     {"aborted in a later sample after many stamps",
      [](Scene& s) {
          moving(s);
-         s.set(PARAM_THICKNESS, 2).set(PARAM_ADJUST_STEP, 5);
+         s.set(PARAM_THICKNESS, 1).set(PARAM_ADJUST_STEP, 12);
      },
-     [](Host& host) { host.abortAtCall = 700; }, 42},
+     [](Host& host) { host.abortAtCall = 450; }, 42},
     {"without a raster for samples", moving, [](Host& host) { host.allocFails = true; }, 1},
+    {"throwing", [](Scene&) {}, [](Host& host) { host.mathsThrows = true; }, 1},
     {"without memory", [](Scene&) {}, [](Host& host) { host.memoryFails = true; }, 1},
 };
 
@@ -127,7 +131,8 @@ Outcome draw(const Case& c, RasterFormat format, RowLayout layout) {
 
 bool sameBytes(const RasterInfo& a, const RasterInfo& b) {
     for (int y = 0; y < a.height; ++y) {
-        const auto size = static_cast<std::size_t>(a.width * a.bytesPerPixel);
+        const auto size =
+            static_cast<std::size_t>(a.width) * static_cast<std::size_t>(a.bytesPerPixel);
         if (std::memcmp(a.row(y), b.row(y), size) != 0) {
             return false;
         }

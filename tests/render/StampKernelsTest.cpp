@@ -50,7 +50,8 @@ public:
     }
     [[nodiscard]] const RasterInfo& info() const { return m_image.info(); }
     [[nodiscard]] testing::AssertionResult isSameAs(const Picture& other) const {
-        const auto bytes = static_cast<std::size_t>(info().width * info().bytesPerPixel);
+        const auto bytes =
+            static_cast<std::size_t>(info().width) * static_cast<std::size_t>(info().bytesPerPixel);
         for (int y = 0; y < info().height; ++y) {
             if (std::memcmp(info().row(y), other.info().row(y), bytes) != 0) {
                 return testing::AssertionFailure() << "row " << y << " differs";
@@ -89,12 +90,14 @@ protected:
             }
         }
         const int middle = raster.height / 3;
-        for (const auto& [first, last] : {std::pair{0, middle}, {middle + 1, raster.height - 1}}) {
+        const StampRows upper{raster.data, raster.rowBytes, raster.width, 0, middle};
+        const StampRows lower{raster.data, raster.rowBytes, raster.width, middle + 1,
+                              raster.height - 1};
+        for (const StampRows& rows : {upper, lower}) {
             std::vector<std::uint32_t> reaching;
             std::copy_if(order.begin(), order.end(), std::back_inserter(reaching), [&](auto i) {
-                return placed[i].box.top <= last && placed[i].box.bottom >= first;
+                return placed[i].box.top <= rows.last && placed[i].box.bottom >= rows.first;
             });
-            const StampRows rows{raster.data, raster.rowBytes, raster.width, first, last};
             stampKernels<P>(level)->paint(rows, placed.data(), reaching, solidFirst);
         }
     }
