@@ -6,7 +6,7 @@
 #include "render/AnimatedParameters.h"
 #include "render/RowBlocks.h"
 #include "render/StampBatch.h"
-#include "render/kernels/StampKernels.h"
+#include "render/StampKernels.h"
 
 #include <array>
 #include <cstddef>

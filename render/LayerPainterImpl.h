@@ -2,7 +2,7 @@
 
 #include "render/LayerPainter.h"
 
-#include "render/Bands.h"
+#include "render/BandsImpl.h"
 #include "render/Units.h"
 
 #include <algorithm>

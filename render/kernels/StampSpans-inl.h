@@ -7,7 +7,7 @@
 #define ORBEL_STAMP_SPANS_INL_H
 #endif
 
-#include "render/kernels/StampKernels.h"
+#include "render/StampKernels.h"
 
 #include <hwy/highway.h>
 

@@ -1,4 +1,4 @@
-#include "render/kernels/StampKernels.h"
+#include "render/StampKernels.h"
 
 #include "pixel/Acceleration.h"
 #include "render/StrokeRasteriserImpl.h"

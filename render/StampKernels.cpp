@@ -1,4 +1,4 @@
-#include "render/kernels/StampKernels.h"
+#include "render/StampKernels.h"
 
 #include <cmath>
 
