@@ -14,8 +14,7 @@
 #include <type_traits>
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 /// The vectors of a pixel format.
 template<typename P>
@@ -55,8 +54,7 @@ HWY_INLINE void storePixels(typename P::Component* row, const PixelsOf<P>& pixel
     VectorOf<P>::store(row, v);
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

@@ -13,8 +13,7 @@
 #include <cstdint>
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 constexpr bool divisionGivesTheSame() {
     for (int c = 0; c <= 255; ++c) {
@@ -124,8 +123,7 @@ struct Vector8 {
     }
 };
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

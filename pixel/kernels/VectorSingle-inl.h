@@ -10,11 +10,11 @@
 
 #include "pixel/kernels/Lanes-inl.h"
 
+#include <cstddef>
 #include <cstdint>
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 /// What the two formats with accumulators in single precision share.
 struct VectorSingle {
@@ -129,12 +129,12 @@ struct Vector32 : VectorSingle {
     }
     static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) {
         for (int i = 0; i < 4; ++i) {
-            v[i] = hn::LoadU(tag, row + i * PIXELS_AT_ONCE);
+            v[i] = hn::LoadU(tag, row + std::ptrdiff_t{i} * PIXELS_AT_ONCE);
         }
     }
     static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) {
         for (int i = 0; i < 4; ++i) {
-            hn::StoreU(v[i], tag, row + i * PIXELS_AT_ONCE);
+            hn::StoreU(v[i], tag, row + std::ptrdiff_t{i} * PIXELS_AT_ONCE);
         }
     }
 
@@ -170,8 +170,7 @@ private:
     }
 };
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif
