@@ -35,12 +35,12 @@ int processors() {
 #endif
 }
 
-std::atomic<int>& level() {
+std::atomic<int>& levelInUse() {
     static std::atomic<int> value{bestAccelerationLevel()};
     return value;
 }
 
-std::atomic<int>& threads() {
+std::atomic<int>& threadsInUse() {
     static std::atomic<int> value{processors()};
     return value;
 }
@@ -53,24 +53,25 @@ int bestAccelerationLevel() {
 }
 
 int accelerationLevel() {
-    return level().load(std::memory_order_relaxed);
+    return levelInUse().load(std::memory_order_relaxed);
 }
 
-void setAccelerationLevel(int value) {
-    level().store(std::clamp(value, ACCELERATION_NONE, bestAccelerationLevel()),
-                  std::memory_order_relaxed);
+void setAccelerationLevel(int level) {
+    levelInUse().store(std::clamp(level, ACCELERATION_NONE, bestAccelerationLevel()),
+                       std::memory_order_relaxed);
 }
 
 int renderThreads() {
-    return threads().load(std::memory_order_relaxed);
+    return threadsInUse().load(std::memory_order_relaxed);
 }
 
-void setRenderThreads(int value) {
+void setRenderThreads(int threads) {
 #if ORBEL_HAVE_TASKS
     constexpr int most = 256;
-    threads().store(value > 0 ? std::min(value, most) : processors(), std::memory_order_relaxed);
+    threadsInUse().store(threads > 0 ? std::min(threads, most) : processors(),
+                         std::memory_order_relaxed);
 #else
-    static_cast<void>(value);
+    static_cast<void>(threads);
 #endif
 }
 

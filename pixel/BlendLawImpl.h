@@ -191,14 +191,17 @@ void blendImagesRow(const T* from, T* to, std::ptrdiff_t components, float amoun
 template<typename P>
 using CompositeRow = typename RowKernels<P>::Composite;
 
-/// The steps of finishing a row, one after another; `composite` may be null.
+/// What a code without a mode does.
+template<typename P>
+void compositeNothing(const typename P::Component*, const typename P::Component*,
+                      typename P::Component*, int, float, float) {}
+
+/// The steps of finishing a row, one after another.
 template<typename P, CompositeRow<P> composite>
 void finishRow(typename P::Component* input, typename P::Component* layer, int pixels,
                float opacity) {
     ColourLaw<P>::unPremult(input, pixels);
-    if constexpr (composite != nullptr) {
-        composite(layer, input, layer, pixels, opacity, 1.0F);
-    }
+    composite(layer, input, layer, pixels, opacity, 1.0F);
     ColourLaw<P>::premult(input, pixels);
     ColourLaw<P>::premult(layer, pixels);
 }

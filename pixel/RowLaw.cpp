@@ -56,7 +56,7 @@ constexpr RowKernels<P> makeLaw() {
     table.multiplyAlpha = &Law::multiplyAlpha;
     table.hslModulate = &Law::hslModulate;
     table.blendImages = &blendImagesRow<typename P::Component>;
-    table.finish.fill(&finishRow<P, nullptr>);
+    table.finish.fill(&finishRow<P, &compositeNothing<P>>);
     table.finishUntouched = &finishUntouchedRow<P>;
     enterModes(table);
     return table;

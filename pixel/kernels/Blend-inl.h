@@ -14,8 +14,7 @@
 #include "pixel/kernels/Modes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 template<class A>
 using MaskIn = hn::Mask<typename A::D>;
@@ -182,8 +181,7 @@ HWY_INLINE Pixels<A> combinedBehind(const Pixels<A>& back, const Pixels<A>& fron
     return select<A>(hn::Eq(d.a, A::maximum()), front, c);
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

@@ -16,8 +16,7 @@
 #include <cstring>
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 /// A block of its own for what is left of a row, filled up with zeros.
 template<typename T>
@@ -92,8 +91,7 @@ HWY_INLINE void forEachBlock(const Kernel& kernel, const T* a, const T* b, T* ou
     }
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

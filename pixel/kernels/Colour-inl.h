@@ -11,8 +11,7 @@
 #include "pixel/kernels/BlockWalk-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 template<class A>
 HWY_INLINE bool isOpaque(const Pixels<A>& p) {
@@ -201,8 +200,7 @@ struct ColourKernels {
     }
 };
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

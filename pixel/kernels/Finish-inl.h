@@ -11,8 +11,7 @@
 #include "pixel/kernels/Modulate-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 /// The finish of pixels that the layer leaves alone.
 template<typename P>
@@ -121,6 +120,11 @@ struct CompositeKernel {
     }
 };
 
+/// Leaves the layer as it is.
+template<typename P>
+void compositeNothing(const typename P::Component*, const typename P::Component*,
+                      typename P::Component*, int, float, float) {}
+
 /// The steps of finishing one after another, for as many pixels as stay in the nearest cache.
 template<typename P, typename RowKernels<P>::Composite composite>
 void finishInSteps(typename P::Component* input, typename P::Component* layer, int pixels,
@@ -130,9 +134,7 @@ void finishInSteps(typename P::Component* input, typename P::Component* layer, i
     while (pixels > 0) {
         const int now = HWY_MIN(pixels, most);
         Colours::unPremult(input, now);
-        if constexpr (composite != nullptr) {
-            composite(layer, input, layer, now, opacity, 1.0F);
-        }
+        composite(layer, input, layer, now, opacity, 1.0F);
         Colours::premult(input, now);
         Colours::premult(layer, now);
         input += componentsPerPixel * now;
@@ -186,7 +188,7 @@ void enterMode(RowKernels<P>& table) {
 
 template<typename P>
 void enterModes(RowKernels<P>& table) {
-    table.finish.fill(&finishInSteps<P, nullptr>);
+    table.finish.fill(&finishInSteps<P, &compositeNothing<P>>);
     enterComposite<P, 1, BehindBlock<P>>(table);
     enterMode<P, 2, InFront>(table);
     table.finish[2] = &FinishKernels<P>::finishInFront;
@@ -219,8 +221,7 @@ void enterModes(RowKernels<P>& table) {
     }
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

@@ -8,11 +8,10 @@
 #define ORBEL_HUE_INL_H
 #endif
 
-#include "pixel/kernels/PixelVectors-inl.h"
+#include "pixel/kernels/Lanes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 HWY_INLINE FloatV single(float value) {
     return hn::Set(Floats(), value);
@@ -107,8 +106,7 @@ HWY_INLINE Triple rgbOf(FloatV h, FloatV s, FloatV l) {
             hn::IfThenElse(darken, hn::Mul(c.z, scale), lightened(c.z, darkness, room))};
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

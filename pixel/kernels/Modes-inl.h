@@ -13,8 +13,7 @@
 #include "pixel/kernels/Hue-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 enum class ModeKind { CHANNEL, FINISHING, HSL };
 
@@ -169,8 +168,7 @@ struct Luma : HslMode {
     }
 };
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif

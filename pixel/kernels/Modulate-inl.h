@@ -12,8 +12,7 @@
 #include "pixel/kernels/Hue-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace orbel {
-namespace HWY_NAMESPACE {
+namespace orbel::HWY_NAMESPACE {
 
 using Doubles = hn::Repartition<double, Floats>;
 using HalfFloats = hn::Half<Floats>;
@@ -159,8 +158,7 @@ void hslModulate(typename P::Component* row, int pixels, const HslAmounts& amoun
     forEachBlock(ModulateBlock<P>{amounts}, row, pixels);
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace orbel
+} // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #endif
