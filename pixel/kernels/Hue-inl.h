@@ -8,7 +8,7 @@
 #define ORBEL_HUE_INL_H
 #endif
 
-#include "pixel/kernels/PixelVectors-inl.h"
+#include "pixel/kernels/Lanes-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace orbel {
