@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #if ORBEL_HAVE_TASKS
-#include <oneapi/tbb/global_control.h>
-#include <oneapi/tbb/info.h>
-#include <oneapi/tbb/parallel_for.h>
-#include <oneapi/tbb/task_arena.h>
+#include <tbb/global_control.h>
+#include <tbb/info.h>
+#include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
 
 #include <optional>
 #endif
@@ -20,7 +20,6 @@ namespace orbel {
 template<class Work>
 void forEachBand(int bands, const Work& work) {
 #if ORBEL_HAVE_TASKS
-    namespace tbb = oneapi::tbb;
     if (const int threads = std::min(renderThreads(), bands); threads > 1) {
         // More threads than processors have to be asked for in particular.
         std::optional<tbb::global_control> more;
