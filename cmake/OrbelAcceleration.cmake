@@ -37,3 +37,17 @@ function(orbel_accelerate target)
         target_link_libraries(${target} PRIVATE TBB::tbb)
     endif()
 endfunction()
+
+# Adds units of vector kernels, if there are to be any. Everything in them is inlined into a few long
+# functions, for which the check of variables out of scope alone takes minutes to compile.
+function(orbel_add_kernels target)
+    if(NOT ORBEL_HAVE_HIGHWAY)
+        return()
+    endif()
+    target_sources(${target} PRIVATE ${ARGN})
+    if(ORBEL_SANITIZE MATCHES "address")
+        set_source_files_properties(
+            ${ARGN} TARGET_DIRECTORY ${target}
+            PROPERTIES COMPILE_OPTIONS -fno-sanitize-address-use-after-scope)
+    endif()
+endfunction()
