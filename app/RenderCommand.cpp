@@ -9,6 +9,7 @@
 #include "app/ShapeFolder.h"
 #include "app/media/MediaError.h"
 #include "app/media/OutputTarget.h"
+#include "pixel/Acceleration.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -147,6 +148,7 @@ public:
                         : std::max(1, static_cast<int>(std::thread::hardware_concurrency()))) {}
 
     int run() {
+        setRenderThreads(m_threads);
         prepareShapeTable();
         Problems problems;
         const std::optional<Scene> scene = describedScene(m_options, &problems);
