@@ -10,6 +10,7 @@
 #include "pixel/PixelTraits.h"
 #include "pixel/kernels/Lanes-inl.h"
 
+#include <bit>
 #include <cstdint>
 
 HWY_BEFORE_NAMESPACE();
@@ -40,6 +41,7 @@ struct Vector8 {
     static HWY_INLINE V maximum() { return constant(255); }
     static HWY_INLINE V half() { return constant(127); }
 
+    static_assert(std::endian::native == std::endian::little);
     static HWY_INLINE void load(const T* row, V (&v)[4]) {
         const auto bytes = hn::LoadU(hn::Repartition<T, Words>(), row);
         const WordV pixels = hn::BitCast(Words(), bytes);

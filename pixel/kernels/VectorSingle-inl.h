@@ -10,6 +10,7 @@
 
 #include "pixel/kernels/Lanes-inl.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -39,6 +40,7 @@ private:
 
 // Within: opacities between 0 and 1, so that neither NaN nor infinity comes up.
 struct Vector16 : VectorSingle {
+    static_assert(std::endian::native == std::endian::little);
     using T = std::uint16_t;
     using Divider = PlainDivider<Vector16>;
     static constexpr bool whole = true;

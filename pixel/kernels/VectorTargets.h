@@ -3,9 +3,19 @@
 // The targets that vector code is made for, one per level of acceleration. To be included before
 // any other header of Highway.
 
-// What runs where none of them can is the scalar law, not Highway's own fallback.
+#include <hwy/detect_compiler_arch.h>
+
+// Division on 32-bit ARM is only an estimate.
+#if HWY_ARCH_ARM_V7
+#define ORBEL_INEXACT_TARGETS HWY_NEON
+#else
+#define ORBEL_INEXACT_TARGETS 0
+#endif
+
+// What runs where no target can is the scalar law, not Highway's own fallback.
 #define HWY_DISABLED_TARGETS                                                                       \
-    (HWY_SSSE3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128)
+    (HWY_SSSE3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 |                   \
+     ORBEL_INEXACT_TARGETS)
 #include <hwy/detect_targets.h>
 
 #if HWY_TARGETS & HWY_SSE4

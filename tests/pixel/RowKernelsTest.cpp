@@ -1,12 +1,8 @@
 #include "pixel/RowKernels.h"
 
 #include "pixel/Acceleration.h"
-#include "pixel/ColourOps.h"
-#include "pixel/TransferModes.h"
-#include "tests/pixel/PixelTestSupport.h"
+#include "tests/pixel/RowTestSupport.h"
 
-#include <algorithm>
-#include <cmath>
 #include <functional>
 #include <string>
 
@@ -14,86 +10,6 @@ namespace orbel::test {
 namespace {
 
 constexpr int longestRow = 67;
-
-/// The same bytes. Any NaN will do for another: compilers may swap the operands of a sum, and with
-/// them which NaN comes out.
-template<typename T>
-bool sameComponents(const T* a, const T* b, std::size_t count) {
-    if (std::memcmp(a, b, count * sizeof(T)) == 0) {
-        return true;
-    }
-    return std::equal(a, a + count, b, [](T x, T y) {
-        if constexpr (std::is_floating_point_v<T>) {
-            return (std::isnan(x) && std::isnan(y)) || std::memcmp(&x, &y, sizeof(T)) == 0;
-        } else {
-            return x == y;
-        }
-    });
-}
-
-/// A row of pixels amid guard components, anywhere in memory.
-template<typename T>
-class GuardedRow {
-public:
-    GuardedRow(const std::vector<Rgba<T>>& pixels, std::size_t first, int count, int offset)
-        : m_begin(static_cast<std::size_t>(offset) + margin),
-          m_count(static_cast<std::size_t>(count) * 4),
-          m_components(m_begin + m_count + margin, guard()) {
-        for (std::size_t i = 0; i < m_count / 4; ++i) {
-            const auto& pixel = pixels[(first + i) % pixels.size()];
-            std::copy(pixel.begin(), pixel.end(), data() + 4 * i);
-        }
-    }
-    T* data() { return m_components.data() + m_begin; }
-    const T* pixel(std::size_t i) const { return m_components.data() + m_begin + 4 * i; }
-    bool guardsIntact() const {
-        const auto isGuard = [](T c) { return c == guard(); };
-        const auto end = m_components.begin();
-        const auto begin = static_cast<std::ptrdiff_t>(m_begin);
-        return std::all_of(end, end + begin, isGuard) &&
-               std::all_of(end + begin + static_cast<std::ptrdiff_t>(m_count), m_components.end(),
-                           isGuard);
-    }
-    bool sameAs(const GuardedRow& other) const {
-        return sameComponents(pixel(0), other.pixel(0), m_count);
-    }
-
-private:
-    static constexpr std::size_t margin = 64;
-    static constexpr T guard() { return static_cast<T>(77); }
-
-    std::size_t m_begin;
-    std::size_t m_count;
-    std::vector<T> m_components;
-};
-
-/// Any bytes at all; of floats, any bit patterns.
-template<typename P>
-std::vector<Rgba<typename P::Component>> anyPixels(std::size_t count, unsigned seed) {
-    std::mt19937 engine(seed);
-    std::vector<Rgba<typename P::Component>> pixels(count);
-    auto* const bytes = reinterpret_cast<unsigned char*>(pixels.data());
-    std::generate(bytes, bytes + count * sizeof(pixels[0]),
-                  [&] { return static_cast<unsigned char>(engine()); });
-    return pixels;
-}
-
-template<typename P>
-std::vector<Rgba<typename P::Component>> testPixels(unsigned seed) {
-    auto pixels = randomPixels<P>(3000, seed);
-    for (const auto& more : {anyPixels<P>(600, seed), wildPixels<P>()}) {
-        pixels.insert(pixels.end(), more.begin(), more.end());
-    }
-    std::mt19937 engine(seed);
-    // Now and then runs of pixels of one alpha, which kernels may treat in a way of their own.
-    for (std::size_t start = 0; start + 100 < pixels.size(); start += 200) {
-        const auto alpha = pixels[start + engine() % 100][P::FORMAT::alpha];
-        for (std::size_t i = 0; i < 70; ++i) {
-            pixels[start + i][P::FORMAT::alpha] = alpha;
-        }
-    }
-    return pixels;
-}
 
 /// What a kernel does to two rows; it may leave the second alone.
 template<typename P>
@@ -275,67 +191,6 @@ TYPED_TEST(RowKernelsTest, untouchedPixelsAreFinishedAsOthers) {
     }
 }
 
-/// The level in use for the length of a test.
-class LevelGuard {
-public:
-    LevelGuard() = default;
-    ~LevelGuard() { setAccelerationLevel(m_level); }
-    LevelGuard(const LevelGuard&) = delete;
-    LevelGuard& operator=(const LevelGuard&) = delete;
-
-private:
-    int m_level = accelerationLevel();
-};
-
-/// Every pass over whole rasters, one after another; `second` of another size than `first`.
-template<typename P>
-void runPasses(PluginHost_API* host, PluginRaster_API* first, PluginRaster_API* second) {
-    using T = typename P::Component;
-    using W = typename P::Wide;
-    using F = typename P::Float;
-    using O = typename P::FORMAT;
-    UnPremult<P, T, W, F, O>(P{}, host, first);
-    HSLModulate<P, T, W, F, O>(P{}, host, first, 0.2, 0.3, 0.1);
-    BlendImages<P, T, W, F, O>(P{}, host, 0.3F, first, second);
-    for (int code = 0; code < 40; ++code) {
-        TransferComposite<P, T, W, F, O>(P{}, T{}, W{}, F{}, O{}, host, code, 0.8, 0.9, first,
-                                         second, code % 2 == 0 ? first : second, false,
-                                         code % 5 == 0, true);
-    }
-    MultiplyAlpha<P, T, W, F, O>(P{}, host, 0.9F, second);
-    Premult<P, T, W, F, O>(P{}, host, second);
-}
-
-TYPED_TEST(RowKernelsTest, rastersOfEveryLayoutFollowTheLaw) {
-    using P = TypeParam;
-    const LevelGuard guard;
-    RasterHost host;
-    const auto run = [&](int level, RowLayout layout, GuardedImage<P>& a, GuardedImage<P>& b) {
-        setAccelerationLevel(level);
-        ASSERT_EQ(accelerationLevel(), level);
-        a.fillFrom({this->m_first.begin(), this->m_first.begin() + 37 * 11});
-        b.fillFrom({this->m_second.begin(), this->m_second.begin() + 33 * 13});
-        runPasses<P>(host.get(), a.raster(), b.raster());
-        EXPECT_TRUE(a.guardsIntact() && b.guardsIntact())
-            << layout.padding << ' ' << layout.bottomUp << " at level " << level;
-    };
-    for (const RowLayout layout : rowLayouts) {
-        GuardedImage<P> lawA(37, 11, layout);
-        GuardedImage<P> lawB(33, 13, layout);
-        run(0, layout, lawA, lawB);
-        for (int level = 1; level <= bestAccelerationLevel(); ++level) {
-            GuardedImage<P> a(37, 11, layout);
-            GuardedImage<P> b(33, 13, layout);
-            run(level, layout, a, b);
-            const auto same = [](const auto& x, const auto& y) {
-                return sameComponents(x[0].data(), y[0].data(), 4 * x.size());
-            };
-            EXPECT_TRUE(same(a.pixels(), lawA.pixels()) && same(b.pixels(), lawB.pixels()))
-                << layout.padding << ' ' << layout.bottomUp << " at level " << level;
-        }
-    }
-}
-
 /// Every component with every alpha, as both take part in the divisions of 8-bit pixels.
 TEST(RowKernels8, divisionsOfEveryPairFollowTheLaw) {
     std::vector<Rgba<unsigned char>> pairs;
@@ -354,21 +209,6 @@ TEST(RowKernels8, divisionsOfEveryPairFollowTheLaw) {
         rowKernels<PIXEL_RGBA8>(level).unPremult(actual.data(), count);
         EXPECT_TRUE(actual.sameAs(expected)) << "level " << level;
     }
-}
-
-TEST(Acceleration, settingsAreLimited) {
-    const LevelGuard guard;
-    setAccelerationLevel(-3);
-    EXPECT_EQ(accelerationLevel(), ACCELERATION_NONE);
-    setAccelerationLevel(1000);
-    EXPECT_EQ(accelerationLevel(), bestAccelerationLevel());
-    const int threads = renderThreads();
-    for (const int wanted : {-5, 0, 1, 3, 2000000000}) {
-        setRenderThreads(wanted);
-        EXPECT_GE(renderThreads(), 1) << wanted;
-        EXPECT_LE(renderThreads(), 256) << wanted;
-    }
-    setRenderThreads(threads);
 }
 
 } // namespace
