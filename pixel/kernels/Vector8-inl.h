@@ -72,11 +72,13 @@ struct Vector8 {
     /// Factors of at most 15 bits, of which the second is not negative.
     static HWY_INLINE V multiply(V a, V b) {
         const hn::Repartition<std::int16_t, Ints> shorts;
-        // The upper halves of `b` are 0, and so are their products.
+        // The upper halves of `b` are 0, and so are their products. Where sums lie in between is
+        // the target's own affair, so that rounding has to wait.
         V odd = hn::Zero(tag);
         const V even = hn::ReorderWidenMulAccumulate(tag, hn::BitCast(shorts, a),
-                                                     hn::BitCast(shorts, b), constant(128), odd);
-        return hn::ShiftRight<8>(hn::RearrangeToOddPlusEven(even, odd));
+                                                     hn::BitCast(shorts, b), hn::Zero(tag), odd);
+        const V product = hn::RearrangeToOddPlusEven(even, odd);
+        return hn::ShiftRight<8>(hn::Add(product, constant(128)));
     }
     /// Factors whose product has at most 31 bits.
     static HWY_INLINE V multiplyAny(V a, V b) {
