@@ -33,8 +33,8 @@ int typeOf(const ParameterRow& row) {
 }
 
 std::string explanationOf(const ParameterRow& row) {
-    const std::string range = "0 to 1 stands for " + app::numberText(row.sliderMin) + " to " +
-                              app::numberText(row.sliderMax);
+    std::string range = "0 to 1 stands for " + app::numberText(row.sliderMin) + " to " +
+                        app::numberText(row.sliderMax);
     switch (row.kind) {
     case RowKind::Custom:
         return "An SVG file to draw";
@@ -128,6 +128,7 @@ void giveValue(const Control& control, const ControlValue& value, void* to) {
     switch (control.type) {
     case F0R_PARAM_STRING:
         // The interface has no const, yet the text is not the host's to change.
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
         *static_cast<f0r_param_string*>(to) = const_cast<char*>(value.text.c_str());
         break;
     case F0R_PARAM_COLOR:
