@@ -1,7 +1,6 @@
 #include "app/FrameInput.h"
 
 #include "app/media/PixelConversion.h"
-#include "app/media/ScalePicture.h"
 #include "host/Numeric.h"
 #include "pixel/PixelTraits.h"
 
@@ -95,7 +94,7 @@ void FrameInput::fillFromMedia(const Picture& picture, const MemoryImage& image)
     if (picture.width == info.width && picture.height == info.height) {
         fillRaster(picture, info);
     } else {
-        fillRaster(scalePicture(picture, info.width, info.height), info);
+        fillRaster(m_scaler.scale(picture, info.width, info.height), info);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ScenePlan.h"
+#include "app/media/ScalePicture.h"
 #include "host/memory/MemoryImage.h"
 
 #include <optional>
@@ -19,9 +20,10 @@ public:
 
 private:
     void fillStill(const MemoryImage& image);
-    static void fillFromMedia(const Picture& picture, const MemoryImage& image);
+    void fillFromMedia(const Picture& picture, const MemoryImage& image);
 
     ScenePlan* m_plan;
+    PictureScaler m_scaler;
     std::optional<MemoryImage> m_still; ///< what every frame is a copy of; absent when it moves
 };
 

@@ -1,28 +1,20 @@
 #include "app/RenderPipeline.h"
 
-#include <oneapi/tbb/info.h>
-#include <oneapi/tbb/parallel_pipeline.h>
-#include <oneapi/tbb/task_arena.h>
-
 #include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <semaphore>
+#include <thread>
 
 namespace orbel::app {
 
-namespace {
-
-// Reading, rendering and writing.
-constexpr int stages = 3;
-
-} // namespace
-
-/// A frame on its way.
+/// A frame on its way, or the end of all frames.
 struct RenderPipeline::Job {
     MemoryImage input;
     MemoryImage output;
     long frame = 0;
     bool rendered = false;
+    bool isEnd = false;
 };
 
 /// The state of one rendering. Each stage handles one frame at a time, in order; the first failure
@@ -37,16 +29,19 @@ struct RenderPipeline::Run {
           renderer(pipeline.m_renderer),
           next(plan.frames.first) {}
 
-    /// The next frame with its input; null when there is none.
-    Job* read() {
-        if (stopped || next > plan.frames.last || interrupted()) {
-            return nullptr;
-        }
-        const Stopwatch watch(&result.times.reading);
-        Job& job = jobs[static_cast<std::size_t>(next - plan.frames.first) % jobs.size()];
-        job.frame = next++;
+    /// The jobs are used in turn, by every stage.
+    Job& jobFor(long count) { return jobs[static_cast<std::size_t>(count) % jobs.size()]; }
+
+    /// Makes of a job the next frame with its input, or the end. False at the end.
+    bool read(Job& job) {
         job.rendered = false;
-        return guarded(job.frame, [&] { input.fill(job.frame, job.input); }) ? &job : nullptr;
+        job.isEnd = stopped || next > plan.frames.last || interrupted();
+        if (!job.isEnd) {
+            const Stopwatch watch(&result.times.reading);
+            job.frame = next++;
+            job.isEnd = !guarded(job.frame, [&] { input.fill(job.frame, job.input); });
+        }
+        return !job.isEnd;
     }
 
     void render(Job& job) {
@@ -165,30 +160,58 @@ PipelineResult RenderPipeline::run(const std::vector<std::unique_ptr<MediaWriter
 }
 
 void RenderPipeline::renderAll(Run& run) {
-    namespace tbb = oneapi::tbb;
     if (m_threads == 1) {
-        while (Job* const job = run.read()) {
-            run.render(*job);
-            run.write(*job);
+        for (Job& job = m_jobs.front(); run.read(job);) {
+            run.render(job);
+            run.write(job);
         }
     } else {
-        constexpr auto inOrder = tbb::filter_mode::serial_in_order;
-        const auto read = tbb::make_filter<void, Job*>(inOrder, [&](tbb::flow_control& flow) {
-            Job* const job = run.read();
-            if (job == nullptr) {
-                flow.stop();
+        renderOverlapped(run);
+    }
+}
+
+// Reading and writing have threads of their own beside those that share out a frame, so that none
+// of them ever waits for what another one happens to be doing.
+void RenderPipeline::renderOverlapped(Run& run) {
+    std::counting_semaphore<> unused(static_cast<std::ptrdiff_t>(m_jobs.size()));
+    std::counting_semaphore<> read(0);
+    std::counting_semaphore<> rendered(0);
+    const std::jthread writer([&] {
+        for (long count = 0;; ++count) {
+            rendered.acquire();
+            const Job& job = run.jobFor(count);
+            if (job.isEnd) {
+                break;
             }
-            return job;
-        });
-        const auto render = tbb::make_filter<Job*, Job*>(inOrder, [&](Job* job) {
-            run.render(*job);
-            return job;
-        });
-        const auto write =
-            tbb::make_filter<Job*, void>(inOrder, [&](Job* job) { run.write(*job); });
-        // More workers than processors would only stand in each other's way.
-        tbb::task_arena arena(std::min({m_threads, stages, tbb::info::default_concurrency()}));
-        arena.execute([&] { tbb::parallel_pipeline(m_jobs.size(), read & render & write); });
+            run.write(job);
+            unused.release();
+        }
+    });
+    const auto readAll = [&] {
+        for (long count = 0, more = 1; more != 0; ++count) {
+            unused.acquire();
+            more = run.read(run.jobFor(count)) ? 1 : 0;
+            read.release();
+        }
+    };
+    std::jthread reader;
+    try {
+        reader = std::jthread(readAll);
+    } catch (...) {
+        run.jobFor(0).isEnd = true; // for the writer, which is waiting
+        rendered.release();
+        throw;
+    }
+    for (long count = 0;; ++count) {
+        read.acquire();
+        Job& job = run.jobFor(count);
+        if (!job.isEnd) {
+            run.render(job);
+        }
+        rendered.release();
+        if (job.isEnd) {
+            break;
+        }
     }
 }
 

@@ -59,6 +59,7 @@ private:
     struct Run;
 
     void renderAll(Run& run);
+    void renderOverlapped(Run& run);
 
     ScenePlan* m_plan;
     int m_threads;

@@ -8,6 +8,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <stdexcept>
 #include <type_traits>
@@ -78,8 +79,9 @@ void setOptions(OutputKind kind, AVCodecContext& codec, libav::Options& options)
         options.set("compression", "zip16");
         break;
     case OutputKind::Mp4:
-        options.set("crf", "16");
-        options.set("preset", "fast");
+        // As good as "fast" at 16, in half the time, for files a fifth larger.
+        options.set("crf", "14");
+        options.set("preset", "veryfast");
         break;
     case OutputKind::Mov:
         options.set("profile", "4444");
@@ -167,10 +169,31 @@ libav::FramePtr rgbFrame(const RasterInfo& raster, AVPixelFormat format) {
     return frame;
 }
 
-libav::FramePtr opaqueFrame(const RasterInfo& raster) {
-    libav::FramePtr frame = libav::makeFrame(AV_PIX_FMT_RGB0, raster.width, raster.height);
+/// A packed RGB picture as the scaler takes it.
+struct PackedRgb {
+    const std::uint8_t* data;
+    int rowBytes;
+    int width;
+    int height;
+    AVPixelFormat format;
+};
+
+PackedRgb packedRgb(const AVFrame& frame) {
+    return {frame.data[0], frame.linesize[0], frame.width, frame.height,
+            static_cast<AVPixelFormat>(frame.format)};
+}
+
+/// The picture over black. 8-bit rasters are that as they stand, alpha unread; others are made into
+/// `frame`.
+PackedRgb overBlack(const RasterInfo& raster, libav::FramePtr& frame) {
+    if (isEightBit(raster.pixelFormat)) {
+        const bool alphaFirst = raster.pixelFormat == RF_ARGB8;
+        return {raster.data, raster.rowBytes, raster.width, raster.height,
+                alphaFirst ? AV_PIX_FMT_0RGB : AV_PIX_FMT_RGB0};
+    }
+    frame = libav::makeFrame(AV_PIX_FMT_RGB0, raster.width, raster.height);
     encodeOpaque(raster, packedView<std::uint8_t>(*frame, 0, 1, 2));
-    return frame;
+    return packedRgb(*frame);
 }
 
 /// 10 bits of alpha, rounded: the scaler would cut them off.
@@ -186,11 +209,11 @@ void fillAlpha10(const AVFrame& from, const AVFrame& to) {
     }
 }
 
-libav::FramePtr yCbCrFrame(const AVFrame& rgb, AVPixelFormat format, libav::ScalerPtr& scaler) {
+libav::FramePtr yCbCrFrame(const PackedRgb& rgb, AVPixelFormat format, libav::ScalerPtr& scaler) {
     scaler.reset(sws_getCachedContext(
-        scaler.release(), rgb.width, rgb.height, static_cast<AVPixelFormat>(rgb.format), rgb.width,
-        rgb.height, format, SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP | SWS_BITEXACT,
-        nullptr, nullptr, nullptr));
+        scaler.release(), rgb.width, rgb.height, rgb.format, rgb.width, rgb.height, format,
+        SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP | SWS_BITEXACT, nullptr, nullptr,
+        nullptr));
     if (scaler == nullptr) {
         throw std::bad_alloc();
     }
@@ -198,7 +221,9 @@ libav::FramePtr yCbCrFrame(const AVFrame& rgb, AVPixelFormat format, libav::Scal
     constexpr int one = 1 << 16;
     sws_setColorspaceDetails(scaler.get(), matrix, 1, matrix, 0, 0, one, one);
     libav::FramePtr frame = libav::makeFrame(format, rgb.width, rgb.height);
-    if (sws_scale(scaler.get(), rgb.data, rgb.linesize, 0, rgb.height, frame->data,
+    const std::array<const std::uint8_t*, 4> planes{rgb.data};
+    const std::array<int, 4> strides{rgb.rowBytes};
+    if (sws_scale(scaler.get(), planes.data(), strides.data(), 0, rgb.height, frame->data,
                   frame->linesize) < 0) {
         throw std::bad_alloc();
     }
@@ -266,10 +291,11 @@ libav::FramePtr Encoder::toFrame(const RasterInfo& raster) {
         return rgbFrame(raster, format);
     }
     if (format != AV_PIX_FMT_YUVA444P10LE) {
-        return yCbCrFrame(*opaqueFrame(raster), format, m_scaler);
+        libav::FramePtr made;
+        return yCbCrFrame(overBlack(raster, made), format, m_scaler);
     }
     const libav::FramePtr straight = rgbFrame(raster, AV_PIX_FMT_RGBA64LE);
-    libav::FramePtr frame = yCbCrFrame(*straight, format, m_scaler);
+    libav::FramePtr frame = yCbCrFrame(packedRgb(*straight), format, m_scaler);
     fillAlpha10(*straight, *frame);
     return frame;
 }

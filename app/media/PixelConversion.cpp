@@ -1,7 +1,7 @@
 #include "app/media/PixelConversion.h"
 
 #include "app/media/ComponentScale.h"
-#include "pixel/PixelTraits.h"
+#include "pixel/RowKernels.h"
 
 #include <algorithm>
 #include <array>
@@ -39,24 +39,16 @@ typename P::Component* pixelsOf(const RasterInfo& raster, int y) {
     return static_cast<typename P::Component*>(row);
 }
 
-template<typename P>
-void putPixel(typename P::Component* pixel, const std::array<typename P::Component, 4>& straight) {
-    using Component = typename P::Component;
-    using Format = typename P::FORMAT;
-    const Component alpha = straight[3];
-    pixel[Format::alpha] = alpha;
-    for (std::size_t i = 0; i < 3; ++i) {
-        pixel[Format::colours[i]] = static_cast<Component>(P::multiply(straight[i], alpha));
-    }
-}
-
+/// Puts straight components, converted to the depth of the raster, where its layout has them.
 template<typename P, typename Source>
 void fillRow(const Source* source, typename P::Component* pixel, int width) {
     using Component = typename P::Component;
+    using Format = typename P::FORMAT;
     for (int x = 0; x < width; ++x, source += 4, pixel += 4) {
-        putPixel<P>(pixel,
-                    {scaleComponent<Component>(source[0]), scaleComponent<Component>(source[1]),
-                     scaleComponent<Component>(source[2]), scaleComponent<Component>(source[3])});
+        pixel[Format::red] = scaleComponent<Component>(source[0]);
+        pixel[Format::green] = scaleComponent<Component>(source[1]);
+        pixel[Format::blue] = scaleComponent<Component>(source[2]);
+        pixel[Format::alpha] = scaleComponent<Component>(source[3]);
     }
 }
 
@@ -135,9 +127,12 @@ void fillRaster(const Picture& picture, const RasterInfo& raster) {
     const std::size_t rowLength = componentCount(picture.width, 1);
     const auto fill = [&](auto trait, const auto& components) {
         using P = decltype(trait);
+        const RowKernels<P>& rows = rowKernels<P>();
         for (int y = 0; y < raster.height; ++y) {
-            fillRow<P>(components.data() + static_cast<std::size_t>(y) * rowLength,
-                       pixelsOf<P>(raster, y), raster.width);
+            auto* const row = pixelsOf<P>(raster, y);
+            fillRow<P>(components.data() + static_cast<std::size_t>(y) * rowLength, row,
+                       raster.width);
+            rows.premult(row, raster.width);
         }
     };
     withPixel(raster.pixelFormat, [&](auto trait) {

@@ -1,163 +1,132 @@
 #include "app/media/ScalePicture.h"
 
 #include "app/media/ComponentScale.h"
-#include "app/media/Libav.h"
+
+#include <zimg++.hpp>
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <span>
+#include <array>
+#include <cstddef>
 #include <stdexcept>
+#include <string>
+#include <tuple>
+#include <type_traits>
 
 namespace orbel::app {
 
 namespace {
 
-/// One component of a picture by itself, tightly packed.
+/// Rows begin at multiples of this, as the scaling library wants them.
+constexpr std::size_t alignment = 64;
+
+struct alignas(alignment) Cell {
+    std::array<std::byte, alignment> bytes;
+};
+
+using Cells = std::vector<Cell>;
+
+std::size_t cellsFor(std::size_t bytes) {
+    return (bytes + alignment - 1) / alignment;
+}
+
+/// One component of a picture by itself.
 template<typename T>
-struct Plane {
-    int width = 0;
-    int height = 0;
-    std::vector<T> values;
+class Plane {
+public:
+    void resize(int width, int height) {
+        m_cellsPerRow = cellsFor(static_cast<std::size_t>(width) * sizeof(T));
+        m_cells.resize(m_cellsPerRow * static_cast<std::size_t>(height));
+    }
+    [[nodiscard]] T* row(int y) {
+        void* const cells = m_cells.data() + static_cast<std::size_t>(y) * m_cellsPerRow;
+        return static_cast<T*>(cells);
+    }
+    [[nodiscard]] zimgxx::zimage_buffer view() {
+        zimgxx::zimage_buffer buffer;
+        buffer.data() = m_cells.data();
+        buffer.stride() = static_cast<std::ptrdiff_t>(m_cellsPerRow * alignment);
+        buffer.mask() = ZIMG_BUFFER_MAX;
+        return buffer;
+    }
+
+private:
+    std::size_t m_cellsPerRow = 0;
+    Cells m_cells;
 };
 
 template<typename T>
-Plane<T> makePlane(int width, int height) {
-    return {width, height, std::vector<T>(componentCount(width, height) / 4)};
+zimgxx::zimage_format planeFormat(int width, int height) {
+    zimgxx::zimage_format format;
+    format.width = static_cast<unsigned>(width);
+    format.height = static_cast<unsigned>(height);
+    format.color_family = ZIMG_COLOR_GREY;
+    format.pixel_range = ZIMG_RANGE_FULL;
+    format.depth = sizeof(T) * 8;
+    format.pixel_type = std::is_floating_point_v<T> ? ZIMG_PIXEL_FLOAT
+                        : sizeof(T) == 1            ? ZIMG_PIXEL_BYTE
+                                                    : ZIMG_PIXEL_WORD;
+    return format;
 }
 
-// --- Integer pictures: the scaling library, in 16 bits ---
-
-libav::FramePtr toFrame(const Plane<std::uint16_t>& plane) {
-    libav::FramePtr frame = libav::makeFrame(AV_PIX_FMT_GRAY16, plane.width, plane.height);
-    const auto rowLength = static_cast<std::size_t>(plane.width);
-    for (int y = 0; y < plane.height; ++y) {
-        std::memcpy(frame->data[0] + static_cast<std::ptrdiff_t>(y) * frame->linesize[0],
-                    plane.values.data() + static_cast<std::size_t>(y) * rowLength,
-                    rowLength * sizeof(std::uint16_t));
-    }
-    return frame;
-}
-
-Plane<std::uint16_t> fromFrame(const AVFrame& frame) {
-    Plane<std::uint16_t> plane = makePlane<std::uint16_t>(frame.width, frame.height);
-    const auto rowLength = static_cast<std::size_t>(plane.width);
-    for (int y = 0; y < plane.height; ++y) {
-        std::memcpy(plane.values.data() + static_cast<std::size_t>(y) * rowLength,
-                    frame.data[0] + static_cast<std::ptrdiff_t>(y) * frame.linesize[0],
-                    rowLength * sizeof(std::uint16_t));
-    }
-    return plane;
-}
-
-Plane<std::uint16_t> scalePlane(const Plane<std::uint16_t>& plane, int width, int height) {
-    libav::silenceLog();
-    const libav::FramePtr from = toFrame(plane);
-    const libav::FramePtr to = libav::makeFrame(AV_PIX_FMT_GRAY16, width, height);
-    const auto scaler = libav::owned<libav::ScalerPtr>(sws_getContext(
-        plane.width, plane.height, AV_PIX_FMT_GRAY16, width, height, AV_PIX_FMT_GRAY16,
-        SWS_BICUBIC | SWS_ACCURATE_RND | SWS_BITEXACT, nullptr, nullptr, nullptr));
-    if (sws_scale(scaler.get(), from->data, from->linesize, 0, plane.height, to->data,
-                  to->linesize) < 0) {
+[[noreturn]] void fail(const zimgxx::zerror& error) {
+    if (error.code == ZIMG_ERROR_OUT_OF_MEMORY) {
         throw std::bad_alloc();
     }
-    return fromFrame(*to);
+    throw std::runtime_error(std::string("the picture cannot be scaled (") +
+                             static_cast<const char*>(error.msg) + ")");
 }
 
-// --- Float pictures: the library clips them to 0..1, so they are resampled here ---
-
-/// The weights of the source samples that make one sample.
-struct Taps {
-    std::ptrdiff_t first = 0;
-    std::vector<float> weights;
-};
-
-/// Bicubic kernel with B = 0, C = 0.6, the scaling library's own choice.
-double bicubic(double x) {
-    constexpr double c = 0.6;
-    const double t = std::fabs(x);
-    if (t < 1.0) {
-        return ((2.0 - c) * t + (c - 3.0)) * t * t + 1.0;
-    }
-    return t < 2.0 ? ((-c * t + 5.0 * c) * t - 8.0 * c) * t + 4.0 * c : 0.0;
-}
-
-/// Samples lie in the middle of their pixels; the kernel widens when the picture shrinks. Weights
-/// that fall outside go to the edge sample.
-Taps tapsFor(int position, int from, int to) {
-    const double ratio = static_cast<double>(from) / to;
-    const double widening = std::max(1.0, ratio);
-    const double centre = (position + 0.5) * ratio - 0.5;
-    const auto low = static_cast<std::ptrdiff_t>(std::ceil(centre - 2.0 * widening));
-    const auto high = static_cast<std::ptrdiff_t>(std::floor(centre + 2.0 * widening));
-    Taps taps;
-    taps.first = std::clamp<std::ptrdiff_t>(low, 0, from - 1);
-    const std::ptrdiff_t last = std::clamp<std::ptrdiff_t>(high, 0, from - 1);
-    std::vector<double> weights(static_cast<std::size_t>(last - taps.first + 1));
-    double sum = 0.0;
-    for (std::ptrdiff_t i = low; i <= high; ++i) {
-        const double weight = bicubic((static_cast<double>(i) - centre) / widening);
-        weights[static_cast<std::size_t>(std::clamp(i, taps.first, last) - taps.first)] += weight;
-        sum += weight;
-    }
-    for (const double weight : weights) {
-        taps.weights.push_back(static_cast<float>(weight / sum));
-    }
-    return taps;
-}
-
-std::vector<Taps> allTaps(int from, int to) {
-    std::vector<Taps> taps;
-    taps.reserve(static_cast<std::size_t>(to));
-    for (int i = 0; i < to; ++i) {
-        taps.push_back(tapsFor(i, from, to));
-    }
-    return taps;
-}
-
-float weighted(const float* values, std::ptrdiff_t step, const Taps& taps) {
-    float sum = 0.0F;
-    const float* value = values + taps.first * step;
-    for (const float weight : taps.weights) {
-        sum += weight * *value;
-        value += step;
-    }
-    return sum;
-}
-
-Plane<float> scaleRows(const Plane<float>& plane, int width) {
-    Plane<float> result = makePlane<float>(width, plane.height);
-    const std::vector<Taps> taps = allTaps(plane.width, width);
-    auto out = result.values.begin();
-    for (int y = 0; y < plane.height; ++y) {
-        const float* row = plane.values.data() + static_cast<std::ptrdiff_t>(y) * plane.width;
-        for (const Taps& each : taps) {
-            *out++ = weighted(row, 1, each);
-        }
-    }
-    return result;
-}
-
-Plane<float> scaleColumns(const Plane<float>& plane, int height) {
-    Plane<float> result = makePlane<float>(plane.width, height);
-    auto out = result.values.begin();
-    for (const Taps& taps : allTaps(plane.height, height)) {
-        for (int x = 0; x < plane.width; ++x) {
-            *out++ = weighted(plane.values.data() + x, plane.width, taps);
-        }
-    }
-    return result;
-}
-
-Plane<float> scalePlane(const Plane<float>& plane, int width, int height) {
-    return scaleColumns(scaleRows(plane, width), height);
-}
-
-// --- Both: premultiplied planes in, premultiplied planes out ---
-
-/// Integers are scaled at 16 bits, so that dividing by alpha again loses nothing at 8.
+/// Scales the components of a picture, each by itself, from one size to another.
 template<typename T>
-using Working = std::conditional_t<std::is_floating_point_v<T>, float, std::uint16_t>;
+class PlaneScaler {
+public:
+    /// The planes for red, green, blue and alpha.
+    using Planes = std::array<Plane<T>, 4>;
+
+    /// Prepares scaling between these sizes, unless that was done for the last picture.
+    void prepare(const Picture& from, int width, int height) try {
+        const std::array<int, 4> sizes{from.width, from.height, width, height};
+        if (m_graph && m_sizes == sizes) {
+            return;
+        }
+        zimgxx::zfilter_graph_builder_params how;
+        how.resample_filter = ZIMG_RESIZE_BICUBIC;
+        how.filter_param_a = 0.0;
+        how.filter_param_b = 0.6;
+        // Vectors round floats in their own way on each processor; integers they do not.
+        how.cpu_type = std::is_floating_point_v<T> ? ZIMG_CPU_NONE : ZIMG_CPU_AUTO;
+        m_graph = zimgxx::FilterGraph::build(planeFormat<T>(from.width, from.height),
+                                             planeFormat<T>(width, height), &how);
+        m_scratch.resize(cellsFor(m_graph.get_tmp_size()));
+        for (std::size_t c = 0; c < m_from.size(); ++c) {
+            m_from[c].resize(from.width, from.height);
+            m_to[c].resize(width, height);
+        }
+        m_sizes = sizes;
+    } catch (const zimgxx::zerror& error) {
+        m_graph = {};
+        fail(error);
+    }
+
+    [[nodiscard]] Planes& from() { return m_from; }
+    [[nodiscard]] Planes& to() { return m_to; }
+
+    /// Scales the first planes.
+    void run(std::size_t planes) try {
+        for (std::size_t c = 0; c < planes; ++c) {
+            m_graph.process(m_from[c].view().as_const(), m_to[c].view(), m_scratch.data());
+        }
+    } catch (const zimgxx::zerror& error) {
+        fail(error);
+    }
+
+private:
+    zimgxx::FilterGraph m_graph;
+    std::array<int, 4> m_sizes{};
+    Planes m_from;
+    Planes m_to;
+    Cells m_scratch;
+};
 
 template<typename W>
 W multiplied(W colour, W alpha) {
@@ -180,56 +149,112 @@ W divided(W colour, W alpha) {
     }
 }
 
-template<typename T>
-Plane<Working<T>> takePlane(const Picture& picture, std::size_t channel) {
-    using W = Working<T>;
-    const std::span<const T> pixels = std::get<std::vector<T>>(picture.components);
-    Plane<W> plane = makePlane<W>(picture.width, picture.height);
-    for (std::size_t i = 0; i < plane.values.size(); ++i) {
-        const W value = scaleComponent<W>(pixels[4 * i + channel]);
-        const bool multiply = picture.hasAlpha && channel < 3;
-        plane.values[i] =
-            multiply ? multiplied(value, scaleComponent<W>(pixels[4 * i + 3])) : value;
-    }
-    return plane;
-}
-
-template<typename T>
-Picture scaled(const Picture& picture, int width, int height) {
-    using W = Working<T>;
-    Picture result = makePicture<T>(width, height, picture.hasAlpha);
-    const std::span<T> pixels = std::get<std::vector<T>>(result.components);
-    Plane<W> alpha = makePlane<W>(width, height);
-    if (picture.hasAlpha) {
-        alpha = scalePlane(takePlane<T>(picture, 3), width, height);
-    } else {
-        std::fill(alpha.values.begin(), alpha.values.end(), componentMax<W>);
-    }
-    for (std::size_t i = 0; i < alpha.values.size(); ++i) {
-        pixels[4 * i + 3] = scaleComponent<T>(alpha.values[i]);
-    }
-    for (std::size_t channel = 0; channel < 3; ++channel) {
-        const Plane<W> plane = scalePlane(takePlane<T>(picture, channel), width, height);
-        for (std::size_t i = 0; i < plane.values.size(); ++i) {
-            pixels[4 * i + channel] = scaleComponent<T>(divided(plane.values[i], alpha.values[i]));
+/// Calls `visit(pixel, red, green, blue, alpha)` for every pixel of a picture and its samples in
+/// planes of the same size.
+template<typename Pixel, typename T, typename Visit>
+void forEachPixel(Pixel* pixel, int width, int height, std::array<Plane<T>, 4>& planes,
+                  const Visit& visit) {
+    for (int y = 0; y < height; ++y) {
+        T* const red = planes[0].row(y);
+        T* const green = planes[1].row(y);
+        T* const blue = planes[2].row(y);
+        T* const alpha = planes[3].row(y);
+        for (int x = 0; x < width; ++x, pixel += 4) {
+            visit(pixel, red[x], green[x], blue[x], alpha[x]);
         }
     }
-    return result;
 }
 
 } // namespace
 
-Picture scalePicture(const Picture& picture, int width, int height) {
+class PictureScaler::Workspace {
+public:
+    template<typename T>
+    const Picture& scaled(const Picture& picture, int width, int height) {
+        if (m_result.depth() != picture.depth() || m_result.width != width ||
+            m_result.height != height) {
+            m_result = makePicture<T>(width, height, picture.hasAlpha);
+        }
+        m_result.hasAlpha = picture.hasAlpha;
+        if (picture.hasAlpha) {
+            scaleWithAlpha<T>(picture);
+        } else {
+            scaleOpaque<T>(picture);
+        }
+        return m_result;
+    }
+
+private:
+    /// Integers with an alpha are scaled at 16 bits, so that dividing by it again loses nothing at
+    /// 8.
+    template<typename T>
+    using Working = std::conditional_t<std::is_floating_point_v<T>, float, std::uint16_t>;
+
+    template<typename T>
+    void scaleOpaque(const Picture& picture) {
+        const T* const pixels = std::get<std::vector<T>>(picture.components).data();
+        T* const result = std::get<std::vector<T>>(m_result.components).data();
+        auto& scaler = std::get<PlaneScaler<T>>(m_scalers);
+        scaler.prepare(picture, m_result.width, m_result.height);
+        forEachPixel(pixels, picture.width, picture.height, scaler.from(),
+                     [](const T* pixel, T& red, T& green, T& blue, T& /*alpha*/) {
+                         red = pixel[0];
+                         green = pixel[1];
+                         blue = pixel[2];
+                     });
+        scaler.run(3);
+        forEachPixel(result, m_result.width, m_result.height, scaler.to(),
+                     [](T* pixel, T red, T green, T blue, T /*alpha*/) {
+                         pixel[0] = red;
+                         pixel[1] = green;
+                         pixel[2] = blue;
+                         pixel[3] = componentMax<T>;
+                     });
+    }
+
+    template<typename T>
+    void scaleWithAlpha(const Picture& picture) {
+        using W = Working<T>;
+        const T* const pixels = std::get<std::vector<T>>(picture.components).data();
+        T* const result = std::get<std::vector<T>>(m_result.components).data();
+        auto& scaler = std::get<PlaneScaler<W>>(m_scalers);
+        scaler.prepare(picture, m_result.width, m_result.height);
+        forEachPixel(pixels, picture.width, picture.height, scaler.from(),
+                     [](const T* pixel, W& red, W& green, W& blue, W& alpha) {
+                         alpha = scaleComponent<W>(pixel[3]);
+                         red = multiplied(scaleComponent<W>(pixel[0]), alpha);
+                         green = multiplied(scaleComponent<W>(pixel[1]), alpha);
+                         blue = multiplied(scaleComponent<W>(pixel[2]), alpha);
+                     });
+        scaler.run(4);
+        forEachPixel(result, m_result.width, m_result.height, scaler.to(),
+                     [](T* pixel, W red, W green, W blue, W alpha) {
+                         pixel[0] = scaleComponent<T>(divided(red, alpha));
+                         pixel[1] = scaleComponent<T>(divided(green, alpha));
+                         pixel[2] = scaleComponent<T>(divided(blue, alpha));
+                         pixel[3] = scaleComponent<T>(alpha);
+                     });
+    }
+
+    std::tuple<PlaneScaler<std::uint8_t>, PlaneScaler<std::uint16_t>, PlaneScaler<float>> m_scalers;
+    Picture m_result;
+};
+
+PictureScaler::PictureScaler() : m_workspace(std::make_unique<Workspace>()) {}
+
+PictureScaler::~PictureScaler() = default;
+
+const Picture& PictureScaler::scale(const Picture& picture, int width, int height) {
     if (width < 1 || height < 1 || picture.width < 1 || picture.height < 1) {
         throw std::invalid_argument("a picture has at least one pixel");
     }
     switch (picture.depth()) {
     case PictureDepth::U8:
-        return scaled<std::uint8_t>(picture, width, height);
+        return m_workspace->scaled<std::uint8_t>(picture, width, height);
     case PictureDepth::U16:
-        return scaled<std::uint16_t>(picture, width, height);
+        return m_workspace->scaled<std::uint16_t>(picture, width, height);
     default:
-        return scaled<float>(picture, width, height);
+        return m_workspace->scaled<float>(picture, width, height);
     }
 }
 

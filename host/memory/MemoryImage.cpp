@@ -23,7 +23,8 @@ int bytesPerPixel(RasterFormat format) {
     }
 }
 
-MemoryImage::MemoryImage(int width, int height, RasterFormat format, RowLayout layout) {
+MemoryImage::MemoryImage(int width, int height, RasterFormat format, RowLayout layout,
+                         NewPixels pixels) {
     constexpr int largest = std::numeric_limits<std::int16_t>::max();
     if (width < 1 || height < 1 || width > largest || height > largest) {
         throw std::invalid_argument("image size " + std::to_string(width) + " x " +
@@ -34,8 +35,9 @@ MemoryImage::MemoryImage(int width, int height, RasterFormat format, RowLayout l
         throw std::invalid_argument("pixel format " + std::to_string(format) + " is not rendered");
     }
     const int stride = width * pixel + layout.padding;
-    const auto rows = static_cast<std::size_t>(height);
-    m_memory = std::make_unique<std::uint8_t[]>(rows * static_cast<std::size_t>(stride));
+    const std::size_t bytes = static_cast<std::size_t>(height) * static_cast<std::size_t>(stride);
+    m_memory = pixels == NewPixels::Zero ? std::make_unique<std::uint8_t[]>(bytes)
+                                         : std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
     m_info.data = m_memory.get();
     m_info.pixelFormat = format;
     m_info.width = width;

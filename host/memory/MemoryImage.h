@@ -16,14 +16,20 @@ struct RowLayout {
     bool bottomUp = false; ///< the top row is the last one in memory: negative row stride
 };
 
-/// An image on the heap in one of the six rendered formats, zero-filled when made. Movable, owns
-/// its pixels.
+/// What the pixels of a new image are.
+enum class NewPixels {
+    Zero,
+    Undefined, ///< whatever the memory held: for who writes every pixel before reading it
+};
+
+/// An image on the heap in one of the six rendered formats. Movable, owns its pixels.
 class MemoryImage {
 public:
     MemoryImage() = default;
     /// Throws `std::invalid_argument` for a size outside 1..32767 or a format that is not rendered,
     /// `std::bad_alloc` when there is no memory.
-    MemoryImage(int width, int height, RasterFormat format, RowLayout layout);
+    MemoryImage(int width, int height, RasterFormat format, RowLayout layout,
+                NewPixels pixels = NewPixels::Zero);
 
     /// The record of the pixels; valid as long as the image lives.
     [[nodiscard]] const RasterInfo& info() const { return m_info; }

@@ -62,7 +62,9 @@ PluginRaster_API* PluginHost_MEMORY_Impl::getOutputRaster() {
 PluginRaster_API* PluginHost_MEMORY_Impl::allocRaster(int width, int height, PixelType /*type*/,
                                                       int& rowBytes, int /*flags*/) {
     try {
-        MemoryImage image(width, height, outputInfo().pixelFormat, RowLayout{});
+        // Clearing what is filled next would cost as much as a copy of the frame.
+        MemoryImage image(width, height, outputInfo().pixelFormat, RowLayout{},
+                          NewPixels::Undefined);
         image.setPixelAspect(outputInfo().pixelAspect);
         rowBytes = image.info().rowBytes;
         return new PluginRaster_MEMORY_Impl(std::move(image));

@@ -80,16 +80,19 @@ std::vector<long> framesFrom(long first, long count) {
 class RenderPipelineTest : public testing::TestWithParam<int> {};
 
 TEST_P(RenderPipelineTest, writesEveryFrameInOrder) {
-    ScenePlan plan = movingPlan();
-    int told = 0;
-    PipelineCallbacks callbacks;
-    callbacks.frameWritten = [&] { ++told; };
-    const Outcome outcome = run(plan, GetParam(), never, callbacks);
-    EXPECT_EQ(outcome.log.frames, framesFrom(3, 20));
-    EXPECT_EQ(outcome.log.finished, 1);
-    EXPECT_EQ(outcome.result.framesWritten, 20);
-    EXPECT_FALSE(outcome.result.failure);
-    EXPECT_EQ(told, 20);
+    for (const int inFlight : {1, 2, 3}) {
+        ScenePlan plan = movingPlan();
+        plan.framesInFlight = inFlight;
+        int told = 0;
+        PipelineCallbacks callbacks;
+        callbacks.frameWritten = [&] { ++told; };
+        const Outcome outcome = run(plan, GetParam(), never, callbacks);
+        EXPECT_EQ(outcome.log.frames, framesFrom(3, 20));
+        EXPECT_EQ(outcome.log.finished, 1);
+        EXPECT_EQ(outcome.result.framesWritten, 20);
+        EXPECT_FALSE(outcome.result.failure);
+        EXPECT_EQ(told, 20);
+    }
 }
 
 TEST_P(RenderPipelineTest, givesTheSamePicturesWithAnyNumberOfThreads) {

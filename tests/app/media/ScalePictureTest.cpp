@@ -25,7 +25,7 @@ void expectFlatStaysFlat(const T (&colour)[4], double tolerance) {
     for (const auto& from : sizes) {
         for (const auto& to : sizes) {
             const Picture picture = flat(from[0], from[1], colour, true);
-            const Picture result = scalePicture(picture, to[0], to[1]);
+            const Picture result = PictureScaler().scale(picture, to[0], to[1]);
             ASSERT_EQ(result.width, to[0]);
             ASSERT_EQ(result.height, to[1]);
             ASSERT_EQ(result.depth(), picture.depth());
@@ -58,7 +58,7 @@ TEST(ScalePicture, TransparentPixelsLendNoColour) {
         }
     }
     for (const int width : {5, 31}) {
-        const Picture result = scalePicture(picture, width, 4);
+        const Picture result = PictureScaler().scale(picture, width, 4);
         for (int x = 0; x < width; ++x) {
             EXPECT_LE(componentOf(result, x, 1, 1), 0.02) << x;
             if (componentOf(result, x, 1, 3) > 0.1) {
@@ -78,8 +78,8 @@ TEST(ScalePicture, FloatAndIntegerAgree) {
     }
     const int sizes[][2] = {{12, 9}, {48, 36}, {17, 40}};
     for (const auto& size : sizes) {
-        const Picture a = scalePicture(integers, size[0], size[1]);
-        const Picture b = scalePicture(floats, size[0], size[1]);
+        const Picture a = PictureScaler().scale(integers, size[0], size[1]);
+        const Picture b = PictureScaler().scale(floats, size[0], size[1]);
         for (int y = 0; y < size[1]; ++y) {
             for (int x = 0; x < size[0]; ++x) {
                 EXPECT_NEAR(componentOf(a, x, y, 0), componentOf(b, x, y, 0), 0.002)
@@ -89,10 +89,46 @@ TEST(ScalePicture, FloatAndIntegerAgree) {
     }
 }
 
+// What is kept for the next picture must not show in it.
+TEST(ScalePicture, OneScalerServesPicturesOfEveryKind) {
+    PictureScaler scaler;
+    const auto expectFlat = [&scaler](const Picture& picture, int width, int height) {
+        const Picture& result = scaler.scale(picture, width, height);
+        ASSERT_EQ(result.width, width);
+        ASSERT_EQ(result.height, height);
+        ASSERT_EQ(result.depth(), picture.depth());
+        ASSERT_EQ(result.hasAlpha, picture.hasAlpha);
+        for (int channel = 0; channel < 4; ++channel) {
+            EXPECT_NEAR(componentOf(result, width - 1, height - 1, channel),
+                        componentOf(picture, 0, 0, channel), 1.01 / 255.0);
+        }
+    };
+    for (int turn = 0; turn < 2; ++turn) {
+        expectFlat(flat<std::uint8_t>(20, 10, {10, 20, 30, 255}, false), 31, 17);
+        expectFlat(flat<std::uint8_t>(20, 10, {90, 20, 30, 128}, true), 31, 17);
+        expectFlat(flat<std::uint16_t>(20, 10, {9000, 2000, 300, 65535}, false), 31, 17);
+        expectFlat(flat<float>(20, 10, {0.5F, 0.25F, 0.125F, 0.5F}, true), 31, 17);
+        expectFlat(flat<std::uint8_t>(9, 40, {200, 100, 50, 255}, false), 31, 17);
+        expectFlat(flat<std::uint8_t>(9, 40, {20, 10, 5, 255}, false), 3, 4);
+    }
+}
+
+TEST(ScalePicture, FarSizesAreReachedOrRefused) {
+    const int sizes[][2] = {{1, 1}, {1, 32767}, {32767, 1}, {3000, 2}, {2, 3000}};
+    for (const auto& from : sizes) {
+        const Picture picture = flat<std::uint8_t>(from[0], from[1], {10, 200, 255, 255}, false);
+        for (const auto& to : sizes) {
+            const Picture result = PictureScaler().scale(picture, to[0], to[1]);
+            EXPECT_EQ(componentOf(result, to[0] - 1, to[1] - 1, 1), 200.0 / 255.0)
+                << from[0] << " x " << from[1] << " to " << to[0] << " x " << to[1];
+        }
+    }
+}
+
 TEST(ScalePicture, RefusesEmptySizes) {
     const Picture picture = makePicture<std::uint8_t>(2, 2, false);
-    EXPECT_THROW((void)scalePicture(picture, 0, 2), std::invalid_argument);
-    EXPECT_THROW((void)scalePicture(picture, 2, -1), std::invalid_argument);
+    EXPECT_THROW((void)PictureScaler().scale(picture, 0, 2), std::invalid_argument);
+    EXPECT_THROW((void)PictureScaler().scale(picture, 2, -1), std::invalid_argument);
 }
 
 } // namespace
