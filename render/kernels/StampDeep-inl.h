@@ -49,6 +49,9 @@ public:
         }
     }
 
+    /// How far from the centre pixels can change.
+    static double reach(const PlacedStamp& stamp) { return stamp.brush.outer; }
+
     /// Pixels that a raster must have in a row.
     static int fewestPixels() { return static_cast<int>(hn::Lanes(F64())); }
 

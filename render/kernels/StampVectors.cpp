@@ -35,7 +35,7 @@ void paintStamps(const StampRows& rows, const PlacedStamp* stamps,
     for (std::size_t n = 0; n < order.size(); ++n) {
         for (; known < order.size() && known < n + ahead; ++known) {
             const PlacedStamp& next = stamps[order[known]];
-            findSpans(rows, next, &spans[known % ahead]);
+            findSpans(rows, next, Pixels::reach(next), &spans[known % ahead]);
             if (isSolid(next)) {
                 Pixels::fillSolid(rows, spans[known % ahead]);
             }
