@@ -87,28 +87,22 @@ private:
 template<class P>
 class Stamp8 {
 public:
-    /// Makes opaque what the stamp covers.
-    static void fillSolid(const StampRows& rows, const StampSpans& spans) {
-        const U32 du;
-        const I32 di;
-        const int lanes = static_cast<int>(hn::Lanes(du));
-        const auto full = hn::Set(du, ALPHA);
-        const auto fill = [&](std::uint32_t* at, hn::Vec<U32> added)
-                              HWY_ATTR { hn::StoreU(hn::Or(hn::LoadU(du, at), added), du, at); };
+    /// Makes opaque what the stamp covers. Of every row the run that was filled last is remembered,
+    /// and only what a stamp adds to it is written: stamps of a stroke cover much of the same.
+    void fillSolid(const StampRows& rows, const StampSpans& spans) {
         for (int k = 0; k < spans.count; ++k) {
-            const int left = spans.solidLeft[k];
-            const int right = spans.solidRight[k];
-            std::uint32_t* const row = pixelsOf(rows, spans.first + k);
-            if (right - left + 1 >= lanes) {
-                for (int i = left; i + lanes <= right; i += lanes) {
-                    fill(row + i, full);
-                }
-                fill(row + right + 1 - lanes, full);
-            } else if (left <= right) {
-                const int start = std::min(left, rows.width - lanes);
-                const auto within = hn::RebindMask(du, between(di, start, left, right));
-                fill(row + start, hn::IfThenElseZero(within, full));
+            const int y = spans.first + k;
+            Run run{spans.solidLeft[k], spans.solidRight[k]};
+            Run& filled = m_filled[static_cast<std::size_t>(y - rows.first)];
+            if (run.left > run.right || (run.left >= filled.left && run.right <= filled.right)) {
+                continue;
             }
+            const bool apart = run.left > filled.right + 1 || run.right + 1 < filled.left;
+            const Run known = apart ? Run{run.right + 1, run.right} : filled;
+            run.left = std::min(run.left, known.left);
+            run.right = std::max(run.right, known.right);
+            extendSolid(rows, y, known, run);
+            filled = run;
         }
     }
 
@@ -154,6 +148,40 @@ private:
     static HWY_INLINE hn::Mask<I32> between(I32 di, int start, int left, int right) {
         const auto index = hn::Iota(di, start);
         return hn::And(hn::Gt(index, hn::Set(di, left - 1)), hn::Lt(index, hn::Set(di, right + 1)));
+    }
+
+    struct Run {
+        int left;
+        int right;
+    };
+
+    static std::array<Run, StampKernels::mostRows> nothingFilled() {
+        std::array<Run, StampKernels::mostRows> filled;
+        filled.fill({0, -2});
+        return filled;
+    }
+
+    /// Makes opaque what `run` has beyond `known`, of which it is an extension.
+    static void extendSolid(const StampRows& rows, int y, const Run& known, const Run& run) {
+        const U32 du;
+        const int lanes = static_cast<int>(hn::Lanes(du));
+        const auto full = hn::Set(du, ALPHA);
+        const auto fill = [du](std::uint32_t* at, hn::Vec<U32> added)
+                              HWY_ATTR { hn::StoreU(hn::Or(hn::LoadU(du, at), added), du, at); };
+        std::uint32_t* const row = pixelsOf(rows, y);
+        const int last = run.right + 1 - lanes; // where a vector within the run may begin
+        if (last < run.left) {
+            const int start = std::min(run.left, rows.width - lanes);
+            const auto within = hn::RebindMask(du, between(I32(), start, run.left, run.right));
+            fill(row + start, hn::IfThenElseZero(within, full));
+            return;
+        }
+        for (int i = run.left; i < known.left; i += lanes) {
+            fill(row + std::min(i, last), full);
+        }
+        for (int i = last; i + lanes - 1 > known.right; i -= lanes) {
+            fill(row + std::max(i, run.left), full);
+        }
     }
 
     void fillTable(double amount) {
@@ -344,6 +372,7 @@ private:
         std::int32_t m_wholeX;
     };
 
+    std::array<Run, StampKernels::mostRows> m_filled = nothingFilled();
     double m_amount = -1.0;                    // of the stamps that the table stands for
     std::array<std::uint32_t, 256> m_alphas{}; // what full cover makes of each alpha
 };

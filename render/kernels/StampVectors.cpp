@@ -37,7 +37,7 @@ void paintStamps(const StampRows& rows, const PlacedStamp* stamps,
             const PlacedStamp& next = stamps[order[known]];
             findSpans(rows, next, Pixels::reach(next), &spans[known % ahead]);
             if (isSolid(next)) {
-                Pixels::fillSolid(rows, spans[known % ahead]);
+                pixels.fillSolid(rows, spans[known % ahead]);
             }
         }
         const PlacedStamp& stamp = stamps[order[n]];
