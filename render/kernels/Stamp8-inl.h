@@ -42,10 +42,10 @@ public:
 
     /// What `of` needs of a row: its squared distance from the centre.
     HWY_INLINE V row(float dy2) const { return hn::Set(F32(), dy2 * m_scale2); }
+    /// And of columns, which count from the whole number below the centre.
+    HWY_INLINE V across(V column) const { return hn::MulSub(column, m_scale, m_shift); }
 
-    /// `column` counts from the whole number below the centre.
-    HWY_INLINE V of(V column, V row) const {
-        const V dx = hn::MulSub(column, m_scale, m_shift);
+    HWY_INLINE V of(V dx, V row) const {
         const V q = hn::MulAdd(dx, dx, row);
         const V one = hn::Set(F32(), 1.0F);
         if constexpr (pointed) {
@@ -117,6 +117,18 @@ public:
         } else {
             Ring<true>(rows, stamp).paint(spans, solidIsFilled);
         }
+    }
+
+    /// Whether a stamp is so small, and without a core, that to find its spans would take longer
+    /// than to paint it as it is.
+    static bool goesWithoutSpans(const PlacedStamp& stamp) {
+        const int width = stamp.box.right - stamp.box.left + 1;
+        return !(stamp.brush.inner > 0.0) && width <= 2 * fewestPixels();
+    }
+
+    /// Paints such a stamp.
+    static void paintSmall(const StampRows& rows, const PlacedStamp& stamp) {
+        Ring<true>(rows, stamp).paintBox();
     }
 
     /// How far from the centre pixels can change: not where full cover of a transparent pixel would
@@ -251,6 +263,30 @@ private:
             }
         }
 
+        /// Everything that the stamp can touch, in strips as wide as a vector.
+        HWY_INLINE void paintBox() const {
+            const int lanes = static_cast<int>(hn::Lanes(U32()));
+            const Vx_Rect& box = m_stamp.box;
+            const int first = std::max<int>(box.top, m_rows.first);
+            const int last = std::min<int>(box.bottom, m_rows.last);
+            const double wholeY = std::floor(m_stamp.y);
+            const auto shiftY = static_cast<float>(m_stamp.y - wholeY);
+            for (int i = box.left; i <= box.right; i += lanes) {
+                const bool isWhole = i + lanes <= m_rows.width;
+                const auto dx = m_falloff.across(columnsFrom(i));
+                for (int y = first; y <= last; ++y) {
+                    const float dy =
+                        static_cast<float>(y - static_cast<std::int32_t>(wholeY)) - shiftY;
+                    const Row row{pixelsOf(m_rows, y), y, m_falloff.row(dy * dy)};
+                    if (isWhole) {
+                        paintVector(row, i, dx);
+                    } else {
+                        paintRest(row, i, m_rows.width - 1);
+                    }
+                }
+            }
+        }
+
     private:
         struct Row {
             std::uint32_t* pixels;
@@ -275,13 +311,12 @@ private:
         /// them before `end` pixel by pixel. Gives the pixel behind the last that was painted.
         HWY_INLINE int paintRun(const Row& row, int left, int right, int end) const {
             const int lanes = static_cast<int>(hn::Lanes(U32()));
-            const F32 df;
             int i = left;
-            auto column = hn::Iota(df, static_cast<float>(left - m_wholeX));
-            const auto step = hn::Set(df, static_cast<float>(lanes));
+            auto column = columnsFrom(left);
+            const auto step = hn::Set(F32(), static_cast<float>(lanes));
             const int last = std::min(right, end - lanes);
             for (; i <= last; i += lanes) {
-                paintVector(row, i, column);
+                paintVector(row, i, m_falloff.across(column));
                 column = hn::Add(column, step);
             }
             if (i <= right) {
@@ -291,7 +326,12 @@ private:
             return i;
         }
 
-        HWY_INLINE void paintVector(const Row& row, int i, hn::Vec<F32> column) const {
+        /// A vector that begins at a pixel, in the terms of `Falloff`.
+        HWY_INLINE hn::Vec<F32> columnsFrom(int i) const {
+            return hn::Iota(F32(), static_cast<float>(i - m_wholeX));
+        }
+
+        HWY_INLINE void paintVector(const Row& row, int i, hn::Vec<F32> dx) const {
             const U32 du;
             std::uint32_t* const at = row.pixels + i;
             const auto pixel = hn::LoadU(du, at);
@@ -299,7 +339,7 @@ private:
             if (hn::AllTrue(du, hn::Eq(open, hn::Zero(du)))) {
                 return;
             }
-            const auto sum = sumOf(open, column, row);
+            const auto sum = sumOf(open, dx, row);
             const auto painted = withAlpha(pixel, sum);
             const auto unsure = isUnsure(sum);
             if (HWY_LIKELY(hn::AllFalse(I32(), unsure))) {
@@ -318,8 +358,7 @@ private:
             std::uint32_t* const at = row.pixels + start;
             const auto pixel = hn::LoadU(du, at);
             const auto open = hn::AndNot(pixel, hn::Set(du, ALPHA));
-            const auto column = hn::Iota(F32(), static_cast<float>(start - m_wholeX));
-            const auto sum = sumOf(open, column, row);
+            const auto sum = sumOf(open, m_falloff.across(columnsFrom(start)), row);
             const auto wanted = between(di, start, left, right);
             const auto again = hn::And(wanted, isUnsure(sum));
             const auto take = hn::RebindMask(du, hn::AndNot(again, wanted));
@@ -330,13 +369,12 @@ private:
         }
 
         /// The bits of the painted alphas plus a half, lifted by as much as they may be off.
-        HWY_INLINE hn::Vec<U32> sumOf(hn::Vec<U32> open, hn::Vec<F32> column,
-                                      const Row& row) const {
+        HWY_INLINE hn::Vec<U32> sumOf(hn::Vec<U32> open, hn::Vec<F32> dx, const Row& row) const {
             const F32 df;
             const auto opening = hn::ConvertTo(df, hn::BitCast(I32(), hn::ShiftRight<SHIFT>(open)));
             const auto most =
                 hn::Set(df, 511.5F + static_cast<float>(m_doubt) / static_cast<float>(ONE));
-            const auto left = m_falloff.of(column, row.distance);
+            const auto left = m_falloff.of(dx, row.distance);
             return hn::BitCast(U32(), hn::NegMulAdd(opening, left, most));
         }
 

@@ -49,6 +49,10 @@ public:
         }
     }
 
+    /// No stamp is painted without its spans.
+    static bool goesWithoutSpans(const PlacedStamp& /*stamp*/) { return false; }
+    static void paintSmall(const StampRows& /*rows*/, const PlacedStamp& /*stamp*/) {}
+
     /// How far from the centre pixels can change.
     static double reach(const PlacedStamp& stamp) { return stamp.brush.outer; }
 
