@@ -60,6 +60,9 @@ private:
     using Pixel = std::array<T, componentsPerPixel>;
     using Mask = RowBlocks::Mask;
 
+    /// How many alphas a format of single bytes has; that of others is too many for a table.
+    static constexpr std::size_t ALPHAS = sizeof(T) == 1 ? 256 : 0;
+
     /// The part of a sample that a batch of stamps belongs to.
     struct Slice {
         int sample;       ///< number, from 0
@@ -69,8 +72,9 @@ private:
         std::size_t last; ///< the number of the stamp behind its last one
         Pixel colour;     ///< of the sample, at alpha 0
         HslAmounts modulation;
-        Pixel ground;     ///< what untouched pixels come to in the sample
-        Pixel meanBefore; ///< and in the mean of the samples before
+        std::array<Pixel, ALPHAS> modulated; ///< the colour at every alpha, if there is modulation
+        Pixel ground;                        ///< what untouched pixels come to in the sample
+        Pixel meanBefore;                    ///< and in the mean of the samples before
     };
 
     [[nodiscard]] const RasterInfo& target(const Slice& slice) const {
@@ -84,6 +88,7 @@ private:
     void paintOneByOne(const StampRows& rows, std::span<const StampBatch::Index> stamps);
     void touch(const Slice& slice, const StampRows& rows, const PlacedStamp& stamp);
     void settleRow(const Slice& slice, int y);
+    void modulateColour(Slice* slice);
     void modulate(const Slice& slice, T* row, int count);
     void blend(const Slice& slice, const T* row, T* mean, int count);
     void finishRow(int y, const LayerFinish& how);

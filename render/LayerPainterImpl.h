@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace orbel {
 
@@ -57,9 +58,24 @@ typename P::Component* LayerPainter<P>::pixels(const RasterInfo& raster, int y, 
 template<class P>
 void LayerPainter<P>::beginSample(const AnimatedParameters& p) {
     const Pixel colour = fillPixel<P>(p);
-    m_slices.push_back({m_samples, true, false, true, 0, colour, hslAmounts(p), colour, m_mean});
-    Slice& slice = m_slices.back();
-    modulate(slice, slice.ground.data(), 1);
+    m_slices.push_back(
+        {m_samples, true, false, true, 0, colour, hslAmounts(p), {}, colour, m_mean});
+    if (m_slices.back().modulation.any()) {
+        modulateColour(&m_slices.back());
+    }
+}
+
+template<class P>
+void LayerPainter<P>::modulateColour(Slice* slice) {
+    m_rowKernels.hslModulate(slice->ground.data(), 1, slice->modulation);
+    if constexpr (ALPHAS > 0) {
+        for (std::size_t alpha = 0; alpha < ALPHAS; ++alpha) {
+            slice->modulated[alpha] = slice->colour;
+            slice->modulated[alpha][P::FORMAT::alpha] = static_cast<T>(alpha);
+        }
+        m_rowKernels.hslModulate(slice->modulated[0].data(), static_cast<int>(ALPHAS),
+                                 slice->modulation);
+    }
 }
 
 template<class P>
@@ -185,8 +201,16 @@ void LayerPainter<P>::paintOneByOne(const StampRows& rows,
 template<class P>
 void LayerPainter<P>::touch(const Slice& slice, const StampRows& rows, const PlacedStamp& stamp) {
     const Mask around = m_blocks.covering(stamp.box.left, stamp.box.right);
+    const int first = std::max<int>(rows.first, stamp.box.top);
     const int last = std::min<int>(rows.last, stamp.box.bottom);
-    for (int y = std::max<int>(rows.first, stamp.box.top); y <= last; ++y) {
+    Mask inAll = around;
+    for (int y = first; y <= last; ++y) {
+        inAll &= m_touched[static_cast<std::size_t>(y)];
+    }
+    if (inAll == around) {
+        return;
+    }
+    for (int y = first; y <= last; ++y) {
         Mask& touched = m_touched[static_cast<std::size_t>(y)];
         if ((around & ~touched) != 0) {
             m_blocks.forEachRun(around & ~touched, [&](int x, int count) {
@@ -222,9 +246,19 @@ void LayerPainter<P>::settleRow(const Slice& slice, int y) {
     settled |= touched;
 }
 
+// Stamps change nothing but alphas, so that pixels differ in those alone.
 template<class P>
 void LayerPainter<P>::modulate(const Slice& slice, T* row, int count) {
-    if (slice.modulation.any()) {
+    if (!slice.modulation.any()) {
+        return;
+    }
+    if constexpr (ALPHAS > 0) {
+        for (T* const end = row + std::ptrdiff_t{count} * componentsPerPixel; row != end;
+             row += componentsPerPixel) {
+            const Pixel& pixel = slice.modulated[row[P::FORMAT::alpha]];
+            std::memcpy(row, pixel.data(), sizeof(pixel));
+        }
+    } else {
         m_rowKernels.hslModulate(row, count, slice.modulation);
     }
 }

@@ -45,15 +45,6 @@ void MultiplyMatrix4(const Vx_Matrix4* a, const Vx_Matrix4* b, Vx_Matrix4* out) 
     *out = product;
 }
 
-void TransformPoint4(const Vx_Point4* p, const Vx_Matrix4* matrix, Vx_Point4* out) {
-    const auto& m = matrix->m;
-    const Vx_Point4 in = *p;
-    const auto column = [&](int j) {
-        return in.x * m[0][j] + in.y * m[1][j] + in.z * m[2][j] + in.w * m[3][j];
-    };
-    *out = {column(0), column(1), column(2), column(3)};
-}
-
 void InverseMatrix4(const Vx_Matrix4* matrix, Vx_Matrix4* out) {
     const Vx_Matrix4 a = *matrix;
     double determinant = 0.0;

@@ -36,7 +36,14 @@ void IdentityMatrix4(Vx_Matrix4* matrix);
 /// `out` = A x B; `out` may be A or B.
 void MultiplyMatrix4(const Vx_Matrix4* a, const Vx_Matrix4* b, Vx_Matrix4* out);
 /// `out` = p x M, all four components, without a division by w.
-void TransformPoint4(const Vx_Point4* p, const Vx_Matrix4* matrix, Vx_Point4* out);
+inline void TransformPoint4(const Vx_Point4* p, const Vx_Matrix4* matrix, Vx_Point4* out) {
+    const auto& m = matrix->m;
+    const Vx_Point4 in = *p;
+    const auto column = [&](int j) {
+        return in.x * m[0][j] + in.y * m[1][j] + in.z * m[2][j] + in.w * m[3][j];
+    };
+    *out = {column(0), column(1), column(2), column(3)};
+}
 /// The full inverse, from cofactors; a singular matrix gives infinities and NaNs. `out` may alias.
 void InverseMatrix4(const Vx_Matrix4* matrix, Vx_Matrix4* out);
 /// Non-zero when all sixteen elements are equal; a NaN never is.

@@ -1,7 +1,6 @@
-#include "bench/frame/Subject.h"
+#include "bench/frame/OrbelStroke.h"
 
 #include "host/memory/PluginHost_MEMORY_Impl.h"
-#include "params/InstanceData.h"
 #include "params/ParameterTable.h"
 #include "pixel/Acceleration.h"
 #include "render/RenderDispatch.h"
@@ -26,10 +25,7 @@ public:
           m_input(size.width, size.height, format, {}),
           m_output(size.width, size.height, format, {}) {
         paintBackdrop(m_source);
-        setUserDataPath(&m_shape, STAR);
-        m_parameters.set(PARAM_TRANSFER_MODE, MODE_NORMAL);
-        m_parameters.set(PARAM_THICKNESS, kind.radius);
-        m_parameters.set(PARAM_FEATHER, kind.feather);
+        setStroke(kind, &m_parameters, &m_shape);
         if (kind.samples > 1) {
             m_parameters.set(PARAM_MOTION_BLUR, 1);
             m_parameters.set(PARAM_LEVELS, kind.samples);
@@ -99,6 +95,13 @@ void paintRows(const MemoryImage& image, T full) {
 }
 
 } // namespace
+
+void setStroke(const StrokeKind& kind, ParameterStore* parameters, Orbel_UserData* shape) {
+    setUserDataPath(shape, STAR);
+    parameters->set(PARAM_TRANSFER_MODE, MODE_NORMAL);
+    parameters->set(PARAM_THICKNESS, kind.radius);
+    parameters->set(PARAM_FEATHER, kind.feather);
+}
 
 void paintBackdrop(const MemoryImage& image) {
     switch (image.info().pixelFormat) {

@@ -52,6 +52,11 @@ void paintBackdrop(const MemoryImage& image);
 [[nodiscard]] SubjectPtr orbelFrame(const FrameSize& size, RasterFormat format,
                                     const StrokeKind& kind, int level, int threads);
 
+/// Only the walk along the path and the stamps, of 8-bit pixels, into a layer that is clear. Null
+/// for a level without stamp kernels.
+[[nodiscard]] SubjectPtr orbelStamps(const FrameSize& size, const StrokeKind& kind, int level,
+                                     int threads);
+
 /// The outline that `orbelFrame` strokes.
 [[nodiscard]] ClosedOutline starOutline(const FrameSize& size);
 

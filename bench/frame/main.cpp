@@ -79,18 +79,34 @@ void print(const std::string& what, const FrameSize& size, const StrokeKind& kin
     std::fflush(stdout);
 }
 
-void printFrames(const Choice& choice, const FrameSize& size, const StrokeKind& kind) {
-    for (const Layout& layout : chosen(LAYOUTS, choice.formats)) {
-        for (const int level : choice.levels) {
-            for (const int threads : choice.threads) {
-                const std::string what = std::string("orbel ") + layout.name + " " +
-                                         LEVELS[static_cast<std::size_t>(level)] + " x" +
-                                         std::to_string(threads);
-                print(what, size, kind, orbelFrame(size, layout.format, kind, level, threads),
-                      choice.runs);
-            }
+/// Calls `printSetting(level, threads, its name)` for everything that was chosen.
+template<class Print>
+void forEachSetting(const Choice& choice, const Print& printSetting) {
+    for (const int level : choice.levels) {
+        for (const int threads : choice.threads) {
+            printSetting(level, threads,
+                         LEVELS[static_cast<std::size_t>(level)] + std::string(" x") +
+                             std::to_string(threads));
         }
     }
+}
+
+void printFrames(const Choice& choice, const FrameSize& size, const StrokeKind& kind) {
+    for (const Layout& layout : chosen(LAYOUTS, choice.formats)) {
+        forEachSetting(choice, [&](int level, int threads, const std::string& setting) {
+            print(std::string("orbel ") + layout.name + " " + setting, size, kind,
+                  orbelFrame(size, layout.format, kind, level, threads), choice.runs);
+        });
+    }
+}
+
+/// Strokes without a picture, like with like.
+void printStamps(const Choice& choice, const FrameSize& size, const StrokeKind& kind) {
+    forEachSetting(choice, [&](int level, int threads, const std::string& setting) {
+        print("orbel, stamps alone " + setting, size, kind, orbelStamps(size, kind, level, threads),
+              choice.runs);
+    });
+    print("libmypaint, dabs alone", size, kind, mypaintDabs(size, kind), choice.runs);
 }
 
 void run(const Choice& choice) {
@@ -102,8 +118,7 @@ void run(const Choice& choice) {
                 print("cairo", size, kind, cairoFrame(size, kind), choice.runs);
                 print("Qt", size, kind, qtFrame(size, kind), choice.runs);
                 if (kind.samples == 1) {
-                    print("libmypaint, dabs alone", size, kind, mypaintDabs(size, kind),
-                          choice.runs);
+                    printStamps(choice, size, kind);
                 }
             }
         }
@@ -143,7 +158,8 @@ int main(int argc, char** argv) try {
     program.add_option("--runs", choice.runs, "Timed runs of each")
         ->check(CLI::Range(1, 10000))
         ->capture_default_str();
-    program.add_flag("--peers", choice.peers, "Cairo, Qt and libmypaint too, where built in");
+    program.add_flag("--peers", choice.peers,
+                     "Cairo, Qt and libmypaint too, where built in, and our stamps alone");
     CLI11_PARSE(program, argc, argv);
     run(choice);
     return 0;

@@ -33,7 +33,12 @@ struct UntouchedBlock {
         } else {
             // An infinite alpha becomes NaN in the layer.
             const auto alpha = hn::Sub(p.a, A::multiply(hn::Zero(A::tag), p.a));
-            storePixels<P>(layer, premultiplied<A>({p.r, p.g, p.b, alpha}));
+            const auto same = hn::Eq(hn::BitCast(Ints(), alpha), hn::BitCast(Ints(), p.a));
+            if (hn::AllTrue(Ints(), same)) {
+                storePixels<P>(layer, finished);
+            } else {
+                storePixels<P>(layer, premultiplied<A>({p.r, p.g, p.b, alpha}));
+            }
         }
     }
 
@@ -76,6 +81,21 @@ struct FinishBlock {
             behind = unPremultiplied(behind);
         }
         const PixelsOf<P> c = combined<A, Mode>(front, behind, opacity, 1.0F);
+        storePixels<P>(input, premultiplied(behind));
+        storePixels<P>(layer, premultiplied(c));
+    }
+};
+
+/// The steps of finishing one after another, without a way through memory in between.
+template<typename P, class Mode>
+struct JointBlock {
+    using T = typename P::Component;
+    float opacity;
+
+    HWY_INLINE void operator()(T* input, T* layer) const {
+        const PixelsOf<P> behind = unPremultiplied(loadPixels<P>(input));
+        const PixelsOf<P> c =
+            combined<VectorOf<P>, Mode>(loadPixels<P>(layer), behind, opacity, 1.0F);
         storePixels<P>(input, premultiplied(behind));
         storePixels<P>(layer, premultiplied(c));
     }
@@ -158,6 +178,11 @@ struct FinishKernels {
         forEachBlock(kernel, input, layer, pixels);
     }
 
+    template<class Mode>
+    static void finishJointly(T* input, T* layer, int pixels, float opacity) {
+        forEachBlock(JointBlock<P, Mode>{opacity}, input, layer, pixels);
+    }
+
     static void finishInFront(T* input, T* layer, int pixels, float opacity) {
         if (isFraction(opacity)) {
             forEachBlock(FinishBlock<P, InFront>{opacity}, input, layer, pixels);
@@ -181,9 +206,13 @@ void enterComposite(RowKernels<P>& table) {
     table.finish[code] = &finishInSteps<P, &Kernel::composite>;
 }
 
+/// Float components take long to be sorted, so that fewer visits of a pixel are worth more code.
 template<typename P, int code, class Mode>
 void enterMode(RowKernels<P>& table) {
     enterComposite<P, code, CompositeBlock<P, Mode>>(table);
+    if constexpr (P::is32Bit() && Mode::kind != ModeKind::HSL) {
+        table.finish[code] = &FinishKernels<P>::template finishJointly<Mode>;
+    }
 }
 
 template<typename P>

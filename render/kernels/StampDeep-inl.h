@@ -49,6 +49,13 @@ public:
         }
     }
 
+    /// No stamp is painted without its spans.
+    static bool goesWithoutSpans(const PlacedStamp& /*stamp*/) { return false; }
+    static void paintSmall(const StampRows& /*rows*/, const PlacedStamp& /*stamp*/) {}
+
+    /// How far from the centre pixels can change.
+    static double reach(const PlacedStamp& stamp) { return stamp.brush.outer; }
+
     /// Pixels that a raster must have in a row.
     static int fewestPixels() { return static_cast<int>(hn::Lanes(F64())); }
 

@@ -35,9 +35,10 @@ struct StampSpans {
     HWY_ALIGN float dy2[capacity]; ///< squared distance of the row from the centre, rounded
 };
 
-/// Rounding is outweighed by making what is touched a little wider and what is solid a little
-/// narrower than they are.
-inline void findSpans(const StampRows& target, const PlacedStamp& stamp, StampSpans* spans) {
+/// What the stamp can change lies within `reach` of its centre. Rounding is outweighed by making
+/// that a little wider and what is solid a little narrower than they are.
+inline void findSpans(const StampRows& target, const PlacedStamp& stamp, double reach,
+                      StampSpans* spans) {
     const int firstRow = std::max<int>(stamp.box.top, target.first);
     const int rows = std::min<int>(stamp.box.bottom, target.last) - firstRow + 1;
     spans->first = firstRow;
@@ -48,11 +49,10 @@ inline void findSpans(const StampRows& target, const PlacedStamp& stamp, StampSp
     const double wholeY = std::floor(stamp.y);
     const auto x = hn::Set(df, static_cast<float>(stamp.x - wholeX));
     const auto y = hn::Set(df, static_cast<float>(stamp.y - wholeY));
-    const double outer = stamp.brush.outer;
-    const double slack = 1e-3 + 1e-6 * outer;
+    const double slack = 1e-3 + 1e-6 * stamp.brush.outer;
     const double inner = std::max(stamp.brush.inner - slack, 0.0);
     const auto margin = hn::Set(df, static_cast<float>(slack));
-    const auto outer2 = hn::Set(df, static_cast<float>((outer + slack) * (outer + slack)));
+    const auto outer2 = hn::Set(df, static_cast<float>((reach + slack) * (reach + slack)));
     const auto inner2 = hn::Set(df, static_cast<float>(inner * inner));
     const auto boxLeft = hn::Set(di, stamp.box.left);
     const auto boxRight = hn::Set(di, stamp.box.right);
@@ -69,7 +69,7 @@ inline void findSpans(const StampRows& target, const PlacedStamp& stamp, StampSp
         const auto row = hn::Iota(di, firstRow + k - static_cast<std::int32_t>(wholeY));
         const auto dy = hn::Sub(hn::ConvertTo(df, row), y);
         const auto dy2 = hn::Mul(dy, dy);
-        const auto reach = hn::Add(hn::Sqrt(hn::Max(hn::Sub(outer2, dy2), zero)), margin);
+        const auto touched = hn::Add(hn::Sqrt(hn::Max(hn::Sub(outer2, dy2), zero)), margin);
         const auto solid = hn::Sub(hn::Sqrt(hn::Max(hn::Sub(inner2, dy2), zero)), margin);
         const auto first = [&](auto half) HWY_ATTR {
             return hn::Max(toColumn(hn::Ceil(hn::Sub(x, half))), boxLeft);
@@ -77,8 +77,8 @@ inline void findSpans(const StampRows& target, const PlacedStamp& stamp, StampSp
         const auto last = [&](auto half) HWY_ATTR {
             return hn::Min(toColumn(hn::Floor(hn::Add(x, half))), boxRight);
         };
-        hn::Store(first(reach), di, spans->left + k);
-        hn::Store(last(reach), di, spans->right + k);
+        hn::Store(first(touched), di, spans->left + k);
+        hn::Store(last(touched), di, spans->right + k);
         hn::Store(first(solid), di, spans->solidLeft + k);
         hn::Store(last(solid), di, spans->solidRight + k);
         hn::Store(dy2, df, spans->dy2 + k);

@@ -35,13 +35,20 @@ void paintStamps(const StampRows& rows, const PlacedStamp* stamps,
     for (std::size_t n = 0; n < order.size(); ++n) {
         for (; known < order.size() && known < n + ahead; ++known) {
             const PlacedStamp& next = stamps[order[known]];
-            findSpans(rows, next, &spans[known % ahead]);
+            if (Pixels::goesWithoutSpans(next)) {
+                continue;
+            }
+            findSpans(rows, next, Pixels::reach(next), &spans[known % ahead]);
             if (isSolid(next)) {
-                Pixels::fillSolid(rows, spans[known % ahead]);
+                pixels.fillSolid(rows, spans[known % ahead]);
             }
         }
         const PlacedStamp& stamp = stamps[order[n]];
-        pixels.paint(rows, stamp, spans[n % ahead], isSolid(stamp));
+        if (Pixels::goesWithoutSpans(stamp)) {
+            Pixels::paintSmall(rows, stamp);
+        } else {
+            pixels.paint(rows, stamp, spans[n % ahead], isSolid(stamp));
+        }
     }
 }
 
