@@ -4,6 +4,7 @@
 #include "pixel/PixelTraits.h"
 #include "pixel/RowKernels.h"
 #include "render/AnimatedParameters.h"
+#include "render/BandWork.h"
 #include "render/RowBlocks.h"
 #include "render/StampBatch.h"
 #include "render/StampKernels.h"
@@ -26,8 +27,9 @@ struct LayerFinish {
 /// un-premultiply, composite, premultiply.
 ///
 /// Samples are drawn one after another: `beginSample`, stamps, `endSample`. Stamps are gathered and
-/// painted when many have come together, at the latest by `finish` or `leave`, one of which is to
-/// be called once. Of rows that no stamp touches only one pixel is ever computed.
+/// painted when many have come together, by other threads while the next are placed, and at the
+/// latest by `finish` or `leave`, one of which is to be called once. Of rows that no stamp touches
+/// only one pixel is ever computed.
 template<class P>
 class LayerPainter final : public StampSink {
 public:
@@ -77,15 +79,22 @@ private:
         Pixel meanBefore;                    ///< and in the mean of the samples before
     };
 
+    /// What is painted together.
+    struct Page {
+        StampBatch batch;
+        std::vector<Slice> slices;
+    };
+
     [[nodiscard]] const RasterInfo& target(const Slice& slice) const {
         return slice.sample == 0 ? m_rasters.output : m_rasters.sample;
     }
     [[nodiscard]] T* pixels(const RasterInfo& raster, int y, int x) const;
-    void paintBatch(const LayerFinish* how);
-    void paintBand(int band, const LayerFinish* how);
-    void paintSlice(const Slice& slice, const StampRows& rows,
+    void beginPainting(const LayerFinish* how);
+    void paintBand(const Page& page, int band, const LayerFinish* how);
+    void paintSlice(const Slice& slice, const StampRows& rows, const StampBatch& batch,
                     std::span<const StampBatch::Index> stamps);
-    void paintOneByOne(const StampRows& rows, std::span<const StampBatch::Index> stamps);
+    void paintOneByOne(const StampRows& rows, const StampBatch& batch,
+                       std::span<const StampBatch::Index> stamps);
     void touch(const Slice& slice, const StampRows& rows, const PlacedStamp& stamp);
     void settleRow(const Slice& slice, int y);
     void modulateColour(Slice* slice);
@@ -101,12 +110,13 @@ private:
     const StampKernels& m_stampKernels;
     RowBlocks m_blocks;
     int m_bandRows;
-    StampBatch m_batch;
-    std::vector<Slice> m_slices;
+    std::array<Page, 2> m_pages; // one is filled while the other is painted
+    Page* m_page = m_pages.data();
     std::vector<Mask> m_touched; // by row: blocks that the sample was drawn in
     std::vector<Mask> m_settled; // and those where the mean is more than one pixel everywhere
     Pixel m_mean{};              // what untouched pixels come to in the mean of all samples
     int m_samples = 0;           // ended
+    BandWork m_work;             // last, for it is at work on all of these
 };
 
 } // namespace orbel

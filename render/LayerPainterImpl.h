@@ -2,7 +2,6 @@
 
 #include "render/LayerPainter.h"
 
-#include "render/BandsImpl.h"
 #include "render/Units.h"
 
 #include <algorithm>
@@ -45,9 +44,11 @@ LayerPainter<P>::LayerPainter(const Rasters& rasters, const AlphaHandling& alpha
       m_stampKernels(stamps),
       m_blocks(rasters.output.width),
       m_bandRows(bandHeight(rasters.output.rowBytes)),
-      m_batch(rasters.output.height, m_bandRows),
+      m_pages{Page{StampBatch(rasters.output.height, m_bandRows), {}},
+              Page{StampBatch(rasters.output.height, m_bandRows), {}}},
       m_touched(static_cast<std::size_t>(rasters.output.height)),
-      m_settled(m_touched.size()) {}
+      m_settled(m_touched.size()),
+      m_work(m_pages[0].batch.bands()) {}
 
 template<class P>
 typename P::Component* LayerPainter<P>::pixels(const RasterInfo& raster, int y, int x) const {
@@ -58,10 +59,10 @@ typename P::Component* LayerPainter<P>::pixels(const RasterInfo& raster, int y, 
 template<class P>
 void LayerPainter<P>::beginSample(const AnimatedParameters& p) {
     const Pixel colour = fillPixel<P>(p);
-    m_slices.push_back(
+    m_page->slices.push_back(
         {m_samples, true, false, true, 0, colour, hslAmounts(p), {}, colour, m_mean});
-    if (m_slices.back().modulation.any()) {
-        modulateColour(&m_slices.back());
+    if (Slice& slice = m_page->slices.back(); slice.modulation.any()) {
+        modulateColour(&slice);
     }
 }
 
@@ -88,38 +89,41 @@ void LayerPainter<P>::stamp(const Stamp& s) {
         return;
     }
     if (!kernelsCanPaint(placed, P::MAX_VALUE())) {
-        m_slices.back().isOrdinary = false;
+        m_page->slices.back().isOrdinary = false;
     }
-    m_batch.add(placed);
-    if (m_batch.isFull()) {
-        Slice rest = m_slices.back();
-        paintBatch(nullptr);
+    m_page->batch.add(placed);
+    if (m_page->batch.isFull()) {
+        Slice rest = m_page->slices.back();
+        beginPainting(nullptr);
         rest.begins = false;
-        m_slices.push_back(rest);
+        m_page->slices.push_back(rest);
     }
 }
 
 template<class P>
 void LayerPainter<P>::endSample() {
-    Slice& slice = m_slices.back();
+    Slice& slice = m_page->slices.back();
     slice.ends = true;
-    slice.last = m_batch.size();
+    slice.last = m_page->batch.size();
     blend(slice, slice.ground.data(), m_mean.data(), 1);
     ++m_samples;
 }
 
 template<class P>
 void LayerPainter<P>::finish(const LayerFinish& how) {
-    paintBatch(&how);
+    beginPainting(&how);
+    m_work.wait();
 }
 
 template<class P>
 void LayerPainter<P>::leave(const AnimatedParameters& fallback, bool showUnfinished) {
-    const bool unfinished = !m_slices.empty() && !m_slices.back().ends;
+    std::vector<Slice>& slices = m_page->slices;
+    const bool unfinished = !slices.empty() && !slices.back().ends;
     if (unfinished && !(m_samples == 0 && showUnfinished)) {
-        m_slices.pop_back();
+        slices.pop_back();
     }
-    paintBatch(nullptr);
+    beginPainting(nullptr);
+    m_work.wait();
     const std::vector<Mask>& drawn = m_samples == 0 ? m_touched : m_settled;
     const Pixel ground = m_samples == 0 ? fillPixel<P>(fallback) : m_mean;
     for (int y = 0; y < m_rasters.output.height; ++y) {
@@ -133,28 +137,32 @@ void LayerPainter<P>::leave(const AnimatedParameters& fallback, bool showUnfinis
     }
 }
 
+// Turns to the other page, which is free when the painting that was begun before is done.
 template<class P>
-void LayerPainter<P>::paintBatch(const LayerFinish* how) {
-    if (!m_slices.empty() && !m_slices.back().ends) {
-        m_slices.back().last = m_batch.size();
+void LayerPainter<P>::beginPainting(const LayerFinish* how) {
+    Page& page = *m_page;
+    if (!page.slices.empty() && !page.slices.back().ends) {
+        page.slices.back().last = page.batch.size();
     }
-    m_batch.sortIntoBands();
-    forEachBand(m_batch.bands(), [&](int band) { paintBand(band, how); });
-    m_batch.cutBack(0);
-    m_slices.clear();
+    m_work.wait();
+    m_page = &page == m_pages.data() ? &m_pages[1] : m_pages.data();
+    m_page->batch.clear();
+    m_page->slices.clear();
+    m_work.begin([&page] { page.batch.sortIntoBands(); },
+                 [this, &page, how](int band) { paintBand(page, band, how); });
 }
 
 template<class P>
-void LayerPainter<P>::paintBand(int band, const LayerFinish* how) {
+void LayerPainter<P>::paintBand(const Page& page, int band, const LayerFinish* how) {
     const int first = band * m_bandRows;
     const int last = std::min(first + m_bandRows, m_rasters.output.height) - 1;
-    std::span<const StampBatch::Index> stamps = m_batch.inBand(band);
-    for (const Slice& slice : m_slices) {
+    std::span<const StampBatch::Index> stamps = page.batch.inBand(band);
+    for (const Slice& slice : page.slices) {
         const auto end = std::lower_bound(stamps.begin(), stamps.end(), slice.last);
         const auto count = static_cast<std::size_t>(end - stamps.begin());
         const RasterInfo& raster = target(slice);
         const StampRows rows{raster.data, raster.rowBytes, raster.width, first, last};
-        paintSlice(slice, rows, stamps.first(count));
+        paintSlice(slice, rows, page.batch, stamps.first(count));
         stamps = stamps.subspan(count);
     }
     if (how != nullptr) {
@@ -165,18 +173,18 @@ void LayerPainter<P>::paintBand(int band, const LayerFinish* how) {
 }
 
 template<class P>
-void LayerPainter<P>::paintSlice(const Slice& slice, const StampRows& rows,
+void LayerPainter<P>::paintSlice(const Slice& slice, const StampRows& rows, const StampBatch& batch,
                                  std::span<const StampBatch::Index> stamps) {
     if (slice.begins) {
         std::fill(m_touched.begin() + rows.first, m_touched.begin() + rows.last + 1, Mask{0});
     }
     for (const StampBatch::Index i : stamps) {
-        touch(slice, rows, m_batch[i]);
+        touch(slice, rows, batch[i]);
     }
     if (slice.isOrdinary) {
-        m_stampKernels.paint(rows, m_batch.data(), stamps, true);
+        m_stampKernels.paint(rows, batch.data(), stamps, true);
     } else {
-        paintOneByOne(rows, stamps);
+        paintOneByOne(rows, batch, stamps);
     }
     if (slice.ends) {
         for (int y = rows.first; y <= rows.last; ++y) {
@@ -186,13 +194,13 @@ void LayerPainter<P>::paintSlice(const Slice& slice, const StampRows& rows,
 }
 
 template<class P>
-void LayerPainter<P>::paintOneByOne(const StampRows& rows,
+void LayerPainter<P>::paintOneByOne(const StampRows& rows, const StampBatch& batch,
                                     std::span<const StampBatch::Index> stamps) {
     for (const StampBatch::Index& i : stamps) {
-        if (kernelsCanPaint(m_batch[i], P::MAX_VALUE())) {
-            m_stampKernels.paint(rows, m_batch.data(), {&i, 1}, false);
+        if (kernelsCanPaint(batch[i], P::MAX_VALUE())) {
+            m_stampKernels.paint(rows, batch.data(), {&i, 1}, false);
         } else {
-            stampRows<P>(rows, m_batch[i]);
+            stampRows<P>(rows, batch[i]);
         }
     }
 }

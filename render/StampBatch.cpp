@@ -14,13 +14,6 @@ void StampBatch::add(const PlacedStamp& stamp) {
     m_reaches += static_cast<std::size_t>(lastBand(stamp) - firstBand(stamp) + 1);
 }
 
-void StampBatch::cutBack(std::size_t count) {
-    for (; m_stamps.size() > count; m_stamps.pop_back()) {
-        const PlacedStamp& stamp = m_stamps.back();
-        m_reaches -= static_cast<std::size_t>(lastBand(stamp) - firstBand(stamp) + 1);
-    }
-}
-
 // Counts, then lays each number where its band has got to; that shifts the beginnings by one band.
 void StampBatch::sortIntoBands() {
     std::fill(m_firstOfBand.begin(), m_firstOfBand.end(), Index{0});

@@ -23,8 +23,10 @@ public:
     [[nodiscard]] bool isFull() const {
         return m_stamps.size() >= MOST_STAMPS || m_reaches >= MOST_REACHES;
     }
-    /// Drops all stamps from the one with this number on.
-    void cutBack(std::size_t count);
+    void clear() {
+        m_stamps.clear();
+        m_reaches = 0;
+    }
 
     [[nodiscard]] std::size_t size() const { return m_stamps.size(); }
     [[nodiscard]] const PlacedStamp& operator[](std::size_t i) const { return m_stamps[i]; }

@@ -21,7 +21,8 @@ public:
         : m_layer(layer),
           m_kernels(*stampKernels<Pixel>(level)),
           m_bandRows(bandHeight(layer.rowBytes)),
-          m_batch(layer.height, m_bandRows) {}
+          m_batch(layer.height, m_bandRows),
+          m_work(m_batch.bands()) {}
 
     void stamp(const Stamp& s) override {
         PlacedStamp placed(s, Pixel::MAX_VALUE());
@@ -34,21 +35,24 @@ public:
     }
 
     void paint() {
-        m_batch.sortIntoBands();
-        forEachBand(m_batch.bands(), [this](int band) {
-            const int first = band * m_bandRows;
-            const int last = std::min(first + m_bandRows, m_layer.height) - 1;
-            m_kernels.paint({m_layer.data, m_layer.rowBytes, m_layer.width, first, last},
-                            m_batch.data(), m_batch.inBand(band), true);
-        });
-        m_batch.cutBack(0);
+        m_work.begin([this] { m_batch.sortIntoBands(); }, [this](int band) { paintBand(band); });
+        m_work.wait();
+        m_batch.clear();
     }
 
 private:
+    void paintBand(int band) {
+        const int first = band * m_bandRows;
+        const int last = std::min(first + m_bandRows, m_layer.height) - 1;
+        m_kernels.paint({m_layer.data, m_layer.rowBytes, m_layer.width, first, last},
+                        m_batch.data(), m_batch.inBand(band), true);
+    }
+
     RasterInfo m_layer;
     const StampKernels& m_kernels;
     int m_bandRows;
     StampBatch m_batch;
+    BandWork m_work;
 };
 
 class OrbelStamps final : public Subject {
