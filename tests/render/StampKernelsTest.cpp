@@ -187,10 +187,10 @@ TYPED_TEST(StampKernelsOf, jumpToAndFroInTheSameRows) {
     std::mt19937 random(3);
     std::uniform_real_distribution<double> unit(0.0, 1.0);
     for (const double radius : {4.0, 9.0, 22.0, 40.0}) {
-        std::vector<Stamp> stamps;
-        for (int i = 0; i < 60; ++i) {
-            stamps.push_back({160 * unit(random), 12 + 30 * unit(random),
-                              radius * (0.7 + 0.3 * unit(random)), 0.3 * (i % 2), 255});
+        std::vector<Stamp> stamps(60);
+        for (Stamp& s : stamps) {
+            s = {160 * unit(random), 12 + 30 * unit(random), radius * (0.7 + 0.3 * unit(random)),
+                 unit(random) < 0.5 ? 0.0 : 0.3, 255};
         }
         this->compare(157, 53, static_cast<unsigned>(radius), 0.5, stamps);
     }
