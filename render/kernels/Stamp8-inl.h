@@ -97,7 +97,8 @@ public:
             if (run.left > run.right || (run.left >= filled.left && run.right <= filled.right)) {
                 continue;
             }
-            const bool apart = run.left > filled.right + 1 || run.right + 1 < filled.left;
+            const bool narrow = run.right - run.left < 2 * fewestPixels();
+            const bool apart = narrow || run.left > filled.right + 1 || run.right + 1 < filled.left;
             const Run known = apart ? Run{run.right + 1, run.right} : filled;
             run.left = std::min(run.left, known.left);
             run.right = std::max(run.right, known.right);
@@ -119,16 +120,20 @@ public:
         }
     }
 
-    /// Whether a stamp is so small, and without a core, that to find its spans would take longer
-    /// than to paint it as it is.
+    /// Whether a stamp is so small that to find its spans would take longer than to paint it as it
+    /// is. Where a core does not cover fully, sums may be whole numbers too often for that.
     static bool goesWithoutSpans(const PlacedStamp& stamp) {
         const int width = stamp.box.right - stamp.box.left + 1;
-        return !(stamp.brush.inner > 0.0) && width <= 2 * fewestPixels();
+        return width <= MOST_COLUMNS && (stamp.amount == 255.0 || !(stamp.brush.inner > 0.0));
     }
 
     /// Paints such a stamp.
     static void paintSmall(const StampRows& rows, const PlacedStamp& stamp) {
-        Ring<true>(rows, stamp).paintBox();
+        if (stamp.brush.inner > 0.0) {
+            Ring<false>(rows, stamp).paintBox();
+        } else {
+            Ring<true>(rows, stamp).paintBox();
+        }
     }
 
     /// How far from the centre pixels can change: not where full cover of a transparent pixel would
@@ -147,6 +152,7 @@ private:
     using I32 = hn::RebindToSigned<U32>;
     using F32 = hn::RebindToFloat<U32>;
 
+    static constexpr int MOST_COLUMNS = 32; // of a stamp that is painted without its spans
     static constexpr int SHIFT = P::FORMAT::alpha * 8; // a lane's low byte comes first in memory
     static constexpr std::uint32_t ALPHA = std::uint32_t{255} << SHIFT;
 
@@ -289,8 +295,8 @@ private:
 
     private:
         struct Row {
-            std::uint32_t* pixels;
-            int y;
+            std::uint32_t* pixels = nullptr;
+            int y = 0;
             hn::Vec<F32> distance;
         };
 

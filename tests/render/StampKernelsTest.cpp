@@ -170,6 +170,32 @@ TYPED_TEST(StampKernelsOf, buildUpTheSameStrokes) {
     }
 }
 
+// Around the strength at which nothing is left of a stamp, and where its rim comes to nothing.
+TYPED_TEST(StampKernelsOf, seeFaintStampsAsTheLawDoes) {
+    unsigned seed = 100;
+    for (const double intensity : {0.1, 0.17, 0.4, 0.499, 0.5, 0.51, 1.0, 2.0, 5.0, 20.0, 254.9}) {
+        for (const double radius : {1.0, 6.0, 14.5, 15.5, 28.0, 90.0}) {
+            for (const double feather : {0.0, 0.5, 0.9, 1.0}) {
+                this->compare(83, 59, ++seed, 1e9, {{41.3, 28.8, radius, feather, intensity}});
+            }
+        }
+    }
+}
+
+// What was filled last in a row says nothing about stamps apart from it.
+TYPED_TEST(StampKernelsOf, jumpToAndFroInTheSameRows) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    for (const double radius : {4.0, 9.0, 22.0, 40.0}) {
+        std::vector<Stamp> stamps(60);
+        for (Stamp& s : stamps) {
+            s = {160 * unit(random), 12 + 30 * unit(random), radius * (0.7 + 0.3 * unit(random)),
+                 unit(random) < 0.5 ? 0.0 : 0.3, 255};
+        }
+        this->compare(157, 53, static_cast<unsigned>(radius), 0.5, stamps);
+    }
+}
+
 TEST(StampKernels, leaveWhatTheyDoNotReckonWithToTheLaw) {
     const Stamp usual{20, 15, 10, 0.5, 200};
     const auto canPaint = [](const Stamp& s) { return kernelsCanPaint(PlacedStamp(s, 255), 255); };
