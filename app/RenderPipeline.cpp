@@ -1,20 +1,20 @@
 #include "app/RenderPipeline.h"
 
+#include <oneapi/tbb/concurrent_queue.h>
+
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <semaphore>
 #include <thread>
 
 namespace orbel::app {
 
-/// A frame on its way, or the end of all frames.
+/// A frame on its way.
 struct RenderPipeline::Job {
     MemoryImage input;
     MemoryImage output;
     long frame = 0;
     bool rendered = false;
-    bool isEnd = false;
 };
 
 /// The state of one rendering. Each stage handles one frame at a time, in order; the first failure
@@ -29,19 +29,15 @@ struct RenderPipeline::Run {
           renderer(pipeline.m_renderer),
           next(plan.frames.first) {}
 
-    /// The jobs are used in turn, by every stage.
-    Job& jobFor(long count) { return jobs[static_cast<std::size_t>(count) % jobs.size()]; }
-
-    /// Makes of a job the next frame with its input, or the end. False at the end.
+    /// Makes a job of the next frame with its input; false when there is none.
     bool read(Job& job) {
-        job.rendered = false;
-        job.isEnd = stopped || next > plan.frames.last || interrupted();
-        if (!job.isEnd) {
-            const Stopwatch watch(&result.times.reading);
-            job.frame = next++;
-            job.isEnd = !guarded(job.frame, [&] { input.fill(job.frame, job.input); });
+        if (stopped || next > plan.frames.last || interrupted()) {
+            return false;
         }
-        return !job.isEnd;
+        const Stopwatch watch(&result.times.reading);
+        job.frame = next++;
+        job.rendered = false;
+        return guarded(job.frame, [&] { input.fill(job.frame, job.input); });
     }
 
     void render(Job& job) {
@@ -131,6 +127,32 @@ struct RenderPipeline::Run {
     PipelineResult result;
 };
 
+/// Jobs on their way from one thread to the next.
+class RenderPipeline::Queue {
+public:
+    void push(Job* job) { m_jobs.push(job); }
+    /// Waits for a job; null when no more will come.
+    Job* take() {
+        Job* job = nullptr;
+        m_jobs.pop(job);
+        return job;
+    }
+    /// However the scope is left, nothing more will come.
+    class End {
+    public:
+        explicit End(Queue* queue) : m_queue(queue) {}
+        End(const End&) = delete;
+        End& operator=(const End&) = delete;
+        ~End() { m_queue->push(nullptr); }
+
+    private:
+        Queue* m_queue;
+    };
+
+private:
+    oneapi::tbb::concurrent_bounded_queue<Job*> m_jobs;
+};
+
 RenderPipeline::RenderPipeline(ScenePlan* plan, int threads, PipelineCallbacks callbacks)
     : m_plan(plan),
       m_threads(threads),
@@ -171,47 +193,30 @@ void RenderPipeline::renderAll(Run& run) {
 }
 
 // Reading and writing have threads of their own beside those that share out a frame, so that none
-// of them ever waits for what another one happens to be doing.
+// of them ever waits for what another one happens to be doing. A null job ends each of them.
 void RenderPipeline::renderOverlapped(Run& run) {
-    std::counting_semaphore<> unused(static_cast<std::ptrdiff_t>(m_jobs.size()));
-    std::counting_semaphore<> read(0);
-    std::counting_semaphore<> rendered(0);
+    Queue unused;
+    Queue read;
+    Queue rendered;
+    for (Job& job : m_jobs) {
+        unused.push(&job);
+    }
     const std::jthread writer([&] {
-        for (long count = 0;; ++count) {
-            rendered.acquire();
-            const Job& job = run.jobFor(count);
-            if (job.isEnd) {
-                break;
-            }
-            run.write(job);
-            unused.release();
+        while (Job* const job = rendered.take()) {
+            run.write(*job);
+            unused.push(job);
         }
     });
-    const auto readAll = [&] {
-        for (long count = 0, more = 1; more != 0; ++count) {
-            unused.acquire();
-            more = run.read(run.jobFor(count)) ? 1 : 0;
-            read.release();
+    const Queue::End endOfWriting(&rendered);
+    const std::jthread reader([&] {
+        const Queue::End endOfRendering(&read);
+        for (Job* job = unused.take(); run.read(*job); job = unused.take()) {
+            read.push(job);
         }
-    };
-    std::jthread reader;
-    try {
-        reader = std::jthread(readAll);
-    } catch (...) {
-        run.jobFor(0).isEnd = true; // for the writer, which is waiting
-        rendered.release();
-        throw;
-    }
-    for (long count = 0;; ++count) {
-        read.acquire();
-        Job& job = run.jobFor(count);
-        if (!job.isEnd) {
-            run.render(job);
-        }
-        rendered.release();
-        if (job.isEnd) {
-            break;
-        }
+    });
+    while (Job* const job = read.take()) {
+        run.render(*job);
+        rendered.push(job);
     }
 }
 

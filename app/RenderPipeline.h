@@ -57,6 +57,7 @@ public:
 private:
     struct Job;
     struct Run;
+    class Queue;
 
     void renderAll(Run& run);
     void renderOverlapped(Run& run);

@@ -149,6 +149,18 @@ TEST_P(RenderPipelineTest, finishesTheOutputWhenInterrupted) {
     EXPECT_EQ(outcome.log.finished, 1);
 }
 
+// The end runs through the stages right behind the last frames: it must not overtake them.
+TEST_P(RenderPipelineTest, endsShortFilmsTimeAndAgain) {
+    ScenePlan plan = movingPlan();
+    plan.size = {4, 4};
+    for (int i = 0; i < 300; ++i) {
+        plan.framesInFlight = 1 + i % 3;
+        plan.frames = {0, i % 5};
+        const Outcome outcome = run(plan, GetParam(), never, {});
+        ASSERT_EQ(outcome.log.frames, framesFrom(0, plan.frames.count())) << i;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Threads, RenderPipelineTest, testing::Values(1, 2, 8));
 
 } // namespace
