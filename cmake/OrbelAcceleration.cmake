@@ -38,13 +38,16 @@ function(orbel_accelerate target)
     endif()
 endfunction()
 
-# Adds units of vector kernels, if there are to be any. Everything in them is inlined into a few long
-# functions, for which the check of variables out of scope alone takes minutes to compile.
+# Adds units of vector kernels, if there are to be any. Each includes itself once per target, so none
+# can be a part of a larger unit. Everything in them is inlined into a few long functions, for which
+# the check of variables out of scope alone takes minutes to compile.
 function(orbel_add_kernels target)
     if(NOT ORBEL_HAVE_HIGHWAY)
         return()
     endif()
     target_sources(${target} PRIVATE ${ARGN})
+    set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target}
+                                PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     if(ORBEL_SANITIZE MATCHES "address")
         set_source_files_properties(
             ${ARGN} TARGET_DIRECTORY ${target}

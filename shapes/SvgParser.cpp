@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace orbel {
 
 namespace {
 
+constexpr std::size_t firstChunkBytes = 1024;
 constexpr std::size_t maxTitleBytes = 255;
 
 /// Colours have no bearing on an outline.
@@ -84,18 +86,19 @@ void svg_parser::parse(const char* fileName) {
     } else if (fileBytes(file.get()) > maxFileBytes) {
         m_report.add(SvgIssue::FileNotRead, "%s is larger than 64 MiB and is not read", fileName);
     } else {
-        parseChunks([&file](std::span<char> buffer) {
-            return std::fread(buffer.data(), 1, buffer.size(), file.get());
+        std::vector<char> buffer;
+        parseChunks([&file, &buffer](std::size_t wanted) {
+            buffer.resize(wanted);
+            return std::span(buffer).first(std::fread(buffer.data(), 1, wanted, file.get()));
         });
     }
 }
 
 void svg_parser::parseBuffer(std::span<const char> bytes) {
-    parseChunks([bytes](std::span<char> buffer) mutable {
-        const auto chunk = bytes.first(std::min(bytes.size(), buffer.size()));
-        std::copy(chunk.begin(), chunk.end(), buffer.begin());
+    parseChunks([bytes](std::size_t wanted) mutable {
+        const auto chunk = bytes.first(std::min(bytes.size(), wanted));
         bytes = bytes.subspan(chunk.size());
-        return chunk.size();
+        return chunk;
     });
 }
 
@@ -110,11 +113,14 @@ void svg_parser::parseChunks(const ChunkSource& nextChunk) {
     std::size_t total = 0;
     bool final = false;
     while (!final) {
-        const std::size_t count = nextChunk(m_buffer);
-        total += count;
+        // With every chunk expat looks at an unfinished token from its start again. Chunks as large
+        // as all that was read before keep that within twice the size of the file.
+        const std::size_t wanted = std::max(firstChunkBytes, total);
+        const std::span<const char> chunk = nextChunk(wanted);
+        total += chunk.size();
         // A file that grows while it is read must not go on for ever.
-        final = count < sizeof m_buffer || total >= maxFileBytes;
-        if (!m_xml->feed(std::span<const char>(m_buffer, count), final)) {
+        final = chunk.size() < wanted || total >= maxFileBytes;
+        if (!m_xml->feed(chunk, final)) {
             reportEarlyEnd();
             m_xml.reset();
             return;

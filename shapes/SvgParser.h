@@ -43,8 +43,9 @@ public:
     [[nodiscard]] const std::string& title() const { return m_title; }
 
 private:
-    /// Fills a buffer and gives the number of bytes; fewer than it holds are the last.
-    using ChunkSource = std::function<std::size_t(std::span<char>)>;
+    /// Gives the next bytes, as many as are asked for; fewer are the last. They are valid until the
+    /// next call.
+    using ChunkSource = std::function<std::span<const char>(std::size_t wanted)>;
 
     void parseChunks(const ChunkSource& nextChunk);
     void reportEarlyEnd();
@@ -73,7 +74,6 @@ private:
     SvgReport m_report;
     path_renderer m_path{&m_report};
     path_tokenizer m_tokenizer{&m_report};
-    char m_buffer[1024] = {};
     std::string m_title;
     std::string m_name; // of the style entry at hand
     std::string m_value;

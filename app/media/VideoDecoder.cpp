@@ -27,7 +27,7 @@ MediaError undecodable(const std::string& path, int code) {
             usualFormats};
 }
 
-void checkFile(const std::string& path) {
+void checkInput(const std::string& path) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::exists(status)) {
@@ -95,7 +95,7 @@ VideoDecoder::VideoDecoder(const std::string& path, int threads)
     : m_packet(libav::owned<libav::PacketPtr>(av_packet_alloc())) {
     libav::silenceLog();
     libav::forgetReason();
-    checkFile(path);
+    checkInput(path);
     open(path);
     openCodec(path, threads);
 }

@@ -83,6 +83,17 @@ TEST(HostileSvg, megabyteAttributesAreReadOnce) {
     }
 }
 
+// A reader that starts such a token anew with every few bytes of it never ends.
+TEST(HostileSvg, oneTokenMayFillTheFile) {
+    const std::string blank((60U << 20), ' ');
+    for (const std::string& token :
+         {"<line x2='" + blank + "1'/>", "<!--" + blank + "--><line x2='1'/>"}) {
+        const auto outlines = outlinesOf(token);
+        ASSERT_EQ(outlines.size(), 1U);
+        EXPECT_EQ(outlines[0].vertices[1].x, 1);
+    }
+}
+
 TEST(HostileSvg, verticesAndOutlinesAreBounded) {
     for (const std::string& many :
          {"<path d='h" + repeated("1 ", 3 << 19) + "'/>",

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <type_traits>
 
 namespace orbel::test {
 
@@ -31,14 +32,32 @@ void store(std::uint8_t* at, double number) {
     std::memcpy(at, &value, sizeof value);
 }
 
-std::array<std::uint8_t*, 4> channels(const RasterInfo& picture, int x, int y) {
+/// Where red, green, blue and alpha lie in a pixel.
+std::array<int, 4> channelOffsets(const RasterInfo& picture) {
     std::array<int, 4> order{};
     getRasterChannelOrder(picture.pixelFormat, order[0], order[1], order[2], order[3]);
-    std::array<std::uint8_t*, 4> at{};
-    for (std::size_t i = 0; i < 4; ++i) {
-        at[i] = picture.row(y) + x * picture.bytesPerPixel + order[i] * picture.bytesPerPixel / 4;
+    for (int& position : order) {
+        position *= picture.bytesPerPixel / 4;
     }
-    return at;
+    return order;
+}
+
+/// Paints a format with components of type T: whole numbers up to a maximum, or numbers up to 1.
+template<typename T>
+void paintAs(const RasterInfo& picture, const std::function<Rgba(int x, int y)>& pixel) {
+    const auto offsets = channelOffsets(picture);
+    const double maximum = maximumOf(picture.pixelFormat);
+    for (int y = 0; y < picture.height; ++y) {
+        std::uint8_t* at = picture.row(y);
+        for (int x = 0; x < picture.width; ++x, at += picture.bytesPerPixel) {
+            const Rgba value = pixel(x, y);
+            for (std::size_t i = 0; i < 4; ++i) {
+                const double number =
+                    std::is_integral_v<T> ? std::round(value[i] * maximum) : value[i];
+                store<T>(at + offsets[i], number);
+            }
+        }
+    }
 }
 
 std::string text(const Rgba& p) {
@@ -87,7 +106,10 @@ GuardedImage::GuardedImage(int width, int height, RasterFormat format, RowLayout
         m_info.data = m_info.row(height - 1);
         m_info.rowBytes = -stride;
     }
-    paint(m_info, [](int, int) { return Rgba{}; });
+    for (int y = 0; y < height; ++y) {
+        std::memset(m_info.row(y), 0,
+                    static_cast<std::size_t>(width) * static_cast<std::size_t>(pixel));
+    }
 }
 
 bool GuardedImage::guardsIntact() const {
@@ -100,39 +122,35 @@ bool GuardedImage::guardsIntact() const {
 }
 
 Rgba pixelAt(const RasterInfo& picture, int x, int y) {
-    const auto at = channels(picture, x, y);
+    const auto offsets = channelOffsets(picture);
+    const std::uint8_t* const pixel = picture.row(y) + x * picture.bytesPerPixel;
     Rgba value{};
     for (std::size_t i = 0; i < 4; ++i) {
-        value[i] = (picture.bytesPerPixel == 4   ? load<std::uint8_t>(at[i])
-                    : picture.bytesPerPixel == 8 ? load<std::uint16_t>(at[i])
-                                                 : load<float>(at[i])) /
+        const std::uint8_t* const at = pixel + offsets[i];
+        value[i] = (picture.bytesPerPixel == 4   ? load<std::uint8_t>(at)
+                    : picture.bytesPerPixel == 8 ? load<std::uint16_t>(at)
+                                                 : load<float>(at)) /
                    maximumOf(picture.pixelFormat);
     }
     return value;
 }
 
 void setPixel(const RasterInfo& picture, int x, int y, const Rgba& value) {
-    const auto at = channels(picture, x, y);
-    const double maximum = maximumOf(picture.pixelFormat);
-    for (std::size_t i = 0; i < 4; ++i) {
-        switch (picture.bytesPerPixel) {
-        case 4:
-            store<std::uint8_t>(at[i], std::round(value[i] * maximum));
-            break;
-        case 8:
-            store<std::uint16_t>(at[i], std::round(value[i] * maximum));
-            break;
-        default:
-            store<float>(at[i], value[i]);
-        }
-    }
+    RasterInfo one = picture;
+    one.data = picture.row(y) + x * picture.bytesPerPixel;
+    one.width = 1;
+    one.height = 1;
+    paint(one, [&value](int, int) { return value; });
 }
 
 void paint(const RasterInfo& picture, const std::function<Rgba(int x, int y)>& pixel) {
-    for (int y = 0; y < picture.height; ++y) {
-        for (int x = 0; x < picture.width; ++x) {
-            setPixel(picture, x, y, pixel(x, y));
-        }
+    switch (picture.bytesPerPixel) {
+    case 4:
+        return paintAs<std::uint8_t>(picture, pixel);
+    case 8:
+        return paintAs<std::uint16_t>(picture, pixel);
+    default:
+        return paintAs<float>(picture, pixel);
     }
 }
 
