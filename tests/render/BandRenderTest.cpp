@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <optional>
 
 namespace orbel {
@@ -129,17 +128,6 @@ Outcome draw(const Case& c, RasterFormat format, RowLayout layout) {
     return outcome;
 }
 
-bool sameBytes(const RasterInfo& a, const RasterInfo& b) {
-    for (int y = 0; y < a.height; ++y) {
-        const auto size =
-            static_cast<std::size_t>(a.width) * static_cast<std::size_t>(a.bytesPerPixel);
-        if (std::memcmp(a.row(y), b.row(y), size) != 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
 class BandRender : public testing::TestWithParam<RasterFormat> {};
 
 TEST_P(BandRender, givesTheFramesOfTheLawAtEveryLevelOnAnyThreads) {
@@ -162,9 +150,10 @@ TEST_P(BandRender, givesTheFramesOfTheLawAtEveryLevelOnAnyThreads) {
                                           ", threads " + std::to_string(threads);
                 EXPECT_EQ(actual.frame.result, expected.frame.result) << where;
                 EXPECT_EQ(actual.progressCalls, expected.progressCalls) << where;
-                EXPECT_TRUE(sameBytes(actual.frame.output.info(), expected.frame.output.info()))
+                EXPECT_TRUE(
+                    test::sameBytes(actual.frame.output.info(), expected.frame.output.info()))
                     << where;
-                EXPECT_TRUE(sameBytes(actual.frame.input.info(), expected.frame.input.info()))
+                EXPECT_TRUE(test::sameBytes(actual.frame.input.info(), expected.frame.input.info()))
                     << where;
             }
         }

@@ -74,6 +74,25 @@ private:
     }
 };
 
+/// Takes every write and does nothing; derive to look at some.
+class SilentUpdate : public PluginUpdate_API {
+public:
+    bool isValid() override { return true; }
+    void setFloatValue(int, int, double) override {}
+    void setAngleValue(int, int, double) override {}
+    void setIntValue(int, int, int) override {}
+    void setBoolValue(int, int, bool) override {}
+    void setEnumValue(int, int, unsigned) override {}
+    void setPoint2DValue(int, int, double, double) override {}
+    void setColorValue(int, int, double, double, double) override {}
+    void setEnable(int, int, bool) override {}
+    void setGroupOpen(int, int, bool) override {}
+    void setParamName(int, int, const char*) override {}
+
+protected:
+    ~SilentUpdate() = default;
+};
+
 /// The record of a host with selectors of its own; answers what it is told.
 class FakeFxPlugHost final : public FXPLUGHost, private ParameterReader {
 public:

@@ -34,6 +34,14 @@ void writeFrames(const std::string& path, TestRaster& raster, const WriterSpec& 
     writer->finish();
 }
 
+/// Writes one frame and reads it back.
+PicturePtr roundTrip(const std::string& path, const TestRaster& raster) {
+    const auto writer = openWriter(path, specFor(raster));
+    writer->write(raster.info(), 0);
+    writer->finish();
+    return openMedia(path, 1)->readFrame(0);
+}
+
 struct Size {
     int width;
     int height;
@@ -100,10 +108,7 @@ TEST(MediaWriter, ExrKeepsFloatsBeyondOne) {
     const TestFolder folder;
     TestRaster raster(RF_RGBA32F, 5, 3, RowOrder::Tight);
     raster.fillColour(400.0, -2.0, 0.25, 0.5);
-    const auto writer = openWriter(folder / "a.exr", specFor(raster));
-    writer->write(raster.info(), 0);
-    writer->finish();
-    const auto picture = openMedia(folder / "a.exr", 1)->readFrame(0);
+    const auto picture = roundTrip(folder / "a.exr", raster);
     EXPECT_EQ(componentOf(*picture, 4, 2, 0), 400.0);
     EXPECT_EQ(componentOf(*picture, 4, 2, 1), -2.0);
     EXPECT_EQ(componentOf(*picture, 4, 2, 2), 0.25);
@@ -149,10 +154,7 @@ TEST(MediaWriter, ColoursAreRightInEveryFilm) {
             for (const auto& c : colours) {
                 TestRaster raster(format, 32, 32, RowOrder::Tight);
                 raster.fillColour(c[0], c[1], c[2], 1.0);
-                const auto writer = openWriter(folder / name, specFor(raster));
-                writer->write(raster.info(), 0);
-                writer->finish();
-                const auto picture = openMedia(folder / name, 1)->readFrame(0);
+                const auto picture = roundTrip(folder / name, raster);
                 EXPECT_LE(largestDifference(*picture, raster), 3.0 / 255.0)
                     << name << " " << c[0] << c[1] << c[2];
             }
@@ -165,10 +167,7 @@ TEST(MediaWriter, ProResCarriesStraightAlphaAndOpaqueStaysOpaque) {
     for (const double alpha : {1.0, 0.5, 0.1, 0.0}) {
         TestRaster raster(RF_ARGB16, 48, 32, RowOrder::BottomUp);
         raster.fillColour(1.0, 0.5, 0.25, alpha);
-        const auto writer = openWriter(folder / "a.mov", specFor(raster));
-        writer->write(raster.info(), 0);
-        writer->finish();
-        const auto picture = openMedia(folder / "a.mov", 1)->readFrame(0);
+        const auto picture = roundTrip(folder / "a.mov", raster);
         EXPECT_NEAR(componentOf(*picture, 20, 20, 3), alpha, alpha == 1.0 ? 0.0 : 0.001);
         EXPECT_LE(largestDifference(*picture, raster), 0.006) << alpha;
     }
@@ -178,10 +177,7 @@ TEST(MediaWriter, H264IsCompositedOverBlack) {
     const TestFolder folder;
     TestRaster raster(RF_RGBA8, 32, 32, RowOrder::Tight);
     raster.fillColour(1.0, 1.0, 1.0, 0.5);
-    const auto writer = openWriter(folder / "a.mp4", specFor(raster));
-    writer->write(raster.info(), 0);
-    writer->finish();
-    const auto picture = openMedia(folder / "a.mp4", 1)->readFrame(0);
+    const auto picture = roundTrip(folder / "a.mp4", raster);
     EXPECT_NEAR(componentOf(*picture, 9, 9, 1), 0.5, 3.0 / 255.0);
     EXPECT_EQ(componentOf(*picture, 9, 9, 3), 1.0);
 }
