@@ -1,6 +1,6 @@
 #include "pixel/TransferModes.h"
 
-#include "tests/pixel/PixelTestSupport.h"
+#include "tests/pixel/RowTestSupport.h"
 
 #include <algorithm>
 #include <cstring>
@@ -220,19 +220,24 @@ const std::vector<StoredDigest> storedDigests{
 
 TYPED_TEST(TransferModes, KeepEveryBit) {
     using P = TypeParam;
+    const LevelGuard guard;
     const auto first = randomPixels<P>(600, 11);
     const auto second = randomPixels<P>(600, 12);
     const std::array<std::pair<double, double>, 3> opacities{{{1.0, 1.0}, {0.6, 1.0}, {0.9, 0.4}}};
     ASSERT_EQ(storedDigests.size(), allModes.size());
-    for (const StoredDigest& stored : storedDigests) {
-        std::uint64_t hash = 0xcbf29ce484222325U;
-        for (const auto& [opacity1, opacity2] : opacities) {
-            for (const bool opaqueOut : {false, true}) {
-                hash = digest(hash, compositePixels<P>({stored.mode, opacity1, opacity2, opaqueOut},
-                                                       first, second));
+    for (const int level : {0, bestAccelerationLevel()}) {
+        setAccelerationLevel(level);
+        for (const StoredDigest& stored : storedDigests) {
+            std::uint64_t hash = 0xcbf29ce484222325U;
+            for (const auto& [opacity1, opacity2] : opacities) {
+                for (const bool opaqueOut : {false, true}) {
+                    const Settings settings{stored.mode, opacity1, opacity2, opaqueOut};
+                    hash = digest(hash, compositePixels<P>(settings, first, second));
+                }
             }
+            EXPECT_EQ(hash, stored.ofDepth.at(sizeof(typename P::Component) / 2))
+                << stored.mode << " at level " << level;
         }
-        EXPECT_EQ(hash, stored.ofDepth.at(sizeof(typename P::Component) / 2)) << stored.mode;
     }
 }
 

@@ -1,8 +1,8 @@
 #include "host/AlphaHandling.h"
 
 #include "pixel/ColourOps.h"
+#include "pixel/TraitsByFormat.h"
 #include "render/RenderDispatch.h"
-#include "tests/support/FormatTraits.h"
 #include "tests/support/Scene.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ void apply(Pass pass, const RasterInfo& picture) {
     ParameterStore parameters;
     PluginHost_MEMORY_Impl host({}, {}, &parameters, {});
     PluginRaster_MEMORY_Impl raster(picture);
-    test::withTraits(picture.pixelFormat, [&](auto traits) {
+    withTraits(picture.pixelFormat, [&](auto traits) {
         using P = decltype(traits);
         using Types = PixelTypes<P>;
         const auto call = [&](auto* operation) { operation(traits, &host, &raster); };

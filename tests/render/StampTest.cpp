@@ -1,6 +1,6 @@
 #include "render/StrokeRasteriserImpl.h"
 
-#include "tests/support/FormatTraits.h"
+#include "pixel/TraitsByFormat.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/TestHosts.h"
 
@@ -27,7 +27,7 @@ struct Dab {
 
 void stamp(const RasterInfo& raster, const Dab& dab) {
     test::BareHost host;
-    test::withTraits(raster.pixelFormat, [&](auto traits) {
+    withTraits(raster.pixelFormat, [&](auto traits) {
         using P = decltype(traits);
         using Types = PixelTypes<P>;
         HQDrawSphere<P, typename Types::Component, typename Types::Wide, typename Types::Float,
