@@ -1,5 +1,5 @@
-#include "pixel/Acceleration.h"
 #include "render/RenderDispatch.h"
+#include "tests/support/AccelerationSettings.h"
 #include "tests/support/Scene.h"
 #include "tests/support/TestHosts.h"
 
@@ -13,22 +13,6 @@ namespace {
 using test::Frame;
 using test::Scene;
 using Host = test::SceneHost<test::FailingHost>;
-
-/// Puts level and threads back at the end of a test.
-class Settings {
-public:
-    Settings() = default;
-    Settings(const Settings&) = delete;
-    Settings& operator=(const Settings&) = delete;
-    ~Settings() {
-        setAccelerationLevel(m_level);
-        setRenderThreads(m_threads);
-    }
-
-private:
-    int m_level = accelerationLevel();
-    int m_threads = renderThreads();
-};
 
 /// One way in which a frame is drawn, and may fail.
 struct Case {
@@ -131,7 +115,7 @@ Outcome draw(const Case& c, RasterFormat format, RowLayout layout) {
 class BandRender : public testing::TestWithParam<RasterFormat> {};
 
 TEST_P(BandRender, givesTheFramesOfTheLawAtEveryLevelOnAnyThreads) {
-    const Settings restored;
+    const test::AccelerationSettings restored;
     const RowLayout layout{16, GetParam() % 2 == 0};
     for (const Case& c : CASES) {
         setAccelerationLevel(0);

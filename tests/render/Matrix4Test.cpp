@@ -47,6 +47,16 @@ protected:
     test::BareHost m_host;
 };
 
+TEST_F(Matrix4, combinedRotationsKeepTheirOrder) {
+    Vx_Matrix4 matrix;
+    BuildRotateXYMatrix(&m_host, &matrix, QUARTER, QUARTER);
+    expectNear(moved({0, 1, 0}, matrix), {1, 0, 0}); // x takes y to z, then y takes z to x
+    IdentityMatrix4(&matrix);
+    rotateZYX(&m_host, &matrix, {QUARTER, QUARTER, QUARTER});
+    expectNear(moved({1, 0, 0}, matrix), {0, 0, 1});
+    expectNear(moved({0, 1, 0}, matrix), {0, -1, 0});
+}
+
 TEST_F(Matrix4, inverseOfAFullMatrixAndOfASingularOne) {
     const Vx_Matrix4 full{{{2, 1, 0, 3}, {0, 1, 4, 1}, {1, 0, 2, 2}, {3, 1, 1, 1}}};
     Vx_Matrix4 inverse = full;

@@ -38,6 +38,26 @@ void TestRaster::fillColour(double red, double green, double blue, double alpha)
     });
 }
 
+WriterSpec specFor(const TestRaster& raster) {
+    WriterSpec spec;
+    spec.width = raster.info().width;
+    spec.height = raster.info().height;
+    spec.frameRate = {24, 1};
+    spec.format = raster.info().pixelFormat;
+    spec.threads = 2;
+    return spec;
+}
+
+void writeNoise(const std::string& path, TestRaster& raster, const WriterSpec& spec, long first,
+                long count) {
+    const auto writer = openWriter(path, spec);
+    for (long frame = first; frame < first + count; ++frame) {
+        raster.fillNoise(static_cast<unsigned>(frame));
+        writer->write(raster.info(), frame);
+    }
+    writer->finish();
+}
+
 double componentOf(const Picture& picture, int x, int y, int channel) {
     const std::size_t at =
         4 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +

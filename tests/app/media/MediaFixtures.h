@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/media/MediaWriter.h"
 #include "app/media/Picture.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/TestFolder.h"
@@ -36,6 +37,13 @@ public:
 private:
     test::GuardedImage m_image;
 };
+
+/// What a writer of such rasters is told.
+WriterSpec specFor(const TestRaster& raster);
+
+/// Writes so many frames of noise, numbered from `first`.
+void writeNoise(const std::string& path, TestRaster& raster, const WriterSpec& spec, long first,
+                long count);
 
 /// Component of a picture as a fraction of its maximum.
 double componentOf(const Picture& picture, int x, int y, int channel);

@@ -15,25 +15,6 @@ namespace {
 
 using testing::HasSubstr;
 
-WriterSpec specFor(const TestRaster& raster) {
-    WriterSpec spec;
-    spec.width = raster.info().width;
-    spec.height = raster.info().height;
-    spec.frameRate = {24, 1};
-    spec.format = raster.info().pixelFormat;
-    spec.threads = 2;
-    return spec;
-}
-
-void writeFrames(const std::string& path, TestRaster& raster, const WriterSpec& spec, long count) {
-    const auto writer = openWriter(path, spec);
-    for (long frame = 0; frame < count; ++frame) {
-        raster.fillNoise(static_cast<unsigned>(frame));
-        writer->write(raster.info(), frame);
-    }
-    writer->finish();
-}
-
 /// Writes one frame and reads it back.
 PicturePtr roundTrip(const std::string& path, const TestRaster& raster) {
     const auto writer = openWriter(path, specFor(raster));
@@ -67,7 +48,7 @@ TEST_P(LosslessRoundTrip, KeepsEveryFormatAndSize) {
                          std::to_string(size.width) + " x " + std::to_string(size.height));
             TestRaster raster(format, size.width, size.height, RowOrder::BottomUp);
             const std::string path = folder / ((film ? "film" : "a-%04d") + ending);
-            writeFrames(path, raster, specFor(raster), 3);
+            writeNoise(path, raster, specFor(raster), 0, 3);
             const auto reader = openMedia(path, 1);
             EXPECT_EQ(reader->properties().kind, film ? MediaKind::Clip : MediaKind::Sequence);
             EXPECT_EQ(reader->properties().frameCount, 3);
@@ -99,7 +80,7 @@ TEST(MediaWriter, DepthFollowsTheLayout) {
     };
     for (const auto& c : cases) {
         TestRaster raster(c.format, 16, 16, RowOrder::Tight);
-        writeFrames(folder / c.name, raster, specFor(raster), 1);
+        writeNoise(folder / c.name, raster, specFor(raster), 0, 1);
         EXPECT_EQ(openMedia(folder / c.name, 1)->properties().depth, c.depth) << c.name;
     }
 }
@@ -188,7 +169,7 @@ TEST(MediaWriter, PixelAspectIsKept) {
         TestRaster raster(RF_RGBA8, 720, 480, RowOrder::Tight);
         WriterSpec spec = specFor(raster);
         spec.pixelAspect = 32.0 / 27.0;
-        writeFrames(folder / name, raster, spec, 1);
+        writeNoise(folder / name, raster, spec, 0, 1);
         EXPECT_NEAR(openMedia(folder / name, 1)->properties().pixelAspect, 32.0 / 27.0, 1e-3)
             << name;
     }
@@ -300,7 +281,7 @@ TEST(MediaWriter, AFullDiskIsReportedWithFileAndFrame) {
         {
             const FullDisk full(name == "a-%03d.png" ? 1000 : 300000);
             try {
-                writeFrames(folder / name, raster, specFor(raster), 200);
+                writeNoise(folder / name, raster, specFor(raster), 0, 200);
             } catch (const MediaError& error) {
                 place = error.place();
                 EXPECT_THAT(error.what(), HasSubstr("cannot be written"));
