@@ -23,7 +23,7 @@ public:
     PixelType getPixelType() override;
 
 private:
-    explicit PluginRaster_MEMORY_Impl(std::shared_ptr<MemoryImage> image)
+    explicit PluginRaster_MEMORY_Impl(const std::shared_ptr<MemoryImage>& image)
         : PluginRaster_PLAIN_Impl(image->info(), image) {}
 };
 

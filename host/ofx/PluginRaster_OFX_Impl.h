@@ -27,7 +27,7 @@ public:
     OFXRaster* getOFXRaster() override { return &m_handle; }
 
 private:
-    explicit PluginRaster_OFX_Impl(std::shared_ptr<ofx::PixelBuffer> buffer)
+    explicit PluginRaster_OFX_Impl(const std::shared_ptr<ofx::PixelBuffer>& buffer)
         : PluginRaster_PLAIN_Impl(buffer->info(), buffer) {}
 
     OFXRaster m_handle{&info()};

@@ -24,6 +24,8 @@ private:
 class LoggingRaster final : public PluginRaster_PLAIN_Impl {
 public:
     LoggingRaster(Log* log, int width) : PluginRaster_PLAIN_Impl(sized(width)), m_log(log) {}
+    LoggingRaster(const LoggingRaster&) = delete;
+    LoggingRaster& operator=(const LoggingRaster&) = delete;
     ~LoggingRaster() override { m_log->emplace_back("delete"); }
     PixelType getPixelType() override { return PIXEL_TYPE_8; }
 

@@ -19,7 +19,7 @@ TestRaster::TestRaster(RasterFormat format, int width, int height, RowOrder orde
     : m_image(width, height, format,
               {order == RowOrder::Tight ? 0 : 48, order == RowOrder::BottomUp}) {}
 
-void TestRaster::fillNoise(unsigned frame) {
+void TestRaster::fillNoise(unsigned frame) const {
     test::paint(info(), [frame](int x, int y) {
         const std::uint32_t seed =
             scramble(frame * 7919U + static_cast<unsigned>(y) * 4099U + static_cast<unsigned>(x));
@@ -32,7 +32,7 @@ void TestRaster::fillNoise(unsigned frame) {
     });
 }
 
-void TestRaster::fillColour(double red, double green, double blue, double alpha) {
+void TestRaster::fillColour(double red, double green, double blue, double alpha) const {
     test::paint(info(), [=](int, int) {
         return test::Rgba{red * alpha, green * alpha, blue * alpha, alpha};
     });
@@ -48,8 +48,8 @@ WriterSpec specFor(const TestRaster& raster) {
     return spec;
 }
 
-void writeNoise(const std::string& path, TestRaster& raster, const WriterSpec& spec, long first,
-                long count) {
+void writeNoise(const std::string& path, const TestRaster& raster, const WriterSpec& spec,
+                long first, long count) {
     const auto writer = openWriter(path, spec);
     for (long frame = first; frame < first + count; ++frame) {
         raster.fillNoise(static_cast<unsigned>(frame));

@@ -24,9 +24,9 @@ class TestRaster {
 public:
     TestRaster(RasterFormat format, int width, int height, RowOrder order);
 
-    void fillNoise(unsigned frame);
+    void fillNoise(unsigned frame) const;
     /// Straight components in R, G, B, A, 0..1, premultiplied with plain rounding.
-    void fillColour(double red, double green, double blue, double alpha);
+    void fillColour(double red, double green, double blue, double alpha) const;
 
     [[nodiscard]] const RasterInfo& info() const { return m_image.info(); }
     /// Premultiplied component of a pixel, 0..1; channels in R, G, B, A.
@@ -42,8 +42,8 @@ private:
 WriterSpec specFor(const TestRaster& raster);
 
 /// Writes so many frames of noise, numbered from `first`.
-void writeNoise(const std::string& path, TestRaster& raster, const WriterSpec& spec, long first,
-                long count);
+void writeNoise(const std::string& path, const TestRaster& raster, const WriterSpec& spec,
+                long first, long count);
 
 /// Component of a picture as a fraction of its maximum.
 double componentOf(const Picture& picture, int x, int y, int channel);
