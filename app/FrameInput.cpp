@@ -2,7 +2,7 @@
 
 #include "app/media/PixelConversion.h"
 #include "host/Numeric.h"
-#include "pixel/PixelTraits.h"
+#include "pixel/TraitsByFormat.h"
 
 #include <cstring>
 
@@ -34,23 +34,6 @@ void fillColor(const std::array<double, 4>& rgba, const MemoryImage& image) {
     }
 }
 
-void fillColor(const ColorInput& color, const MemoryImage& image) {
-    switch (image.info().pixelFormat) {
-    case RF_ARGB8:
-        return fillColor<PIXEL_ARGB8>(color.rgba, image);
-    case RF_RGBA8:
-        return fillColor<PIXEL_RGBA8>(color.rgba, image);
-    case RF_ARGB16:
-        return fillColor<PIXEL_ARGB16>(color.rgba, image);
-    case RF_RGBA16:
-        return fillColor<PIXEL_RGBA16>(color.rgba, image);
-    case RF_ARGB32F:
-        return fillColor<PIXEL_ARGB32>(color.rgba, image);
-    default:
-        return fillColor<PIXEL_RGBA32>(color.rgba, image);
-    }
-}
-
 void fillRaw(const std::vector<std::uint8_t>& frame, const MemoryImage& image) {
     const std::uint8_t* source = frame.data();
     for (int y = 0; y < image.info().height; ++y, source += image.rowSize()) {
@@ -74,7 +57,8 @@ void FrameInput::fillStill(const MemoryImage& image) {
     } else if (!m_plan->rawFrame.empty()) {
         fillRaw(m_plan->rawFrame, image);
     } else {
-        fillColor(m_plan->color, image);
+        withTraits(image.info().pixelFormat,
+                   [&](auto traits) { fillColor<decltype(traits)>(m_plan->color.rgba, image); });
     }
 }
 

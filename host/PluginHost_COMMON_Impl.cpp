@@ -1,5 +1,7 @@
 #include "host/PluginHost_COMMON_Impl.h"
 
+#include "host/RasterRows.h"
+
 #include <cmath>
 #include <cstdlib>
 
@@ -16,6 +18,67 @@ double wide(float value) {
 }
 
 } // namespace
+
+RasterInfo PluginHost_COMMON_Impl::infoOf(PluginRaster_API* raster) {
+    RasterInfo info;
+    getRasterInfo(raster, &info);
+    return info;
+}
+
+RasterInfo PluginHost_COMMON_Impl::inputInfo() {
+    RasterInfo info;
+    getInputRasterInfo(0, &info);
+    return info;
+}
+
+RasterInfo PluginHost_COMMON_Impl::outputInfo() {
+    RasterInfo info;
+    getOutputRasterInfo(&info);
+    return info;
+}
+
+void PluginHost_COMMON_Impl::fillOutput() {
+    clearRows(outputInfo());
+}
+
+void PluginHost_COMMON_Impl::fill(PluginRaster_API* raster) {
+    clearRows(infoOf(raster));
+}
+
+void PluginHost_COMMON_Impl::copyInputToOutput() {
+    copyRows(inputInfo(), outputInfo());
+}
+
+void PluginHost_COMMON_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination) {
+    copyRows(infoOf(source), infoOf(destination));
+}
+
+void PluginHost_COMMON_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
+                                  Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
+    copyRows(croppedTo(infoOf(source), *sourceRect),
+             croppedTo(infoOf(destination), *destinationRect));
+}
+
+PluginRaster_API* PluginHost_COMMON_Impl::lockTemporalRaster(double /*time*/, bool /*fieldMode*/,
+                                                             bool /*firstFieldOdd*/) {
+    return nullptr;
+}
+
+PluginRaster_API* PluginHost_COMMON_Impl::checkoutLayer(int /*param*/, int /*flags*/) {
+    return nullptr;
+}
+
+PluginRaster_API* PluginHost_COMMON_Impl::checkoutLayer(int /*param*/, double /*time*/,
+                                                        int /*flags*/) {
+    return nullptr;
+}
+
+void PluginHost_COMMON_Impl::getFullFrameInfo(double /*time*/, int height, int& fullHeight,
+                                              int& step, int& phase) {
+    fullHeight = height;
+    step = 1;
+    phase = 0;
+}
 
 double PluginHost_COMMON_Impl::math_sqrt(double x) {
     return std::sqrt(x);

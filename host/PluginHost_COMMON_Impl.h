@@ -5,11 +5,23 @@
 namespace orbel {
 
 /// What the doors of this program answer alike: the C library's maths, the C heap, one pointer and
-/// one path per host object, no suites, no host compositing, no cancelling. Every answer can be
-/// overridden.
+/// one path per host object, 30 frames of 100 ticks a second, whole frames, no other layers, no
+/// suites, no host compositing, no cancelling. Every answer can be overridden.
 class PluginHost_COMMON_Impl : public PluginHost_API {
 public:
+    // --- Images, as `getRasterInfo` and its like describe them ---
     using PluginHost_API::fill;
+    void fillOutput() override;
+    void fill(PluginRaster_API* raster) override;
+    void copyInputToOutput() override;
+    void copy(PluginRaster_API* source, PluginRaster_API* destination) override;
+    /// Both rectangles are clipped to their images.
+    void copy(PluginRaster_API* source, PluginRaster_API* destination, Vx_Rect* sourceRect,
+              Vx_Rect* destinationRect) override;
+    void setOutputRaster(PluginRaster_API* raster) override { m_outputOverride = raster; }
+    PluginRaster_API* lockTemporalRaster(double time, bool fieldMode, bool firstFieldOdd) override;
+    PluginRaster_API* checkoutLayer(int param, int flags) override;
+    PluginRaster_API* checkoutLayer(int param, double time, int flags) override;
 
     AEHost* getAEHost() override { return nullptr; }
     AVX1Host* getAVX1Host() override { return nullptr; }
@@ -54,6 +66,14 @@ public:
     void unloadDLL() override {}
     void* getDLL() override { return nullptr; }
 
+    int getTimeScale() override { return 3000; }
+    int getTimeStep() override { return 100; }
+    int getFrameLength() override { return 30 * getTimeStep(); }
+    int getLocalTimeStep() override { return getTimeStep(); }
+    bool isFieldRendering() override { return false; }
+    void getFullFrameInfo(double time, int height, int& fullHeight, int& step, int& phase) override;
+    bool isApplication(long /*fourCC*/) override { return false; }
+
     void* getUserData() override { return m_userData; }
     void setUserData(void* data) override { m_userData = data; }
     void getOrigin(int& x, int& y) override;
@@ -80,7 +100,14 @@ protected:
     // Always made and destroyed as its concrete type.
     ~PluginHost_COMMON_Impl() = default;
 
+    /// The raster that stands in for the output; null without one. Borrowed.
+    [[nodiscard]] PluginRaster_API* outputOverride() const { return m_outputOverride; }
+    [[nodiscard]] RasterInfo infoOf(PluginRaster_API* raster);
+    [[nodiscard]] RasterInfo inputInfo();
+    [[nodiscard]] RasterInfo outputInfo();
+
 private:
+    PluginRaster_API* m_outputOverride = nullptr;
     PluginPath_API* m_path = nullptr;
     void* m_userData = nullptr;
     int m_originX = 0;

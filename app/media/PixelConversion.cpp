@@ -2,6 +2,7 @@
 
 #include "app/media/ComponentScale.h"
 #include "pixel/RowKernels.h"
+#include "pixel/TraitsByFormat.h"
 
 #include <algorithm>
 #include <array>
@@ -12,23 +13,10 @@ namespace orbel::app {
 
 namespace {
 
-/// Calls `action` with the pixel trait of a layout.
+/// Calls `action` with the pixel traits of a layout.
 template<typename Action>
 void withPixel(RasterFormat format, const Action& action) {
-    switch (format) {
-    case RF_ARGB8:
-        return action(PIXEL_ARGB8{});
-    case RF_RGBA8:
-        return action(PIXEL_RGBA8{});
-    case RF_ARGB16:
-        return action(PIXEL_ARGB16{});
-    case RF_RGBA16:
-        return action(PIXEL_RGBA16{});
-    case RF_ARGB32F:
-        return action(PIXEL_ARGB32{});
-    case RF_RGBA32F:
-        return action(PIXEL_RGBA32{});
-    default:
+    if (!withTraits(format, action)) {
         throw std::invalid_argument("a raster of this layout cannot be read or written");
     }
 }

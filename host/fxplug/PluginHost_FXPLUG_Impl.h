@@ -48,13 +48,9 @@ public:
     int cameraMatrix(long time, long timeScale, Vx_Matrix4* camera, double* zoom) override;
 
     // --- Images ---
-    using PluginHost_COMMON_Impl::fill;
     int getOutputWidth() override;
     int getOutputHeight() override;
-    void fillOutput() override;
-    void fill(PluginRaster_API* raster) override;
-    void copyInputToOutput() override;
-    void copy(PluginRaster_API* source, PluginRaster_API* destination) override;
+    using PluginHost_COMMON_Impl::copy;
     /// All four edges of `sourceRect` are inclusive and clipped to the source; only the top left
     /// corner of `destinationRect` counts.
     void copy(PluginRaster_API* source, PluginRaster_API* destination, Vx_Rect* sourceRect,
@@ -74,7 +70,6 @@ public:
     void getOutputRasterInfo(RasterInfo* info) override;
     void getRasterInfo(PluginRaster_API* raster, RasterInfo* info) override;
     void getSourceLayerDimensions(int& width, int& height) override;
-    void setOutputRaster(PluginRaster_API* raster) override { m_outputOverride = raster; }
     void dependOnOrigin() override { m_flipRows = true; }
     /// `time` in frames. A host that delivers single fields has both woven into a full frame.
     PluginRaster_API* checkoutLayer(int param, double time, int flags) override;
@@ -89,11 +84,7 @@ public:
     double getScaleY() override;
     bool isFieldRendering() override;
     void getFullFrameInfo(double time, int height, int& fullHeight, int& step, int& phase) override;
-    int getTimeScale() override { return 3000; }
     int getCurrentTime() override;
-    int getTimeStep() override { return 100; }
-    int getFrameLength() override { return 30 * getTimeStep(); }
-    int getLocalTimeStep() override { return 100; }
     bool isApplication(long fourCC) override;
     bool hasCamera() override;
     int getHostVersionNum(int& minor, int& major) override;
@@ -123,8 +114,6 @@ private:
     PluginRaster_API* resampled(const RasterInfo& image);
     [[nodiscard]] FxPlugParameters parametersAt(const TimeObject& time) const;
     [[nodiscard]] FxPlugParameterWriter writer() const;
-    [[nodiscard]] RasterInfo infoOf(PluginRaster_API* raster);
-    [[nodiscard]] RasterInfo outputInfo();
 
     id<FxParameterCreationAPI> m_creation;
     id<FxParameterRetrievalAPI> m_retrieval;
@@ -134,7 +123,6 @@ private:
     id<FxTemporalImageAPI> m_temporal;
     id<FxParameterSettingAPI> m_setting;
     double m_fallbackFrame = 0.0;
-    PluginRaster_API* m_outputOverride = nullptr;
     double m_aspectFactor = 1.0;
     bool m_flipRows = true;
     int m_majorVersion = 0;

@@ -143,25 +143,13 @@ int PluginHost_FXPLUG_Impl::cameraMatrix(long time, long timeScale, Vx_Matrix4* 
 
 // --- Images ---
 
-RasterInfo PluginHost_FXPLUG_Impl::infoOf(PluginRaster_API* raster) {
-    RasterInfo info;
-    getRasterInfo(raster, &info);
-    return info;
-}
-
-RasterInfo PluginHost_FXPLUG_Impl::outputInfo() {
-    RasterInfo info;
-    getOutputRasterInfo(&info);
-    return info;
-}
-
 int PluginHost_FXPLUG_Impl::getOutputWidth() {
-    return m_outputOverride != nullptr ? m_outputOverride->getWidth()
+    return outputOverride() != nullptr ? outputOverride()->getWidth()
                                        : static_cast<int>([m_output width]);
 }
 
 int PluginHost_FXPLUG_Impl::getOutputHeight() {
-    return m_outputOverride != nullptr ? m_outputOverride->getHeight()
+    return outputOverride() != nullptr ? outputOverride()->getHeight()
                                        : static_cast<int>([m_output height]);
 }
 
@@ -179,8 +167,8 @@ void PluginHost_FXPLUG_Impl::getInputRasterInfo(int /*layer*/, RasterInfo* info)
 }
 
 void PluginHost_FXPLUG_Impl::getOutputRasterInfo(RasterInfo* info) {
-    if (m_outputOverride != nullptr) {
-        getRasterInfo(m_outputOverride, info);
+    if (outputOverride() != nullptr) {
+        getRasterInfo(outputOverride(), info);
     } else {
         describeBitmap(m_output, m_flipRows, info);
     }
@@ -189,24 +177,6 @@ void PluginHost_FXPLUG_Impl::getOutputRasterInfo(RasterInfo* info) {
 void PluginHost_FXPLUG_Impl::getSourceLayerDimensions(int& width, int& height) {
     width = static_cast<int>([m_input width]);
     height = static_cast<int>([m_input height]);
-}
-
-void PluginHost_FXPLUG_Impl::fillOutput() {
-    clearRows(outputInfo());
-}
-
-void PluginHost_FXPLUG_Impl::fill(PluginRaster_API* raster) {
-    clearRows(infoOf(raster));
-}
-
-void PluginHost_FXPLUG_Impl::copyInputToOutput() {
-    RasterInfo input;
-    getInputRasterInfo(0, &input);
-    copyRows(input, outputInfo());
-}
-
-void PluginHost_FXPLUG_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination) {
-    copyRows(infoOf(source), infoOf(destination));
 }
 
 void PluginHost_FXPLUG_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
@@ -223,7 +193,7 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::getInputRaster(int /*layer*/) {
 }
 
 PluginRaster_API* PluginHost_FXPLUG_Impl::getOutputRaster() {
-    if (m_outputOverride != nullptr) {
+    if (outputOverride() != nullptr) {
         return new PluginRaster_FXPLUG_Impl(std::make_unique<RasterInfo>(outputInfo()), false);
     }
     return m_output == nil ? nullptr : new PluginRaster_FXPLUG_Impl(m_output);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/PluginHost_COMMON_Impl.h"
+#include "host/PluginHost_PLAIN_Impl.h"
+#include "host/PluginRaster_PLAIN_Impl.h"
 #include "host/memory/MemoryImage.h"
 #include "host/memory/ParameterStore.h"
 
@@ -11,32 +12,19 @@
 namespace orbel {
 
 /// A raster over the pixels of a `MemoryImage` or of any memory described by a record.
-class PluginRaster_MEMORY_Impl final : public PluginRaster_API {
+class PluginRaster_MEMORY_Impl final : public PluginRaster_PLAIN_Impl {
 public:
     /// Borrows the pixels.
-    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info) : m_info(info) {}
+    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info) : PluginRaster_PLAIN_Impl(info) {}
     /// Owns the pixels until `releasePixels` or destruction.
     explicit PluginRaster_MEMORY_Impl(MemoryImage image)
-        : m_image(std::move(image)), m_info(m_image.info()) {}
+        : PluginRaster_MEMORY_Impl(std::make_shared<MemoryImage>(std::move(image))) {}
 
-    int getWidth() override { return m_info.width; }
-    int getHeight() override { return m_info.height; }
     PixelType getPixelType() override;
-    int getRowBytes() override { return m_info.rowBytes; }
-    AERaster* getAERaster() override { return nullptr; }
-    AVX1Raster* getAVX1Raster() override { return nullptr; }
-    AVX2Raster* getAVX2Raster() override { return nullptr; }
-    FXPLUGRaster* getFXPLUGRaster() override { return nullptr; }
-    SPARKRaster* getSPARKRaster() override { return nullptr; }
-    void setHost(PluginHost_API* /*host*/) override {}
-    RasterInfo* getRasterInfoBase() override { return &m_info; }
-
-    /// Frees owned pixels; the record then describes an empty image.
-    void releasePixels();
 
 private:
-    MemoryImage m_image;
-    RasterInfo m_info;
+    explicit PluginRaster_MEMORY_Impl(const std::shared_ptr<MemoryImage>& image)
+        : PluginRaster_PLAIN_Impl(image->info(), image) {}
 };
 
 /// What an in-memory render is told beside its images and parameters.
@@ -54,7 +42,7 @@ struct MemoryHostSettings {
 /// A host made of plain memory: one input and one output image, parameters from a store, C library
 /// maths. Lives for one render call; one object per thread. Derive from it to answer single
 /// operations differently.
-class PluginHost_MEMORY_Impl : public PluginHost_COMMON_Impl, private PluginUpdate_API {
+class PluginHost_MEMORY_Impl : public PluginHost_PLAIN_Impl, private PluginUpdate_API {
 public:
     /// All three are borrowed and must outlive the host. The render works in the input's own
     /// pixels: hand out a fresh copy of the picture for every frame.
@@ -73,55 +61,19 @@ public:
         return time.getTime() / time.time_step();
     }
 
-    int getOutputWidth() override { return outputInfo().width; }
-    int getOutputHeight() override { return outputInfo().height; }
-    using PluginHost_COMMON_Impl::fill;
-    void fillOutput() override;
-    void fill(PluginRaster_API* raster) override;
-    void copyInputToOutput() override;
-    void copy(PluginRaster_API* source, PluginRaster_API* destination) override;
-    void copy(PluginRaster_API* source, PluginRaster_API* destination, Vx_Rect* sourceRect,
-              Vx_Rect* destinationRect) override;
-    PluginRaster_API* getInputRaster(int layer) override;
-    PluginRaster_API* getOutputRaster() override;
     /// The output's layout at another size; `type` and `flags` are not consulted.
     PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
                                   int flags) override;
     PluginRaster_API* allocRaster(RasterInfo* info) override;
-    /// Frees the pixels of an allocated raster; the raster object is its holder's to delete.
-    void deallocRaster(PluginRaster_API* raster) override;
     bool isQualityHigh() override { return m_settings.qualityHigh; }
     double getScaleX() override { return m_settings.renderScaleX; }
     double getScaleY() override { return m_settings.renderScaleY; }
-    double geAspectRatio(PluginRaster_API* raster) override;
-    void getInputRasterInfo(int layer, RasterInfo* info) override;
-    void getOutputRasterInfo(RasterInfo* info) override;
-    void getRasterInfo(PluginRaster_API* raster, RasterInfo* info) override;
     void showWarning(const char* text) override;
-    void getSourceLayerDimensions(int& width, int& height) override;
     int getTimeScale() override { return m_settings.ticksPerSecond; }
     int getCurrentTime() override;
     int getTimeStep() override { return m_settings.ticksPerFrame; }
-    int getFrameLength() override { return 30 * m_settings.ticksPerFrame; }
-    int getLocalTimeStep() override { return m_settings.ticksPerFrame; }
-    bool isApplication(long /*fourCC*/) override { return false; }
-    int GetFloatValue(int param, int sub, const TimeObject& time, double& value) override;
-    int GetAngleValue(int param, int sub, const TimeObject& time, double& degrees) override;
-    int GetIntValue(int param, int sub, const TimeObject& time, int& value) override;
-    int GetUIntValue(int param, int sub, const TimeObject& time, unsigned& value) override;
-    int GetBoolValue(int param, int sub, const TimeObject& time, bool& value) override;
-    int GetPoint2DValue(int param, int sub, const TimeObject& time, double& x, double& y) override;
-    int GetColorValue(int param, int sub, const TimeObject& time, double& r, double& g,
-                      double& b) override;
     int progress(long done, long total) override;
-    PluginRaster_API* lockTemporalRaster(double time, bool fieldMode, bool firstFieldOdd) override;
-    bool isFieldRendering() override { return false; }
-    void getFullFrameInfo(double time, int height, int& fullHeight, int& step, int& phase) override;
-    PluginRaster_API* checkoutLayer(int param, int flags) override;
-    PluginRaster_API* checkoutLayer(int param, double time, int flags) override;
-    void setOutputRaster(PluginRaster_API* raster) override { m_outputOverride = raster; }
     bool ignoreNormalComposite() override { return m_settings.ignoreNormalComposite; }
-    AlphaHandling getAlphaHandling() override { return m_settings.alpha; }
     /// Writes constants into the parameter store.
     PluginUpdate_API* makeUpdateApi() override { return this; }
 
@@ -138,16 +90,12 @@ private:
     void setGroupOpen(int /*param*/, int /*sub*/, bool /*open*/) override {}
     void setParamName(int /*param*/, int /*sub*/, const char* /*name*/) override {}
 
-    [[nodiscard]] RasterInfo outputInfo() const;
-    [[nodiscard]] bool read(int param, const TimeObject& time, ParameterValue& value) const;
+    bool read(int param, const TimeObject& time, Value& value) const override;
 
-    RasterInfo m_input;
-    RasterInfo m_output;
     ParameterStore* m_parameters;
     MemoryHostSettings m_settings;
     std::function<int(long, long)> m_progress;
     std::function<void(const std::string&)> m_warning;
-    PluginRaster_API* m_outputOverride = nullptr;
 };
 
 } // namespace orbel

@@ -82,7 +82,7 @@ public:
         const OfxRectI frame = chooseFrame(target, origin);
 
         const Delivery wanted = delivery(target);
-        const OFXPictures pictures = prepare(origin, target, frame, wanted);
+        const PlainPictures pictures = prepare(origin, target, frame, wanted);
         PluginHost_OFX_Impl host(&m_instance, m_when, pictures);
         const int error = Render(&host);
         if (error != 0) {
@@ -114,9 +114,9 @@ private:
 
     // The host's own images where that comes to the same: the output where all of it is wanted, the
     // source where the core has nothing to change in it.
-    OFXPictures prepare(const FieldImage& origin, const FieldImage& target, const OfxRectI& frame,
-                        const Delivery& wanted) {
-        OFXPictures pictures{{}, {}, alpha()};
+    PlainPictures prepare(const FieldImage& origin, const FieldImage& target, const OfxRectI& frame,
+                          const Delivery& wanted) {
+        PlainPictures pictures{{}, {}, alpha()};
         std::optional<RasterInfo> output = asFrame(target, frame);
         if (!output || !isWhole(wanted)) {
             m_outputCopy = buffer(frame);

@@ -1,7 +1,6 @@
 #include "host/ofx/PluginHost_OFX_Impl.h"
 
 #include "host/Numeric.h"
-#include "host/RasterRows.h"
 
 #include <new>
 #include <utility>
@@ -16,10 +15,10 @@ constexpr int ABORTED = 2;
 } // namespace
 
 PluginHost_OFX_Impl::PluginHost_OFX_Impl(const ofx::EffectInstance* instance,
-                                         const OFXRenderTime& when, const OFXPictures& pictures)
-    : m_handle{instance},
+                                         const OFXRenderTime& when, const PlainPictures& pictures)
+    : PluginHost_PLAIN_Impl(pictures),
+      m_handle{instance},
       m_when(when),
-      m_pictures(pictures),
       m_update(instance),
       m_shapeText(instance->shapeText(when.time)),
       m_ticks(saturateTo<int>(TICKS_PER_FRAME * when.time)),
@@ -38,42 +37,6 @@ OfxTime PluginHost_OFX_Impl::timeToFrame(const TimeObject& time) const {
 
 // --- Images ---
 
-RasterInfo PluginHost_OFX_Impl::outputInfo() const {
-    const RasterInfo* const info =
-        m_outputOverride == nullptr ? nullptr : m_outputOverride->getRasterInfoBase();
-    return info == nullptr ? m_pictures.output : *info;
-}
-
-void PluginHost_OFX_Impl::fillOutput() {
-    clearRows(outputInfo());
-}
-
-void PluginHost_OFX_Impl::fill(PluginRaster_API* raster) {
-    clearRows(*raster->getRasterInfoBase());
-}
-
-void PluginHost_OFX_Impl::copyInputToOutput() {
-    copyRows(m_pictures.input, outputInfo());
-}
-
-void PluginHost_OFX_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination) {
-    copyRows(*source->getRasterInfoBase(), *destination->getRasterInfoBase());
-}
-
-void PluginHost_OFX_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
-                               Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
-    copyRows(croppedTo(*source->getRasterInfoBase(), *sourceRect),
-             croppedTo(*destination->getRasterInfoBase(), *destinationRect));
-}
-
-PluginRaster_API* PluginHost_OFX_Impl::getInputRaster(int /*layer*/) {
-    return new PluginRaster_OFX_Impl(m_pictures.input);
-}
-
-PluginRaster_API* PluginHost_OFX_Impl::getOutputRaster() {
-    return new PluginRaster_OFX_Impl(outputInfo());
-}
-
 PluginRaster_API* PluginHost_OFX_Impl::allocRaster(int width, int height, PixelType /*type*/,
                                                    int& rowBytes, int /*flags*/) {
     try {
@@ -90,56 +53,7 @@ PluginRaster_API* PluginHost_OFX_Impl::allocRaster(RasterInfo* info) {
     return new PluginRaster_OFX_Impl(*info);
 }
 
-void PluginHost_OFX_Impl::deallocRaster(PluginRaster_API* raster) {
-    if (auto* const own = dynamic_cast<PluginRaster_OFX_Impl*>(raster)) {
-        own->releasePixels();
-    }
-}
-
-double PluginHost_OFX_Impl::geAspectRatio(PluginRaster_API* raster) {
-    const RasterInfo* const info = raster->getRasterInfoBase();
-    return info == nullptr ? 1.0 : static_cast<double>(info->pixelAspect);
-}
-
-void PluginHost_OFX_Impl::getInputRasterInfo(int /*layer*/, RasterInfo* info) {
-    *info = m_pictures.input;
-}
-
-void PluginHost_OFX_Impl::getOutputRasterInfo(RasterInfo* info) {
-    *info = outputInfo();
-}
-
-void PluginHost_OFX_Impl::getRasterInfo(PluginRaster_API* raster, RasterInfo* info) {
-    *info = *raster->getRasterInfoBase();
-}
-
-void PluginHost_OFX_Impl::getSourceLayerDimensions(int& width, int& height) {
-    width = m_pictures.input.width;
-    height = m_pictures.input.height;
-}
-
-PluginRaster_API* PluginHost_OFX_Impl::lockTemporalRaster(double /*time*/, bool /*fieldMode*/,
-                                                          bool /*firstFieldOdd*/) {
-    return nullptr;
-}
-
-PluginRaster_API* PluginHost_OFX_Impl::checkoutLayer(int /*param*/, int /*flags*/) {
-    return nullptr;
-}
-
-PluginRaster_API* PluginHost_OFX_Impl::checkoutLayer(int /*param*/, double /*time*/,
-                                                     int /*flags*/) {
-    return nullptr;
-}
-
 // --- Render request and time ---
-
-void PluginHost_OFX_Impl::getFullFrameInfo(double /*time*/, int height, int& fullHeight, int& step,
-                                           int& phase) {
-    fullHeight = height;
-    step = 1;
-    phase = 0;
-}
 
 int PluginHost_OFX_Impl::progress(long /*done*/, long /*total*/) {
     return doAbort() ? ABORTED : 0;
@@ -160,71 +74,6 @@ bool PluginHost_OFX_Impl::read(int param, const TimeObject& time, Value& value) 
     }
     value = m_handle.instance->value(*row, timeToFrame(time));
     return true;
-}
-
-int PluginHost_OFX_Impl::GetFloatValue(int param, int /*sub*/, const TimeObject& time,
-                                       double& value) {
-    Value answer{};
-    if (!read(param, time, answer)) {
-        return 1;
-    }
-    value = answer[0];
-    return 0;
-}
-
-int PluginHost_OFX_Impl::GetAngleValue(int param, int sub, const TimeObject& time,
-                                       double& degrees) {
-    return GetFloatValue(param, sub, time, degrees);
-}
-
-int PluginHost_OFX_Impl::GetIntValue(int param, int sub, const TimeObject& time, int& value) {
-    double number = 0.0;
-    if (GetFloatValue(param, sub, time, number) != 0) {
-        return 1;
-    }
-    value = saturateTo<int>(number);
-    return 0;
-}
-
-int PluginHost_OFX_Impl::GetUIntValue(int param, int sub, const TimeObject& time, unsigned& value) {
-    double number = 0.0;
-    if (GetFloatValue(param, sub, time, number) != 0) {
-        return 1;
-    }
-    value = saturateTo<unsigned>(number);
-    return 0;
-}
-
-int PluginHost_OFX_Impl::GetBoolValue(int param, int sub, const TimeObject& time, bool& value) {
-    int number = 0;
-    if (GetIntValue(param, sub, time, number) != 0) {
-        return 1;
-    }
-    value = number == 1;
-    return 0;
-}
-
-int PluginHost_OFX_Impl::GetPoint2DValue(int param, int /*sub*/, const TimeObject& time, double& x,
-                                         double& y) {
-    Value answer{};
-    if (!read(param, time, answer)) {
-        return 1;
-    }
-    x = answer[0];
-    y = answer[1];
-    return 0;
-}
-
-int PluginHost_OFX_Impl::GetColorValue(int param, int /*sub*/, const TimeObject& time, double& r,
-                                       double& g, double& b) {
-    Value answer{};
-    if (!read(param, time, answer)) {
-        return 1;
-    }
-    r = answer[0];
-    g = answer[1];
-    b = answer[2];
-    return 0;
 }
 
 } // namespace orbel

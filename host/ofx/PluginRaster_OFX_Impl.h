@@ -1,48 +1,36 @@
 #pragma once
 
+#include "host/PluginRaster_PLAIN_Impl.h"
 #include "host/ofx/PixelBuffer.h"
 #include "pixel/RasterFormats.h"
 
+#include <memory>
 #include <utility>
 
 namespace orbel {
 
 /// The handle of this door's rasters: the pixels that the core works on.
 struct OFXRaster {
-    RasterInfo info;
+    const RasterInfo* info;
 };
 
 /// A raster over a working copy, or over memory described by a record.
-class PluginRaster_OFX_Impl final : public PluginRaster_API {
+class PluginRaster_OFX_Impl final : public PluginRaster_PLAIN_Impl {
 public:
     /// Borrows the pixels.
-    explicit PluginRaster_OFX_Impl(const RasterInfo& info) : m_handle{info} {}
+    explicit PluginRaster_OFX_Impl(const RasterInfo& info) : PluginRaster_PLAIN_Impl(info) {}
     /// Owns the pixels until `releasePixels` or destruction.
     explicit PluginRaster_OFX_Impl(ofx::PixelBuffer buffer)
-        : m_buffer(std::move(buffer)), m_handle{m_buffer.info()} {}
+        : PluginRaster_OFX_Impl(std::make_shared<ofx::PixelBuffer>(std::move(buffer))) {}
 
-    int getWidth() override { return m_handle.info.width; }
-    int getHeight() override { return m_handle.info.height; }
-    PixelType getPixelType() override { return convertToPixelType(m_handle.info.pixelFormat); }
-    int getRowBytes() override { return m_handle.info.rowBytes; }
-    AERaster* getAERaster() override { return nullptr; }
-    AVX1Raster* getAVX1Raster() override { return nullptr; }
-    AVX2Raster* getAVX2Raster() override { return nullptr; }
-    FXPLUGRaster* getFXPLUGRaster() override { return nullptr; }
-    SPARKRaster* getSPARKRaster() override { return nullptr; }
+    PixelType getPixelType() override { return convertToPixelType(info().pixelFormat); }
     OFXRaster* getOFXRaster() override { return &m_handle; }
-    void setHost(PluginHost_API* /*host*/) override {}
-    RasterInfo* getRasterInfoBase() override { return &m_handle.info; }
-
-    /// Frees owned pixels; the record then describes an empty image.
-    void releasePixels() {
-        m_buffer = ofx::PixelBuffer();
-        m_handle = {};
-    }
 
 private:
-    ofx::PixelBuffer m_buffer;
-    OFXRaster m_handle;
+    explicit PluginRaster_OFX_Impl(const std::shared_ptr<ofx::PixelBuffer>& buffer)
+        : PluginRaster_PLAIN_Impl(buffer->info(), buffer) {}
+
+    OFXRaster m_handle{&info()};
 };
 
 } // namespace orbel

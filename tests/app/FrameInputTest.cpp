@@ -54,12 +54,6 @@ TEST(FrameInput, truncatesAndPremultipliesColours) {
     EXPECT_FLOAT_EQ(pixel[3], 0.6F);
 }
 
-TEST(FrameInput, losesALittleOfOpaqueWhite) {
-    ScenePlan plan = colourPlan(RF_RGBA8, {1, 1, 1, 1});
-    EXPECT_EQ(pixelAt<std::uint8_t>(filled(plan, 0, {}), 0, 0),
-              (std::array<std::uint8_t, 4>{254, 254, 254, 255}));
-}
-
 TEST(FrameInput, copiesRawFramesAsTheyAre) {
     ScenePlan plan = colourPlan(RF_RGBA8, {});
     for (int i = 0; i < 3 * 2 * 4; ++i) {

@@ -37,17 +37,6 @@ std::string rendered(ScenePlan& plan, long frame) {
     return bytesOf(output);
 }
 
-TEST(FrameRenderer, drawsTheChosenShape) {
-    ScenePlan star = starPlan();
-    ScenePlan none = starPlan();
-    none.parameters.set(PARAM_PRESETS, 0);
-    ScenePlan file = starPlan();
-    file.parameters.set(PARAM_PRESETS, 0);
-    file.shapePath = ORBEL_SOURCE_DIR "/resources/Tessaly/SVG/Basic Star.svg";
-    EXPECT_NE(rendered(star, 0), rendered(none, 0));
-    EXPECT_EQ(rendered(star, 0), rendered(file, 0));
-}
-
 TEST(FrameRenderer, overwritesWhatTheOutputHeld) {
     for (const int mode : {0, 1}) {
         ScenePlan plan = starPlan();
@@ -63,25 +52,6 @@ TEST(FrameRenderer, overwritesWhatTheOutputHeld) {
         EXPECT_EQ(renderer.render(0, input, output), 0);
         EXPECT_EQ(bytesOf(output), expected);
     }
-}
-
-TEST(FrameRenderer, readsParametersAtTheFrame) {
-    ScenePlan animated = starPlan();
-    animated.parameters.setKeys(PARAM_END, {{0, {0}, Easing::Linear}, {10, {100}, Easing::Linear}});
-    ScenePlan half = starPlan();
-    half.parameters.set(PARAM_END, 50);
-    EXPECT_EQ(rendered(animated, 5), rendered(half, 0));
-    EXPECT_NE(rendered(animated, 6), rendered(half, 0));
-}
-
-TEST(FrameRenderer, passesScaleAndPixelAspectOn) {
-    ScenePlan plain = starPlan();
-    ScenePlan scaled = starPlan();
-    scaled.renderScaleX = 0.5;
-    ScenePlan wide = starPlan();
-    wide.pixelAspect = 2.0;
-    EXPECT_NE(rendered(plain, 0), rendered(scaled, 0));
-    EXPECT_NE(rendered(plain, 0), rendered(wide, 0));
 }
 
 TEST(FrameRenderer, endsWhenAborted) {

@@ -1,68 +1,31 @@
 #include "app/Diagnostics.h"
 #include "app/media/MediaReader.h"
 #include "tests/app/media/MediaFixtures.h"
+#include "tests/support/Process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
 #include <thread>
-
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace orbel::app {
 namespace {
 
+using test::Arguments;
+using test::words;
 using testing::HasSubstr;
 using testing::Not;
 
-/// The built program in a process of its own.
-class Program {
-public:
-    Program(const TestFolder& folder, const std::vector<std::string>& arguments)
-        : m_log(folder / "log") {
-        std::vector<char*> argv;
-        std::string program = ORBEL_PROGRAM;
-        std::vector<std::string> copies = arguments;
-        argv.push_back(program.data());
-        for (std::string& argument : copies) {
-            argv.push_back(argument.data());
-        }
-        argv.push_back(nullptr);
-        m_process = fork();
-        if (m_process == 0) {
-            const int log = open(m_log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-            dup2(log, STDERR_FILENO);
-            execv(argv[0], argv.data());
-            _exit(127);
-        }
-    }
-
-    void interrupt() const { kill(m_process, SIGINT); }
-
-    /// The exit code.
-    int wait() const {
-        int status = 0;
-        waitpid(m_process, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-    [[nodiscard]] std::string log() const { return readBytes(m_log); }
-
-private:
-    std::string m_log;
-    pid_t m_process = -1;
-};
-
 class ProgramTest : public testing::Test {
 protected:
-    int run(const std::vector<std::string>& arguments) {
-        const Program program(m_folder, arguments);
-        const int code = program.wait();
-        m_log = program.log();
+    [[nodiscard]] test::Process start(Arguments arguments) const {
+        arguments.insert(arguments.begin(), ORBEL_PROGRAM);
+        return {std::move(arguments), m_folder / "log"};
+    }
+    int run(const Arguments& arguments) {
+        const int code = start(arguments).wait();
+        m_log = readBytes(m_folder / "log");
         return code;
     }
 
@@ -80,29 +43,12 @@ TEST_F(ProgramTest, rendersTheSameFilmFromASceneAndFromOptions) {
                    "End": {"keys": [[0, 0], [3, 100]]}}})");
     EXPECT_EQ(run({"render", m_folder / "scene.json", "--raw", m_folder / "a"}), EXIT_DONE);
     EXPECT_THAT(m_log, HasSubstr("4 frames in "));
-    EXPECT_EQ(run({"render",
-                   "--shape",
-                   "Basic Star",
-                   "--size",
-                   "64x36",
-                   "--fps",
-                   "25",
-                   "--frames",
-                   "0-3",
-                   "--set",
-                   "Thickness=5",
-                   "--set",
-                   "Color=1/0.5/0",
-                   "--animate",
-                   "End=0:0,3:100",
-                   "--raw",
-                   m_folder / "b",
-                   "-o",
-                   m_folder / "film.mkv",
-                   "-q",
-                   "--threads",
-                   "1"}),
-              EXIT_DONE);
+    EXPECT_EQ(
+        run(words({},
+                  "render --size 64x36 --fps 25 --frames 0-3 --set Thickness=5 --set "
+                  "Color=1/0.5/0 --animate End=0:0,3:100 -q --threads 1",
+                  {"--shape", "Basic Star", "--raw", m_folder / "b", "-o", m_folder / "film.mkv"})),
+        EXIT_DONE);
     EXPECT_EQ(m_log, "");
     for (int i = 0; i < 4; ++i) {
         const std::string name = "/frame-00000" + std::to_string(i) + ".raw";
@@ -185,8 +131,8 @@ TEST_F(ProgramTest, keepsWhatWasFinishedWhenTheClipEnds) {
 
 TEST_F(ProgramTest, finishesTheFilmWhenInterrupted) {
     const std::string film = m_folder / "film.mkv";
-    const Program program(m_folder, {"render", "--shape", "Basic Star", "--size", "640x360",
-                                     "--frames", "0-100000", "-o", film});
+    const test::Process program = start(words({}, "render --size 640x360 --frames 0-100000",
+                                              {"--shape", "Basic Star", "-o", film}));
     const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (std::chrono::steady_clock::now() < patience &&
            (!std::filesystem::exists(film) || std::filesystem::file_size(film) < 20'000)) {
@@ -194,7 +140,7 @@ TEST_F(ProgramTest, finishesTheFilmWhenInterrupted) {
     }
     program.interrupt();
     EXPECT_EQ(program.wait(), EXIT_INTERRUPTED);
-    EXPECT_THAT(program.log(), HasSubstr("interrupted: frames 0 to "));
+    EXPECT_THAT(readBytes(m_folder / "log"), HasSubstr("interrupted: frames 0 to "));
     const auto reader = openMedia(film, 1);
     ASSERT_TRUE(reader->properties().frameCount);
     EXPECT_GT(*reader->properties().frameCount, 0);

@@ -9,7 +9,6 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
-#include <set>
 #include <sstream>
 
 namespace orbel::frei0r {
@@ -17,7 +16,7 @@ namespace {
 
 const std::array<const char*, 5> typeNames{"bool", "double", "color", "position", "string"};
 
-std::string initialOf(const Effect& effect, const f0r_param_info_t& control) {
+std::string textOf(const Effect& effect, const f0r_param_info_t& control) {
     std::ostringstream text;
     switch (control.type) {
     case F0R_PARAM_STRING:
@@ -47,7 +46,7 @@ TEST(Frei0rControls, keepTheirPlacesNamesTypesAndInitialValues) {
         const f0r_param_info_t control = plugin().control(i);
         ASSERT_NE(control.explanation, nullptr);
         actual << i << ' ' << typeNames.at(static_cast<std::size_t>(control.type)) << ' '
-               << initialOf(effect, control) << ' ' << control.name << '\n';
+               << textOf(effect, control) << ' ' << control.name << '\n';
     }
     std::ifstream file(ORBEL_FREI0R_CONTROLS);
     std::ostringstream expected;
@@ -55,39 +54,24 @@ TEST(Frei0rControls, keepTheirPlacesNamesTypesAndInitialValues) {
     EXPECT_EQ(actual.str(), expected.str());
 }
 
-TEST(Frei0rControls, haveNamesOfTheirOwn) {
-    std::set<std::string> names;
-    for (int i = 0; i < plugin().info().num_params; ++i) {
-        EXPECT_TRUE(names.insert(plugin().control(i).name).second) << plugin().control(i).name;
-    }
-}
-
 TEST(Frei0rControls, giveBackWhatTheyWereSetTo) {
-    const Effect effect(8, 8);
+    Effect effect(8, 8);
     for (int i = 0; i < plugin().info().num_params; ++i) {
         const f0r_param_info_t control = plugin().control(i);
         switch (control.type) {
         case F0R_PARAM_STRING:
             break; // a text has to make sense: see the scenes
-        case F0R_PARAM_COLOR: {
-            Effect other(8, 8);
-            other.set(control.name, f0r_param_color_t{0.25F, 0.1F, 0.7F});
-            const auto color = other.get<f0r_param_color_t>(control.name);
-            EXPECT_EQ((std::array{color.r, color.g, color.b}), (std::array{0.25F, 0.1F, 0.7F}));
+        case F0R_PARAM_COLOR:
+            effect.set(control.name, f0r_param_color_t{0.25F, 0.1F, 0.7F});
+            EXPECT_EQ(textOf(effect, control), "0.25/0.1/0.7");
             break;
-        }
-        case F0R_PARAM_POSITION: {
-            Effect other(8, 8);
-            other.set(control.name, f0r_param_position_t{-0.25, 1.5});
-            const auto position = other.get<f0r_param_position_t>(control.name);
-            EXPECT_EQ((std::array{position.x, position.y}), (std::array{-0.25, 1.5}));
+        case F0R_PARAM_POSITION:
+            effect.set(control.name, f0r_param_position_t{-0.25, 1.5});
+            EXPECT_EQ(textOf(effect, control), "-0.25/1.5");
             break;
-        }
-        default: {
-            Effect other(8, 8);
-            other.set(control.name, 0.625);
-            EXPECT_EQ(other.get<double>(control.name), 0.625) << control.name;
-        }
+        default:
+            effect.set(control.name, 0.625);
+            EXPECT_EQ(textOf(effect, control), "0.625") << control.name;
         }
     }
 }

@@ -75,15 +75,6 @@ TEST(Frei0rFrames, followTheSceneWhereNoControlWasMoved) {
     EXPECT_EQ(effect.update(0.4, input), coreFrame(moved, width, height, input));
 }
 
-TEST(Frei0rFrames, areTheSameInWhateverOrder) {
-    Effect effect(width, height);
-    effect.set("Scene", movingStar);
-    const Pixels input = testPicture(width, height);
-    for (const int frame : {30, 3, 39, 0, 3, 1000000, 12}) {
-        EXPECT_EQ(effect.update(frame / 25.0, input), movingStarFrame(frame)) << frame;
-    }
-}
-
 struct TimeCase {
     double unit;
     const char* rate;

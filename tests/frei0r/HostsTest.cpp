@@ -2,14 +2,11 @@
 #include "pixel/ColourOps.h"
 #include "pixel/PixelTraits.h"
 #include "tests/app/media/MediaFixtures.h"
+#include "tests/support/Process.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace orbel::frei0r {
 namespace {
@@ -17,86 +14,43 @@ namespace {
 using app::readBytes;
 using app::TestFolder;
 using app::writeBytes;
+using test::Arguments;
+using test::words;
 
 constexpr int height = 36;
 constexpr int frameCount = 6;
-
-/// Runs a program, which finds the plug-in through FREI0R_PATH, and returns its exit code; one that
-/// takes more than ten seconds is ended.
-int run(std::vector<std::string> arguments, const std::string& log) {
-    std::vector<char*> argv;
-    argv.reserve(arguments.size() + 1);
-    for (std::string& argument : arguments) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
-    const pid_t process = fork();
-    if (process == 0) {
-        const int file = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int nothing = open("/dev/null", O_RDONLY);
-        dup2(nothing, STDIN_FILENO);
-        dup2(file, STDOUT_FILENO);
-        dup2(file, STDERR_FILENO);
-        setenv("FREI0R_PATH", ORBEL_FREI0R_FOLDER, 1);
-        alarm(10);
-        execvp(argv[0], argv.data());
-        _exit(127);
-    }
-    int status = 0;
-    waitpid(process, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
 
 /// A host that runs here, and a frame that it hands to plug-ins as it is.
 struct Host {
     const char* name;
     int width;
-    std::vector<std::string> (*command)(const TestFolder&, const std::string& scene);
+    Arguments (*command)(const TestFolder&, const std::string& scene);
 };
 
 void PrintTo(const Host& host, std::ostream* out) {
     *out << host.name;
 }
 
-std::vector<std::string> ffmpegCommand(const TestFolder& folder, const std::string& scene) {
-    return {ORBEL_FFMPEG,
-            "-v",
-            "error",
-            "-i",
-            folder / "clip.mkv",
-            "-vf",
-            "frei0r=filter_name=orbel:filter_params=" + scene,
-            "-f",
-            "rawvideo",
-            "-pix_fmt",
-            "rgba",
-            folder / "out.raw"};
+Arguments ffmpegCommand(const TestFolder& folder, const std::string& scene) {
+    Arguments all{ORBEL_FFMPEG, "-v", "error", "-i", folder / "clip.mkv", "-vf"};
+    all.push_back("frei0r=filter_name=orbel:filter_params=" + scene);
+    return words(all, "-f rawvideo -pix_fmt rgba", {folder / "out.raw"});
 }
 
-std::vector<std::string> meltCommand(const TestFolder& folder, const std::string& scene,
-                                     const char* threads) {
-    return {ORBEL_MELT,
-            "-profile",
-            folder / "profile",
-            folder / "clip.mkv",
-            "-attach",
-            "frei0r.orbel",
-            "Scene=" + scene,
-            "-consumer",
-            "avformat:" + (folder / "out.raw"),
-            "f=rawvideo",
-            "vcodec=rawvideo",
-            "pix_fmt=rgba",
-            "mlt_image_format=rgba",
-            "an=1",
-            std::string("real_time=") + threads};
+Arguments meltCommand(const TestFolder& folder, const std::string& scene,
+                      const std::string& threads) {
+    Arguments all{ORBEL_MELT, "-profile", folder / "profile", folder / "clip.mkv"};
+    all = words(all, "-attach frei0r.orbel", {"Scene=" + scene, "-consumer"});
+    all.push_back("avformat:" + (folder / "out.raw"));
+    return words(all, "f=rawvideo vcodec=rawvideo pix_fmt=rgba mlt_image_format=rgba an=1",
+                 {"real_time=" + threads});
 }
 
-std::vector<std::string> meltAlone(const TestFolder& folder, const std::string& scene) {
+Arguments meltAlone(const TestFolder& folder, const std::string& scene) {
     return meltCommand(folder, scene, "-1");
 }
 
-std::vector<std::string> meltThreads(const TestFolder& folder, const std::string& scene) {
+Arguments meltThreads(const TestFolder& folder, const std::string& scene) {
     return meltCommand(folder, scene, "-3");
 }
 
@@ -137,9 +91,14 @@ void premultiply(std::string* frame, int width) {
 
 class Frei0rHost : public testing::TestWithParam<Host> {
 protected:
-    void succeed(const std::vector<std::string>& arguments) const {
-        const std::string log = m_folder / "log";
-        ASSERT_EQ(run(arguments, log), 0) << readBytes(log);
+    Frei0rHost() { setenv("FREI0R_PATH", ORBEL_FREI0R_FOLDER, 1); }
+
+    /// Runs a program, which finds the plug-in by its folder, for ten seconds at most.
+    [[nodiscard]] int run(const Arguments& arguments) const {
+        return test::Process(arguments, m_folder / "log", 10).wait();
+    }
+    void succeed(const Arguments& arguments) const {
+        ASSERT_EQ(run(arguments), 0) << readBytes(m_folder / "log");
     }
 
     /// Something that moves, without loss, opaque, and so dark that the program's own
@@ -157,7 +116,7 @@ protected:
         std::string frames;
         for (int i = 0; i < 6 && frames.size() != bytes; ++i) {
             std::filesystem::remove(m_folder / "out.raw");
-            run(GetParam().command(m_folder, scene), m_folder / "log");
+            static_cast<void>(run(GetParam().command(m_folder, scene)));
             frames = readBytes(m_folder / "out.raw");
         }
         return frames;

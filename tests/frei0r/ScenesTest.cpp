@@ -1,20 +1,15 @@
 #include "tests/frei0r/CoreFrame.h"
 #include "tests/frei0r/LoadedPlugin.h"
+#include "tests/support/TestFolder.h"
 
 #include "params/ParameterTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
-
 namespace orbel::frei0r {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -23,17 +18,14 @@ constexpr unsigned height = 30;
 
 class Frei0rScenes : public testing::Test {
 protected:
-    Frei0rScenes()
-        : m_folder(fs::temp_directory_path() / ("orbel-f0r-" + std::to_string(getpid()))) {
-        fs::create_directories(m_folder);
+    Frei0rScenes() {
         write("shape.svg", R"(<svg viewBox="0 0 100 100"><path d="M 10 10 L 90 80"/></svg>)");
     }
-    void TearDown() override { fs::remove_all(m_folder); }
 
     [[nodiscard]] std::string path(const std::string& name) const { return m_folder / name; }
 
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(path(name)) << text;
+        test::writeBytes(path(name), text);
     }
 
     /// Sets a text and returns what it made the plug-in say.
@@ -56,7 +48,7 @@ protected:
         return coreFrame(scene, width, height, m_input);
     }
 
-    fs::path m_folder;
+    test::TestFolder m_folder;
     Effect m_effect{width, height};
     Pixels m_input = testPicture(width, height);
 };
@@ -93,7 +85,7 @@ TEST_F(Frei0rScenes, leaveTheLastGoodOneInForceWhenTheyAreWrong) {
         {R"({"orbel": 1, "fps": -1, "frames": 5})", "(and 1 more)"},
         {R"({"orbel": 1, "shape": "none.svg"})", "\"none.svg\" does not exist"},
         {path("none.json"), "the scene file does not exist"},
-        {m_folder.string(), "the scene is not a file"},
+        {m_folder / "", "the scene is not a file"},
         {std::string(100'000, 'x'), "does not exist"},
         {" ", "does not exist"}};
     for (const auto& [text, message] : wrong) {

@@ -12,6 +12,7 @@
 #include "shapes/ShapeTable.h"
 #include "tests/fxplug/Pool.h"
 #include "tests/fxplug/StandInProject.h"
+#include "tests/support/TestHosts.h"
 
 #include <gmock/gmock.h>
 
@@ -435,23 +436,10 @@ TEST_F(Values, stayWhereTheHostDoesNotKnowThem) {
     PluginHost_FXPLUG_Impl known = host();
     PluginHost_FXPLUG_Impl bare(nil, nil, nil, nil, nullptr, nil, nil);
     for (const auto& [binding, param] : {std::pair{&known, 99}, std::pair{&bare, 4}}) {
-        double d = 1;
-        int i = 2;
-        unsigned u = 3;
+        EXPECT_TRUE(test::answersNothing(*binding, param));
         bool b = true;
-        double x = 4;
-        double y = 5;
-        double z = 6;
-        EXPECT_EQ(binding->GetFloatValue(param, 0, now, d), 1);
-        EXPECT_EQ(binding->GetAngleValue(param, 0, now, d), 1);
-        EXPECT_EQ(binding->GetIntValue(param, 0, now, i), 1);
-        EXPECT_EQ(binding->GetUIntValue(param, 0, now, u), 1);
-        EXPECT_EQ(binding->GetBoolValue(param, 0, now, b), 1);
-        EXPECT_EQ(binding->GetPoint2DValue(param, 0, now, x, y), 1);
-        EXPECT_EQ(binding->GetColorValue(param, 0, now, x, y, z), 1);
         binding->reader().readToggle(param, b);
         EXPECT_TRUE(b);
-        EXPECT_EQ(d + i + u + x + y + z, 21);
     }
 }
 

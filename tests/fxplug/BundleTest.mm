@@ -3,7 +3,7 @@
 #include "tests/fxplug/LoadedEffect.h"
 #include "tests/fxplug/Pool.h"
 #include "tests/fxplug/StandInProject.h"
-#include "tests/fxplug/TempFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -269,7 +269,7 @@ struct Picture {
 };
 
 std::string shapeFile() {
-    static const TempFolder folder;
+    static const test::TestFolder folder;
     static const std::string file = folder.file("line.svg", "<svg><line x2='100' y2='100'/></svg>");
     return file;
 }

@@ -1,7 +1,7 @@
 #include "tests/fxplug/LoadedEffect.h"
 #include "tests/fxplug/Pool.h"
 #include "tests/fxplug/StandInProject.h"
-#include "tests/fxplug/TempFolder.h"
+#include "tests/support/TestFolder.h"
 
 #import <AppKit/AppKit.h>
 
@@ -129,7 +129,7 @@ protected:
     }
 
     Pool pool;
-    const TempFolder temp;
+    const test::TestFolder temp;
     const fs::path& folder = temp.path();
     LoadedEffect loaded{ORBEL_BUNDLE, Application::FinalCutPro};
 };

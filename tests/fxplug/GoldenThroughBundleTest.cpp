@@ -3,33 +3,20 @@
 #include "params/InstanceData.h"
 #include "render/RenderDispatch.h"
 #include "tests/fxplug/HostedScene.h"
+#include "tests/golden/GoldenScenes.h"
+#include "tests/support/Pictures.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <thread>
 
 namespace orbel::fxtest {
 namespace {
 
-namespace fs = std::filesystem;
-
-std::vector<std::string> goldenScenes() {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(ORBEL_GOLDEN_SCENES)) {
-        if (entry.path().extension() == ".json") {
-            names.push_back(entry.path().stem().string());
-        }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-HostedScene golden(const std::string& name) {
-    return HostedScene((fs::path(ORBEL_GOLDEN_SCENES) / (name + ".json")).string());
+HostedScene sceneOf(const std::string& name) {
+    return HostedScene(golden::sceneFile(name));
 }
 
 // What the in-memory host makes of the images, given as rows of whatever layout.
@@ -46,21 +33,10 @@ void renderInMemory(app::ScenePlan& plan, double frame, const MemoryImage& input
     ASSERT_EQ(Render(&host), 0);
 }
 
-testing::AssertionResult sameBytes(const RasterInfo& actual, const RasterInfo& expected) {
-    const std::size_t row =
-        static_cast<std::size_t>(actual.width) * static_cast<std::size_t>(actual.bytesPerPixel);
-    for (int y = 0; y < actual.height; ++y) {
-        if (std::memcmp(actual.row(y), expected.row(y), row) != 0) {
-            return testing::AssertionFailure() << "row " << y << " differs";
-        }
-    }
-    return testing::AssertionSuccess();
-}
-
 class GoldenThroughBundle : public testing::TestWithParam<std::tuple<std::string, Application>> {};
 
 TEST_P(GoldenThroughBundle, givesTheBytesOfTheInMemoryHost) {
-    HostedScene scene = golden(std::get<0>(GetParam()));
+    HostedScene scene = sceneOf(std::get<0>(GetParam()));
     LoadedEffect effect(ORBEL_BUNDLE, std::get<1>(GetParam()));
     scene.applyTo(effect);
     for (const auto& [name, format] : app::namedFormats) {
@@ -71,7 +47,8 @@ TEST_P(GoldenThroughBundle, givesTheBytesOfTheInMemoryHost) {
                            expected);
             ASSERT_TRUE(effect.render(scene.request(frame, Field::None),
                                       scene.input(frame, format).info(), actual.info()));
-            EXPECT_TRUE(sameBytes(actual.info(), expected.info())) << name << " frame " << frame;
+            EXPECT_TRUE(test::sameBytes(actual.info(), expected.info()))
+                << name << " frame " << frame;
         }
     }
 }
@@ -79,15 +56,14 @@ TEST_P(GoldenThroughBundle, givesTheBytesOfTheInMemoryHost) {
 const char* const applicationNames[] = {"FinalCutPro", "Motion", "FinalCutExpress"};
 
 INSTANTIATE_TEST_SUITE_P(Scenes, GoldenThroughBundle,
-                         testing::Combine(testing::ValuesIn(goldenScenes()),
+                         testing::Combine(testing::ValuesIn(golden::sceneNames()),
                                           testing::Values(Application::FinalCutPro,
                                                           Application::Motion,
                                                           Application::FinalCutExpress)),
                          [](const auto& which) {
-                             std::string name = std::get<0>(which.param);
-                             std::replace(name.begin(), name.end(), '-', '_');
                              const auto index = static_cast<std::size_t>(std::get<1>(which.param));
-                             return name + "_" + applicationNames[index];
+                             return golden::testName(std::get<0>(which.param)) + "_" +
+                                    applicationNames[index];
                          });
 
 // A field in Final Cut is the odd lines of the frame that its doubled lines make.
@@ -95,7 +71,7 @@ class FieldThroughBundle : public testing::TestWithParam<std::tuple<const char*,
 
 TEST_P(FieldThroughBundle, isEverySecondLineOfTheDoubledFrame) {
     const auto& [name, field] = GetParam();
-    HostedScene scene = golden(name);
+    HostedScene scene = sceneOf(name);
     LoadedEffect effect(ORBEL_BUNDLE, Application::FinalCutPro);
     scene.applyTo(effect);
     for (const auto& [formatName, format] : app::namedFormats) {
@@ -111,7 +87,8 @@ TEST_P(FieldThroughBundle, isEverySecondLineOfTheDoubledFrame) {
         const MemoryImage actual = scene.image(format);
         const RasterInfo result = fieldRows(actual.info(), field);
         ASSERT_TRUE(effect.render(request, lines, result));
-        EXPECT_TRUE(sameBytes(result, fieldRows(expected.info(), Field::Lower))) << formatName;
+        EXPECT_TRUE(test::sameBytes(result, fieldRows(expected.info(), Field::Lower)))
+            << formatName;
     }
 }
 
@@ -131,7 +108,7 @@ TEST(SeveralInstances, drawTheirOwnFramesFromTheirOwnThreads) {
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < names.size(); ++i) {
         threads.emplace_back([&, i] {
-            HostedScene scene = golden(names[i]);
+            HostedScene scene = sceneOf(names[i]);
             scene.applyTo(*effects[i]);
             for (long frame = 0; frame < 3; ++frame) {
                 const MemoryImage expected = scene.image(RF_ARGB32F);
@@ -141,7 +118,8 @@ TEST(SeveralInstances, drawTheirOwnFramesFromTheirOwnThreads) {
                 const bool done =
                     effects[i]->render(scene.request(frame, Field::None),
                                        scene.input(frame, RF_ARGB32F).info(), actual.info());
-                results[i] += done && sameBytes(actual.info(), expected.info()) ? "same " : "not ";
+                results[i] +=
+                    done && test::sameBytes(actual.info(), expected.info()) ? "same " : "not ";
             }
         });
     }
@@ -153,7 +131,7 @@ TEST(SeveralInstances, drawTheirOwnFramesFromTheirOwnThreads) {
 
 // Motion hands over fields at full height: they are rendered as the frames they are.
 TEST(FieldThroughMotion, isAFullFrame) {
-    HostedScene scene = golden("placement");
+    HostedScene scene = sceneOf("placement");
     LoadedEffect effect(ORBEL_BUNDLE, Application::Motion);
     scene.applyTo(effect);
     const MemoryImage expected = scene.image(RF_ARGB8);
@@ -165,7 +143,7 @@ TEST(FieldThroughMotion, isAFullFrame) {
     plan.renderScaleY = 1.0;
     ASSERT_TRUE(effect.render(scene.request(2, Field::Lower), scene.input(2, RF_ARGB8).info(),
                               actual.info()));
-    EXPECT_TRUE(sameBytes(actual.info(), expected.info()));
+    EXPECT_TRUE(test::sameBytes(actual.info(), expected.info()));
 }
 
 } // namespace

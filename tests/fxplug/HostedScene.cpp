@@ -2,10 +2,8 @@
 
 #include "app/Diagnostics.h"
 #include "app/SceneReader.h"
-#include "pixel/RasterFormats.h"
+#include "tests/support/Pictures.h"
 
-#include <cmath>
-#include <cstring>
 #include <sstream>
 #include <stdexcept>
 
@@ -35,51 +33,6 @@ app::ScenePlan planOf(const app::Scene& scene) {
     return std::move(*plan);
 }
 
-// A component as a fraction of its maximum; `bytes` is its size.
-double component(const std::uint8_t* at, std::size_t bytes) {
-    if (bytes == 1) {
-        return *at / 255.0;
-    }
-    if (bytes == 2) {
-        std::uint16_t value = 0;
-        std::memcpy(&value, at, sizeof value);
-        return value / 65535.0;
-    }
-    float value = 0;
-    std::memcpy(&value, at, sizeof value);
-    return static_cast<double>(value);
-}
-
-void setComponent(std::uint8_t* at, std::size_t bytes, double fraction) {
-    if (bytes == 1) {
-        *at = static_cast<std::uint8_t>(std::lround(fraction * 255.0));
-    } else if (bytes == 2) {
-        const auto value = static_cast<std::uint16_t>(std::lround(fraction * 65535.0));
-        std::memcpy(at, &value, sizeof value);
-    } else {
-        const auto value = static_cast<float>(fraction);
-        std::memcpy(at, &value, sizeof value);
-    }
-}
-
-void convert(const RasterInfo& from, const RasterInfo& to) {
-    int source[4];
-    int target[4];
-    getRasterChannelOrder(from.pixelFormat, source[0], source[1], source[2], source[3]);
-    getRasterChannelOrder(to.pixelFormat, target[0], target[1], target[2], target[3]);
-    const auto a = static_cast<std::size_t>(from.bytesPerPixel / 4);
-    const auto b = static_cast<std::size_t>(to.bytesPerPixel / 4);
-    for (int y = 0; y < to.height; ++y) {
-        for (std::size_t x = 0; x < static_cast<std::size_t>(to.width); ++x) {
-            for (std::size_t c = 0; c < 4; ++c) {
-                const std::size_t read = 4 * x + static_cast<std::size_t>(source[c]);
-                const std::size_t write = 4 * x + static_cast<std::size_t>(target[c]);
-                setComponent(to.row(y) + b * write, b, component(from.row(y) + a * read, a));
-            }
-        }
-    }
-}
-
 } // namespace
 
 HostedScene::HostedScene(const std::string& file) : HostedScene(readScene(file)) {}
@@ -100,7 +53,7 @@ MemoryImage HostedScene::input(long frame, RasterFormat format) {
         return native;
     }
     MemoryImage converted = image(format);
-    convert(native.info(), converted.info());
+    test::paint(converted.info(), [&](int x, int y) { return test::pixelAt(native.info(), x, y); });
     return converted;
 }
 

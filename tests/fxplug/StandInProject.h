@@ -53,8 +53,8 @@ struct Project {
     void set(UInt32 param, double value) { set(param, ParameterValue{value}); }
     [[nodiscard]] ParameterValue value(UInt32 param, double time) const;
     void setCustom(UInt32 param, id<NSCoding> value);
-    /// False, and a stray access, while parameters are closed.
-    bool mayAccess();
+    /// False for an unknown parameter, and, as a stray access, while parameters are closed.
+    bool mayAccess(UInt32 param);
     bool read(UInt32 param, double time, ParameterValue& value);
     bool write(UInt32 param, double time, const ParameterValue& value, const char* kind);
 

@@ -62,14 +62,14 @@ void Project::setCustom(UInt32 param, id<NSCoding> value) {
     [held release];
 }
 
-bool Project::mayAccess() {
+bool Project::mayAccess(UInt32 param) {
     const bool open = hostIsCalling || openActions > 0;
     strayAccesses += open ? 0 : 1;
-    return open;
+    return open && parameters.contains(param);
 }
 
 bool Project::read(UInt32 param, double time, ParameterValue& value) {
-    if (!mayAccess() || !parameters.contains(param)) {
+    if (!mayAccess(param)) {
         return false;
     }
     value = this->value(param, time);
@@ -80,7 +80,7 @@ bool Project::write(UInt32 param, double time, const ParameterValue& value, cons
     char line[80];
     std::snprintf(line, sizeof line, "%s %u at %g: %g", kind, param, time, value[0]);
     log.push_back(line);
-    if (!mayAccess() || !parameters.contains(param)) {
+    if (!mayAccess(param)) {
         return false;
     }
     set(param, value);
@@ -129,6 +129,10 @@ using namespace orbel::fxtest;
 
 namespace {
 
+Project& of(void* project) {
+    return *static_cast<Project*>(project);
+}
+
 std::string line(const char* kind, NSString* name, UInt32 param, const std::string& rest,
                  FxParameterFlags flags) {
     std::string text = kind;
@@ -161,7 +165,7 @@ std::string numbers(std::initializer_list<double> list) {
 }
 
 - (BOOL)isMissing:(NSString*)protocolName {
-    return static_cast<Project*>(_project)->missing.contains([protocolName UTF8String]) ? YES : NO;
+    return of(_project).missing.contains([protocolName UTF8String]) ? YES : NO;
 }
 
 // --- Creation ---
@@ -176,8 +180,8 @@ std::string numbers(std::initializer_list<double> list) {
                          delta:(double)delta
                      parmFlags:(FxParameterFlags)flags {
     const std::string rest = numbers({defaultValue, min, max, sliderMin, sliderMax, delta});
-    static_cast<Project*>(_project)->declare(parmId, ValueKind::Float, flags, {defaultValue},
-                                             line("float", name, parmId, rest, flags));
+    of(_project).declare(parmId, ValueKind::Float, flags, {defaultValue},
+                         line("float", name, parmId, rest, flags));
     return YES;
 }
 
@@ -186,8 +190,8 @@ std::string numbers(std::initializer_list<double> list) {
                    defaultValue:(BOOL)defaultValue
                       parmFlags:(FxParameterFlags)flags {
     const double value = defaultValue;
-    static_cast<Project*>(_project)->declare(parmId, ValueKind::Toggle, flags, {value},
-                                             line("toggle", name, parmId, numbers({value}), flags));
+    of(_project).declare(parmId, ValueKind::Toggle, flags, {value},
+                         line("toggle", name, parmId, numbers({value}), flags));
     return YES;
 }
 
@@ -197,9 +201,8 @@ std::string numbers(std::initializer_list<double> list) {
                   parameterMin:(double)min
                   parameterMax:(double)max
                      parmFlags:(FxParameterFlags)flags {
-    static_cast<Project*>(_project)->declare(
-        parmId, ValueKind::Angle, flags, {defaultValue},
-        line("angle", name, parmId, numbers({defaultValue, min, max}), flags));
+    of(_project).declare(parmId, ValueKind::Angle, flags, {defaultValue},
+                         line("angle", name, parmId, numbers({defaultValue, min, max}), flags));
     return YES;
 }
 
@@ -209,9 +212,8 @@ std::string numbers(std::initializer_list<double> list) {
                      defaultGreen:(double)green
                       defaultBlue:(double)blue
                         parmFlags:(FxParameterFlags)flags {
-    static_cast<Project*>(_project)->declare(
-        parmId, ValueKind::Color, flags, {red, green, blue},
-        line("color", name, parmId, numbers({red, green, blue}), flags));
+    of(_project).declare(parmId, ValueKind::Color, flags, {red, green, blue},
+                         line("color", name, parmId, numbers({red, green, blue}), flags));
     return YES;
 }
 
@@ -220,8 +222,8 @@ std::string numbers(std::initializer_list<double> list) {
                          defaultX:(double)x
                          defaultY:(double)y
                         parmFlags:(FxParameterFlags)flags {
-    static_cast<Project*>(_project)->declare(parmId, ValueKind::Point, flags, {x, y},
-                                             line("point", name, parmId, numbers({x, y}), flags));
+    of(_project).declare(parmId, ValueKind::Point, flags, {x, y},
+                         line("point", name, parmId, numbers({x, y}), flags));
     return YES;
 }
 
@@ -234,9 +236,8 @@ std::string numbers(std::initializer_list<double> list) {
     for (NSUInteger i = 0; i < [entries count]; ++i) {
         rest.append("|").append([[entries objectAtIndex:i] UTF8String]);
     }
-    static_cast<Project*>(_project)->declare(parmId, ValueKind::Menu, flags,
-                                             {static_cast<double>(defaultValue)},
-                                             line("menu", name, parmId, rest, flags));
+    of(_project).declare(parmId, ValueKind::Menu, flags, {static_cast<double>(defaultValue)},
+                         line("menu", name, parmId, rest, flags));
     return YES;
 }
 
@@ -246,22 +247,22 @@ std::string numbers(std::initializer_list<double> list) {
                          parmFlags:(FxParameterFlags)flags {
     const id value = defaultValue;
     const std::string rest = spaced([value class]);
-    static_cast<Project*>(_project)->declare(parmId, ValueKind::Custom, flags, {},
-                                             line("custom", name, parmId, rest, flags));
-    static_cast<Project*>(_project)->setCustom(parmId, defaultValue);
+    of(_project).declare(parmId, ValueKind::Custom, flags, {},
+                         line("custom", name, parmId, rest, flags));
+    of(_project).setCustom(parmId, defaultValue);
     return YES;
 }
 
 - (BOOL)startParameterSubGroup:(NSString*)name
                         parmId:(UInt32)parmId
                      parmFlags:(FxParameterFlags)flags {
-    static_cast<Project*>(_project)->declare(parmId, ValueKind::Group, flags, {},
-                                             line("group", name, parmId, "", flags));
+    of(_project).declare(parmId, ValueKind::Group, flags, {},
+                         line("group", name, parmId, "", flags));
     return YES;
 }
 
 - (BOOL)endParameterSubGroup {
-    static_cast<Project*>(_project)->declarations.push_back("end");
+    of(_project).declarations.push_back("end");
     return YES;
 }
 
@@ -269,23 +270,29 @@ std::string numbers(std::initializer_list<double> list) {
 
 - (BOOL)getFloatValue:(double*)value fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    const bool known = static_cast<Project*>(_project)->read(parmId, time, read);
-    *value = known ? read[0] : *value;
-    return known ? YES : NO;
+    if (!of(_project).read(parmId, time, read)) {
+        return NO;
+    }
+    *value = read[0];
+    return YES;
 }
 
 - (BOOL)getIntValue:(int*)value fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    const bool known = static_cast<Project*>(_project)->read(parmId, time, read);
-    *value = known ? static_cast<int>(read[0]) : *value;
-    return known ? YES : NO;
+    if (!of(_project).read(parmId, time, read)) {
+        return NO;
+    }
+    *value = static_cast<int>(read[0]);
+    return YES;
 }
 
 - (BOOL)getBoolValue:(BOOL*)value fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    const bool known = static_cast<Project*>(_project)->read(parmId, time, read);
-    *value = known ? static_cast<BOOL>(read[0]) : *value;
-    return known ? YES : NO;
+    if (!of(_project).read(parmId, time, read)) {
+        return NO;
+    }
+    *value = static_cast<BOOL>(read[0]);
+    return YES;
 }
 
 - (BOOL)getRedValue:(double*)red
@@ -294,7 +301,7 @@ std::string numbers(std::initializer_list<double> list) {
            fromParm:(UInt32)parmId
              atTime:(double)time {
     ParameterValue read{};
-    if (!static_cast<Project*>(_project)->read(parmId, time, read)) {
+    if (!of(_project).read(parmId, time, read)) {
         return NO;
     }
     *red = read[0];
@@ -305,7 +312,7 @@ std::string numbers(std::initializer_list<double> list) {
 
 - (BOOL)getXValue:(double*)x YValue:(double*)y fromParm:(UInt32)parmId atTime:(double)time {
     ParameterValue read{};
-    if (!static_cast<Project*>(_project)->read(parmId, time, read)) {
+    if (!of(_project).read(parmId, time, read)) {
         return NO;
     }
     *x = read[0];
@@ -322,47 +329,38 @@ std::string numbers(std::initializer_list<double> list) {
     static_cast<void>(info);
     *offsetX = 0.0;
     *offsetY = 0.0;
-    *image = static_cast<Project*>(_project)->layer
-                 ? static_cast<Project*>(_project)->layer(parmId, time)
-                 : nil;
+    *image = of(_project).layer ? of(_project).layer(parmId, time) : nil;
     return *image != nil ? YES : NO;
 }
 
 - (BOOL)getCustomParameterValue:(id<NSCoding>*)value fromParm:(UInt32)parmId {
-    if (!static_cast<Project*>(_project)->mayAccess() ||
-        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
+    if (!of(_project).mayAccess(parmId)) {
         return NO;
     }
-    *value = static_cast<Project*>(_project)->parameters.at(parmId).custom;
+    *value = of(_project).parameters.at(parmId).custom;
     return YES;
 }
 
 - (BOOL)getParameterFlags:(FxParameterFlags*)flags fromParm:(UInt32)parmId {
-    if (!static_cast<Project*>(_project)->mayAccess() ||
-        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
+    if (!of(_project).mayAccess(parmId)) {
         return NO;
     }
-    *flags = static_cast<Project*>(_project)->parameters.at(parmId).flags;
+    *flags = of(_project).parameters.at(parmId).flags;
     return YES;
 }
 
 // --- Setting ---
 
 - (BOOL)setFloatValue:(double)value toParm:(UInt32)parmId atTime:(double)time {
-    return static_cast<Project*>(_project)->write(parmId, time, {value}, "float") ? YES : NO;
+    return of(_project).write(parmId, time, {value}, "float") ? YES : NO;
 }
 
 - (BOOL)setIntValue:(int)value toParm:(UInt32)parmId atTime:(double)time {
-    return static_cast<Project*>(_project)->write(parmId, time, {static_cast<double>(value)}, "int")
-               ? YES
-               : NO;
+    return of(_project).write(parmId, time, {static_cast<double>(value)}, "int") ? YES : NO;
 }
 
 - (BOOL)setBoolValue:(BOOL)value toParm:(UInt32)parmId atTime:(double)time {
-    return static_cast<Project*>(_project)->write(parmId, time, {static_cast<double>(value)},
-                                                  "bool")
-               ? YES
-               : NO;
+    return of(_project).write(parmId, time, {static_cast<double>(value)}, "bool") ? YES : NO;
 }
 
 - (BOOL)setRedValue:(double)red
@@ -370,61 +368,56 @@ std::string numbers(std::initializer_list<double> list) {
           BlueValue:(double)blue
              toParm:(UInt32)parmId
              atTime:(double)time {
-    return static_cast<Project*>(_project)->write(parmId, time, {red, green, blue}, "color") ? YES
-                                                                                             : NO;
+    return of(_project).write(parmId, time, {red, green, blue}, "color") ? YES : NO;
 }
 
 - (BOOL)setXValue:(double)x YValue:(double)y toParm:(UInt32)parmId atTime:(double)time {
-    return static_cast<Project*>(_project)->write(parmId, time, {x, y}, "point") ? YES : NO;
+    return of(_project).write(parmId, time, {x, y}, "point") ? YES : NO;
 }
 
 - (BOOL)setCustomParameterValue:(id<NSCoding>)value toParm:(UInt32)parmId {
-    if (!static_cast<Project*>(_project)->mayAccess() ||
-        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
+    if (!of(_project).mayAccess(parmId)) {
         return NO;
     }
-    static_cast<Project*>(_project)->log.push_back("custom " + std::to_string(parmId));
-    static_cast<Project*>(_project)->setCustom(parmId, value);
+    of(_project).log.push_back("custom " + std::to_string(parmId));
+    of(_project).setCustom(parmId, value);
     return YES;
 }
 
 - (BOOL)setParameterFlags:(FxParameterFlags)flags toParm:(UInt32)parmId {
-    static_cast<Project*>(_project)->log.push_back("flags " + std::to_string(parmId) + ": " +
-                                                   std::to_string(flags));
-    if (!static_cast<Project*>(_project)->mayAccess() ||
-        !static_cast<Project*>(_project)->parameters.contains(parmId)) {
+    of(_project).log.push_back("flags " + std::to_string(parmId) + ": " + std::to_string(flags));
+    if (!of(_project).mayAccess(parmId)) {
         return NO;
     }
-    static_cast<Project*>(_project)->parameters.at(parmId).flags = flags;
+    of(_project).parameters.at(parmId).flags = flags;
     return YES;
 }
 
 // --- Actions, images at other times, 3D ---
 
 - (void)startAction:(id)sender {
-    ++static_cast<Project*>(_project)->openActions;
-    static_cast<Project*>(_project)->log.push_back("start" + spaced([sender class]));
+    ++of(_project).openActions;
+    of(_project).log.push_back("start" + spaced([sender class]));
 }
 
 - (void)endAction:(id)sender {
-    --static_cast<Project*>(_project)->openActions;
-    static_cast<Project*>(_project)->log.push_back("end" + spaced([sender class]));
+    --of(_project).openActions;
+    of(_project).log.push_back("end" + spaced([sender class]));
 }
 
 - (double)currentTime {
-    return static_cast<Project*>(_project)->currentTime;
+    return of(_project).currentTime;
 }
 
 - (BOOL)getInputBitmap:(FxBitmap**)image withInfo:(FxRenderInfo)info atTime:(double)time {
     static_cast<void>(info);
-    *image =
-        static_cast<Project*>(_project)->input ? static_cast<Project*>(_project)->input(time) : nil;
+    *image = of(_project).input ? of(_project).input(time) : nil;
     return *image != nil ? YES : NO;
 }
 
 - (NSData*)layerMatrixAtTime:(double)time {
-    static_cast<Project*>(_project)->matrixTimes.push_back(time);
-    return static_cast<Project*>(_project)->layerMatrix;
+    of(_project).matrixTimes.push_back(time);
+    return of(_project).layerMatrix;
 }
 
 @end

@@ -26,19 +26,6 @@ fs::path storedFile(const std::string& scene) {
     return goldenFolder / "expected" / (scene + ".raw");
 }
 
-app::ScenePlan planOf(const std::string& name) {
-    const std::string file = (goldenFolder / "scenes" / (name + ".json")).string();
-    app::Problems problems;
-    const auto scene = app::readSceneFile(file, &problems);
-    auto plan = scene && problems.empty() ? app::planScene(*scene, 1, &problems) : std::nullopt;
-    if (!plan || !problems.empty()) {
-        std::ostringstream text;
-        app::print(problems, text);
-        throw std::runtime_error(text.str());
-    }
-    return std::move(*plan);
-}
-
 std::string packed(const MemoryImage& image) {
     std::string bytes;
     for (int y = 0; y < image.info().height; ++y) {
@@ -96,6 +83,28 @@ std::vector<std::string> sceneNames() {
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::string testName(const std::string& scene) {
+    std::string name = scene;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+}
+
+std::string sceneFile(const std::string& scene) {
+    return goldenFolder / "scenes" / (scene + ".json");
+}
+
+app::ScenePlan planOf(const std::string& scene) {
+    app::Problems problems;
+    const auto read = app::readSceneFile(sceneFile(scene), &problems);
+    auto plan = read && problems.empty() ? app::planScene(*read, 1, &problems) : std::nullopt;
+    if (!plan || !problems.empty()) {
+        std::ostringstream text;
+        app::print(problems, text);
+        throw std::runtime_error(text.str());
+    }
+    return std::move(*plan);
 }
 
 Frames render(const std::string& scene) {

@@ -19,6 +19,14 @@ struct Frames {
 /// The golden scenes by name, sorted.
 [[nodiscard]] std::vector<std::string> sceneNames();
 
+/// A scene's name as a parameter's name in a test.
+[[nodiscard]] std::string testName(const std::string& scene);
+
+[[nodiscard]] std::string sceneFile(const std::string& scene);
+
+/// A scene, ready to be rendered. Throws `std::runtime_error` with the scene's problems.
+[[nodiscard]] app::ScenePlan planOf(const std::string& scene);
+
 /// Renders a scene. Throws `std::runtime_error` with the scene's problems.
 [[nodiscard]] Frames render(const std::string& scene);
 

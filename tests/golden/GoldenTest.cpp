@@ -29,11 +29,8 @@ TEST_P(Golden, frameIsUnchanged) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, Golden, testing::ValuesIn(sceneNames()), [](const auto& scene) {
-    std::string name = scene.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Scenes, Golden, testing::ValuesIn(sceneNames()),
+                         [](const auto& scene) { return testName(scene.param); });
 
 } // namespace
 } // namespace orbel::golden

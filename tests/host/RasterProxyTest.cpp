@@ -1,5 +1,6 @@
 #include "host/RasterProxy.h"
 
+#include "host/PluginRaster_PLAIN_Impl.h"
 #include "tests/support/TestHosts.h"
 
 #include <gtest/gtest.h>
@@ -20,24 +21,23 @@ private:
     Log* m_log;
 };
 
-class LoggingRaster final : public PluginRaster_API {
+class LoggingRaster final : public PluginRaster_PLAIN_Impl {
 public:
-    LoggingRaster(Log* log, int width) : m_log(log), m_width(width) {}
+    LoggingRaster(Log* log, int width) : PluginRaster_PLAIN_Impl(sized(width)), m_log(log) {}
+    LoggingRaster(const LoggingRaster&) = delete;
+    LoggingRaster& operator=(const LoggingRaster&) = delete;
     ~LoggingRaster() override { m_log->emplace_back("delete"); }
-    int getWidth() override { return m_width; }
-    int getHeight() override { return 7; }
     PixelType getPixelType() override { return PIXEL_TYPE_8; }
-    int getRowBytes() override { return 0; }
-    AERaster* getAERaster() override { return nullptr; }
-    AVX1Raster* getAVX1Raster() override { return nullptr; }
-    AVX2Raster* getAVX2Raster() override { return nullptr; }
-    FXPLUGRaster* getFXPLUGRaster() override { return nullptr; }
-    SPARKRaster* getSPARKRaster() override { return nullptr; }
-    void setHost(PluginHost_API*) override {}
 
 private:
+    static RasterInfo sized(int width) {
+        RasterInfo info;
+        info.width = width;
+        info.height = 7;
+        return info;
+    }
+
     Log* m_log;
-    int m_width;
 };
 
 TEST(RasterProxy, releasesBeforeItDeletesAsTheFlagsSay) {
@@ -77,18 +77,13 @@ TEST(RasterProxy, setRasterReplacesTheRasterAndTheFirstFlagOnly) {
     EXPECT_EQ(log, Log{"delete"});
 }
 
-TEST(PluginRaster, extentsAreInclusiveAndHandlesNull) {
+TEST(PluginRaster, extentsAreInclusive) {
     Log log;
     LoggingRaster raster(&log, 0);
     EXPECT_EQ(raster.getExtentLeft(), 0);
     EXPECT_EQ(raster.getExtentTop(), 0);
     EXPECT_EQ(raster.getExtentRight(), -1);
     EXPECT_EQ(raster.getExtentBottom(), 6);
-    EXPECT_EQ(raster.getOFXRaster(), nullptr);
-    EXPECT_EQ(raster.getGASKETRaster(), nullptr);
-    EXPECT_EQ(raster.getRTFXRaster(), nullptr);
-    EXPECT_EQ(raster.getVEGASRaster(), nullptr);
-    EXPECT_EQ(raster.getRasterInfoBase(), nullptr);
 }
 
 } // namespace

@@ -1,26 +1,13 @@
 #include "app/FrameInput.h"
-#include "app/SceneReader.h"
 #include "host/ofx/platform/OfxNames.h"
 #include "tests/golden/GoldenScenes.h"
 #include "tests/ofx/Stage.h"
 
 #include <algorithm>
 #include <cstring>
-#include <stdexcept>
 
 namespace orbel::ofxtest {
 namespace {
-
-app::ScenePlan planOf(const std::string& name) {
-    app::Problems problems;
-    const auto scene =
-        app::readSceneFile(std::string(ORBEL_GOLDEN_SCENES) + "/" + name + ".json", &problems);
-    auto plan = scene ? app::planScene(*scene, 1, &problems) : std::nullopt;
-    if (!plan || !problems.empty()) {
-        throw std::runtime_error(name);
-    }
-    return std::move(*plan);
-}
 
 // Hosts of this kind have the alpha last; the arithmetic is the same.
 RasterFormat alphaLast(RasterFormat format) {
@@ -63,7 +50,7 @@ class GoldenThroughOfx : public testing::TestWithParam<std::string> {};
 TEST_P(GoldenThroughOfx, givesTheStoredBytes) {
     TestHost host;
     const LoadedPlugin plugin(ORBEL_OFX_BINARY, &host);
-    app::ScenePlan plan = planOf(GetParam());
+    app::ScenePlan plan = golden::planOf(GetParam());
     app::FrameInput pictures(&plan);
     const golden::Frames stored = golden::stored(GetParam(), golden::render(GetParam()));
 
@@ -88,11 +75,7 @@ TEST_P(GoldenThroughOfx, givesTheStoredBytes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, GoldenThroughOfx, testing::ValuesIn(golden::sceneNames()),
-                         [](const auto& scene) {
-                             std::string name = scene.param;
-                             std::replace(name.begin(), name.end(), '-', '_');
-                             return name;
-                         });
+                         [](const auto& scene) { return golden::testName(scene.param); });
 
 } // namespace
 } // namespace orbel::ofxtest

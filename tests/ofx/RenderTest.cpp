@@ -91,19 +91,6 @@ TEST_F(OfxRender, theSourceIsNeverChanged) {
     }
 }
 
-// An opaque picture comes back opaque and, away from the stroke, untouched: no pass may cost a bit.
-TEST_F(OfxRender, anOpaquePictureStaysWhatItIs) {
-    for (const RasterFormat format : FORMATS) {
-        Shot shot;
-        shot.format = format;
-        shot.set(PARAM_END, 0);
-        shot.alpha = {SourceAlpha::Opaque, OutputAlpha::Straight};
-        Layouts layouts(shot);
-        layouts.output.alpha = ofx::IMAGE_OPAQUE;
-        expectFrame(shot, layouts);
-    }
-}
-
 TEST_F(OfxRender, aLayerAloneInAnOpaqueOutputLiesOverBlack) {
     Shot shot;
     shot.format = RF_RGBA32F;
@@ -119,18 +106,6 @@ TEST_F(OfxRender, aLayerAloneInAnOpaqueOutputLiesOverBlack) {
     }
     Stage stage(&m_plugin, shot, layouts);
     EXPECT_EQ(stageRender(stage, shot, expected), ofx::STAT_OK);
-}
-
-TEST_F(OfxRender, renderScaleAndPixelAspectReachTheCore) {
-    for (const double scale : {0.5, 0.25, 2.0}) {
-        for (const double aspect : {1.0, 2.0, 0.9}) {
-            Shot shot;
-            shot.scale = scale;
-            shot.aspect = aspect;
-            shot.set(PARAM_ROTATION_Y, 40).set(PARAM_THICKNESS, 9);
-            expectFrame(shot, Layouts(shot));
-        }
-    }
 }
 
 TEST_F(OfxRender, sourcesOfOtherSizesLieWhereTheyBelong) {

@@ -2,17 +2,14 @@
 #include "params/ParameterTable.h"
 #include "shapes/ShapeCache.h"
 #include "tests/ofx/RenderFixture.h"
+#include "tests/support/TestFolder.h"
 
 #include <clocale>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <limits>
 #include <mutex>
 #include <thread>
-
-#include <unistd.h>
 
 namespace orbel::ofxtest {
 namespace {
@@ -87,20 +84,19 @@ TEST_F(OfxValues, aShapeMayBeAFileOrItsText) {
 }
 
 TEST_F(OfxValues, aPurgeMakesChangedFilesCount) {
-    const std::string file = testing::TempDir() + "orbel-ofx-" + std::to_string(getpid()) + ".svg";
+    const test::TestFolder folder;
+    const std::string file = folder.file("a.svg", OUTLINE);
     Shot shot;
     shot.set(PARAM_PRESETS, 0).shapeFile = file;
-    std::ofstream(file) << OUTLINE;
     const MemoryImage before = shot.rendered();
     Stage stage(&m_plugin, shot, Layouts(shot));
     EXPECT_EQ(stageRender(stage, shot, before), ofx::STAT_OK);
-    std::ofstream(file) << "<svg><circle cx='5' cy='5' r='4'/></svg>";
+    test::writeBytes(file, "<svg><circle cx='5' cy='5' r='4'/></svg>");
     EXPECT_EQ(stageRender(stage, shot, before), ofx::STAT_OK); // read once
     EXPECT_EQ(m_plugin.call("OfxActionPurgeCaches"), ofx::STAT_OK);
     flushStrokeCache();
     const MemoryImage after = shot.rendered();
     EXPECT_EQ(stageRender(stage, shot, after), ofx::STAT_OK);
-    std::remove(file.c_str());
 }
 
 TEST_F(OfxValues, valuesOutsideTheRangeAreLimited) {

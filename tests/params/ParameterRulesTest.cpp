@@ -1,6 +1,7 @@
 #include "params/ParameterRules.h"
 
 #include "params/ParameterTable.h"
+#include "tests/support/TestHosts.h"
 
 #include <gmock/gmock.h>
 
@@ -9,20 +10,9 @@
 namespace orbel {
 namespace {
 
-class SwitchLog final : public PluginUpdate_API {
-public:
+struct SwitchLog final : test::SilentUpdate {
     std::map<int, bool> enabled;
-    bool isValid() override { return true; }
-    void setFloatValue(int, int, double) override {}
-    void setAngleValue(int, int, double) override {}
-    void setIntValue(int, int, int) override {}
-    void setBoolValue(int, int, bool) override {}
-    void setEnumValue(int, int, unsigned) override {}
-    void setPoint2DValue(int, int, double, double) override {}
-    void setColorValue(int, int, double, double, double) override {}
     void setEnable(int param, int, bool enable) override { enabled[param] = enable; }
-    void setGroupOpen(int, int, bool) override {}
-    void setParamName(int, int, const char*) override {}
 };
 
 std::map<int, bool> afterChange(int param, std::optional<int> value) {

@@ -250,25 +250,6 @@ TYPED_TEST(ColourOps, ChannelOrderMakesNoDifference) {
     EXPECT_EQ(this->run(both, pixels, {0, false}), image.pixels());
 }
 
-TYPED_TEST(ColourOps, AlphaPassesAgreeWithTheTrait) {
-    using P = TypeParam;
-    using T = typename P::Component;
-    using F = typename P::Float;
-    const auto pixels = randomPixels<P>(37 * 11, 3);
-    const auto multiplied = this->run(Ops<P>::premult, pixels, {0, false});
-    const auto faded = this->run(Ops<P>::multiplyAlpha(0.7F), pixels, {0, false});
-    const auto opaque = this->run(Ops<P>::setAlpha, pixels, {0, false});
-    const auto product = [](T a, auto b) {
-        return static_cast<T>(P::multiply(static_cast<F>(a), static_cast<F>(b)));
-    };
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        const auto [r, g, b, a] = pixels[i];
-        EXPECT_EQ(multiplied[i], (Rgba<T>{product(r, a), product(g, a), product(b, a), a}));
-        EXPECT_EQ(faded[i], (Rgba<T>{r, g, b, product(a, P::fromFloat(0.7F))}));
-        EXPECT_EQ(opaque[i], (Rgba<T>{r, g, b, static_cast<T>(P::MAX_VALUE())}));
-    }
-}
-
 TYPED_TEST(ColourOps, WildPixelsAndAmountsAreHarmless) {
     using P = TypeParam;
     auto pixels = wildPixels<P>();

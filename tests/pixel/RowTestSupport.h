@@ -1,7 +1,7 @@
 #pragma once
 
-#include "pixel/Acceleration.h"
 #include "tests/pixel/PixelTestSupport.h"
+#include "tests/support/AccelerationSettings.h"
 
 #include <algorithm>
 #include <cmath>
@@ -89,16 +89,6 @@ std::vector<Rgba<typename P::Component>> testPixels(unsigned seed) {
     return pixels;
 }
 
-/// Puts back the level in use.
-class LevelGuard {
-public:
-    LevelGuard() = default;
-    ~LevelGuard() { setAccelerationLevel(m_level); }
-    LevelGuard(const LevelGuard&) = delete;
-    LevelGuard& operator=(const LevelGuard&) = delete;
-
-private:
-    int m_level = accelerationLevel();
-};
+using LevelGuard = AccelerationSettings;
 
 } // namespace orbel::test

@@ -38,37 +38,26 @@ void expectGeometry(int pixelBytes) {
     EXPECT_EQ(buffer.getRawPtr(2, 3), memory.data() + 1024 - 600 + 2 * pixelBytes);
 }
 
-TEST(VxsImageBuffer, Geometry) {
+template<typename T>
+void expectLimits(T maximum, T half) {
+    const Proc<T> proc;
+    EXPECT_EQ(proc.baseTypeMax(), maximum);
+    EXPECT_EQ(proc.halfBaseMax(), half);
+    EXPECT_EQ(proc.baseTypeMaxReciprocal(), 1.0 / maximum);
+    EXPECT_EQ(proc.baseClamp(-1), T{0});
+    EXPECT_EQ(proc.baseClamp(77), T{77});
+    EXPECT_EQ(proc.baseClamp(70000), maximum < 70000 ? maximum : static_cast<T>(70000));
+}
+
+TEST(VxsImage, geometryAndLimitsFollowTheType) {
     expectGeometry<unsigned char>(4);
     expectGeometry<float>(16);
     expectGeometry<double>(32);
-}
-
-TEST(VxsImageProc, Bytes) {
-    const Proc<unsigned char> proc;
-    EXPECT_EQ(proc.baseTypeMax(), 255);
-    EXPECT_EQ(proc.halfBaseMax(), 128);
-    EXPECT_EQ(proc.baseTypeMaxReciprocal(), 1.0 / 255);
-    EXPECT_EQ(proc.baseClamp(-1), 0);
-    EXPECT_EQ(proc.baseClamp(77), 77);
-    EXPECT_EQ(proc.baseClamp(256), 255);
-}
-
-template<typename T>
-void expectFloating() {
-    const Proc<T> proc;
-    EXPECT_EQ(proc.baseTypeMax(), std::numeric_limits<T>::max());
-    EXPECT_EQ(proc.halfBaseMax(), std::numeric_limits<T>::max() / 2);
-    EXPECT_EQ(proc.baseTypeMaxReciprocal(), 1.0 / std::numeric_limits<T>::max());
-    EXPECT_EQ(proc.baseClamp(-1), T{0});
-    EXPECT_EQ(proc.baseClamp(70000), T{70000});
-    EXPECT_EQ(proc.baseClamp(std::numeric_limits<int>::max()),
-              static_cast<T>(std::numeric_limits<int>::max()));
-}
-
-TEST(VxsImageProc, FloatingMaximumIsTheTypesOwn) {
-    expectFloating<float>();
-    expectFloating<double>();
+    expectLimits<unsigned char>(255, 128);
+    constexpr float most = std::numeric_limits<float>::max();
+    expectLimits<float>(most, most / 2);
+    expectLimits<double>(std::numeric_limits<double>::max(),
+                         std::numeric_limits<double>::max() / 2);
 }
 
 using Points = std::set<std::pair<int, int>>;

@@ -1,6 +1,7 @@
 #include "host/AlphaHandling.h"
 
 #include "pixel/ColourOps.h"
+#include "pixel/TraitsByFormat.h"
 #include "render/RenderDispatch.h"
 #include "tests/support/Scene.h"
 
@@ -14,43 +15,28 @@ using test::Scene;
 
 enum class Pass { None, Premultiply, Unpremultiply, MakeOpaque };
 
-template<typename P>
 void apply(Pass pass, const RasterInfo& picture) {
-    using Types = PixelTypes<P>;
     ParameterStore parameters;
     PluginHost_MEMORY_Impl host({}, {}, &parameters, {});
     PluginRaster_MEMORY_Impl raster(picture);
-    const auto call = [&](auto* operation) { operation(P{}, &host, &raster); };
-    switch (pass) {
-    case Pass::Premultiply:
-        return call(&Premult<P, typename Types::Component, typename Types::Wide,
-                             typename Types::Float, typename Types::Format>);
-    case Pass::Unpremultiply:
-        return call(&UnPremult<P, typename Types::Component, typename Types::Wide,
-                               typename Types::Float, typename Types::Format>);
-    case Pass::MakeOpaque:
-        return call(&AVXSetAlpha<P, typename Types::Component, typename Types::Wide,
+    withTraits(picture.pixelFormat, [&](auto traits) {
+        using P = decltype(traits);
+        using Types = PixelTypes<P>;
+        const auto call = [&](auto* operation) { operation(traits, &host, &raster); };
+        switch (pass) {
+        case Pass::Premultiply:
+            return call(&Premult<P, typename Types::Component, typename Types::Wide,
                                  typename Types::Float, typename Types::Format>);
-    case Pass::None:
-        break;
-    }
-}
-
-void apply(Pass pass, const RasterInfo& picture) {
-    switch (picture.pixelFormat) {
-    case RF_ARGB8:
-        return apply<PIXEL_ARGB8>(pass, picture);
-    case RF_RGBA8:
-        return apply<PIXEL_RGBA8>(pass, picture);
-    case RF_ARGB16:
-        return apply<PIXEL_ARGB16>(pass, picture);
-    case RF_RGBA16:
-        return apply<PIXEL_RGBA16>(pass, picture);
-    case RF_ARGB32F:
-        return apply<PIXEL_ARGB32>(pass, picture);
-    default:
-        return apply<PIXEL_RGBA32>(pass, picture);
-    }
+        case Pass::Unpremultiply:
+            return call(&UnPremult<P, typename Types::Component, typename Types::Wide,
+                                   typename Types::Float, typename Types::Format>);
+        case Pass::MakeOpaque:
+            return call(&AVXSetAlpha<P, typename Types::Component, typename Types::Wide,
+                                     typename Types::Float, typename Types::Format>);
+        case Pass::None:
+            break;
+        }
+    });
 }
 
 /// Renders a picture that went through a pass first, under a host that carries alpha as told.

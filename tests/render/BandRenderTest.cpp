@@ -1,11 +1,10 @@
-#include "pixel/Acceleration.h"
 #include "render/RenderDispatch.h"
+#include "tests/support/AccelerationSettings.h"
 #include "tests/support/Scene.h"
 #include "tests/support/TestHosts.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <optional>
 
 namespace orbel {
@@ -14,22 +13,6 @@ namespace {
 using test::Frame;
 using test::Scene;
 using Host = test::SceneHost<test::FailingHost>;
-
-/// Puts level and threads back at the end of a test.
-class Settings {
-public:
-    Settings() = default;
-    Settings(const Settings&) = delete;
-    Settings& operator=(const Settings&) = delete;
-    ~Settings() {
-        setAccelerationLevel(m_level);
-        setRenderThreads(m_threads);
-    }
-
-private:
-    int m_level = accelerationLevel();
-    int m_threads = renderThreads();
-};
 
 /// One way in which a frame is drawn, and may fail.
 struct Case {
@@ -129,21 +112,10 @@ Outcome draw(const Case& c, RasterFormat format, RowLayout layout) {
     return outcome;
 }
 
-bool sameBytes(const RasterInfo& a, const RasterInfo& b) {
-    for (int y = 0; y < a.height; ++y) {
-        const auto size =
-            static_cast<std::size_t>(a.width) * static_cast<std::size_t>(a.bytesPerPixel);
-        if (std::memcmp(a.row(y), b.row(y), size) != 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
 class BandRender : public testing::TestWithParam<RasterFormat> {};
 
 TEST_P(BandRender, givesTheFramesOfTheLawAtEveryLevelOnAnyThreads) {
-    const Settings restored;
+    const test::AccelerationSettings restored;
     const RowLayout layout{16, GetParam() % 2 == 0};
     for (const Case& c : CASES) {
         setAccelerationLevel(0);
@@ -162,9 +134,10 @@ TEST_P(BandRender, givesTheFramesOfTheLawAtEveryLevelOnAnyThreads) {
                                           ", threads " + std::to_string(threads);
                 EXPECT_EQ(actual.frame.result, expected.frame.result) << where;
                 EXPECT_EQ(actual.progressCalls, expected.progressCalls) << where;
-                EXPECT_TRUE(sameBytes(actual.frame.output.info(), expected.frame.output.info()))
+                EXPECT_TRUE(
+                    test::sameBytes(actual.frame.output.info(), expected.frame.output.info()))
                     << where;
-                EXPECT_TRUE(sameBytes(actual.frame.input.info(), expected.frame.input.info()))
+                EXPECT_TRUE(test::sameBytes(actual.frame.input.info(), expected.frame.input.info()))
                     << where;
             }
         }

@@ -39,41 +39,6 @@ protected:
     test::FakePath m_path;
 };
 
-TEST_F(BezierPath, evaluationWrapsBeyondTheEnd) {
-    const auto open = polyline({{0, 0}, {90, 0}, {90, 60}}, true);
-    const auto closed = polyline({{0, 0}, {90, 0}, {90, 60}}, false);
-    struct Row {
-        double t;
-        std::pair<double, double> onOpen;
-        std::pair<double, double> onClosed;
-    };
-    const Row rows[] = {
-        {0, {0, 0}, {0, 0}},       {0.5, {45, 0}, {45, 0}},   {1, {90, 0}, {90, 0}},
-        {1.5, {90, 30}, {90, 30}}, {2, {90, 60}, {90, 60}},   {2.5, {45, 30}, {45, 30}},
-        {3, {0, 0}, {0, 0}},       {4.5, {90, 30}, {90, 30}}, {-0.5, {-45, 0}, {-45, 0}},
-    };
-    for (const Row& row : rows) {
-        for (const bool isOpen : {true, false}) {
-            const auto [x, y] = at(isOpen ? open : closed, isOpen ? 2 : 3, row.t);
-            const auto& [expectedX, expectedY] = isOpen ? row.onOpen : row.onClosed;
-            EXPECT_NEAR(x, expectedX, 1e-12) << row.t << isOpen;
-            EXPECT_NEAR(y, expectedY, 1e-12) << row.t << isOpen;
-        }
-    }
-}
-
-TEST_F(BezierPath, evaluationFollowsTheFormulaToTheLastBit) {
-    FakeOutline outline;
-    outline.vertices = {{0, 0, 0.1, 0.7, 11.3, -3.9}, {27.7, 41.1, 33.3, 12.9, 0, 0}};
-    const double p[] = {0.1, 11.3, 27.7, 33.3};
-    const double c = 3 * (p[1] - p[0]);
-    const double b = 3 * (p[2] - p[1]) - c;
-    const double a = p[3] - p[0] - c - b;
-    for (const double u : {0.0, 0.123, 0.5, 0.87, 0.999}) {
-        EXPECT_EQ(at(outline, 1, u).first, (a * u * u * u + b * u * u) + c * u + p[0]) << u;
-    }
-}
-
 TEST_F(BezierPath, withoutSegmentsEverythingIsAtTheFirstVertex) {
     const auto point = polyline({{12, 34}}, true);
     for (const double t : {0.0, 0.5, 7.25}) {
@@ -95,29 +60,6 @@ TEST_F(BezierPath, aVertexThatCannotBeFetchedLeavesThePointAlone) {
     EXPECT_EQ(GetVertex(&m_host, nullptr, &line, 1, &x, &y), 0);
     EXPECT_EQ(x, 90.0);
     EXPECT_EQ(y, 80.0);
-}
-
-TEST_F(BezierPath, lengthIsTheSumOfChordsAndReachesPastTheEnd) {
-    FakeOutline parabola; // y = x^2 / 100 from 0 to 100
-    parabola.vertices = {{0, 0, 0, 0, 100 / 3.0, 0}, {200 / 3.0, 100 / 3.0, 100, 100, 0, 0}};
-    struct Row {
-        FakeOutline outline;
-        double exact;
-        double relative; // what chords may cut off
-    };
-    const Row rows[] = {
-        {polyline({{0, 0}, {60, 80}}, true), 100, 0},
-        {polyline({{0, 0}, {60, 80}}, false), 200, 0},
-        {test::circle(0, 0, 50), 2 * PI * 50, 3e-4},
-        {parabola, 147.89428575445974, 3e-4},
-    };
-    for (const Row& row : rows) {
-        for (const double step : {0.1, 1.0}) {
-            const double measured = length(row.outline, step);
-            EXPECT_GE(measured, row.exact * (1 - row.relative * step) - 1e-9) << row.exact;
-            EXPECT_LE(measured, row.exact * (1 + row.relative) + 0.8 * step + 1e-9) << row.exact;
-        }
-    }
 }
 
 TEST_F(BezierPath, theSearchDoublesOrHalvesUntilAChordFits) {

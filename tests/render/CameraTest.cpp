@@ -35,24 +35,6 @@ protected:
     double m_zoom = 0.0;
 };
 
-TEST_F(Camera, theDefaultLooksStraightAtTheMiddle) {
-    for (const bool autoOrient : {false, true}) {
-        const Vx_Matrix4 expected{{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {32, 24, -355.6, 1}}};
-        const Vx_Matrix4 matrix = camera(autoOrient, 0);
-        EXPECT_NE(CmpMatrix(&matrix, &expected), 0);
-        EXPECT_EQ(m_zoom, 355.6);
-    }
-}
-
-TEST_F(Camera, positionIsInFullResolutionUnits) {
-    m_scene.settings.renderScaleX = 0.5;
-    m_scene.settings.renderScaleY = 0.25;
-    m_scene.parameters.set(PARAM_CAMERA_XY, {0.25, 0.75});
-    const Vx_Matrix4 matrix = camera(false, 0);
-    EXPECT_EQ(matrix.m[3][0], 0.25 * 64 / 0.5);
-    EXPECT_EQ(matrix.m[3][1], 0.75 * 48 / 0.25);
-}
-
 TEST_F(Camera, autoOrientTurnsTowardTheMiddleFromEverywhere) {
     const std::array<double, 3> places[] = {{0.1, 0.5, -300}, {0.9, 0.5, -300}, {0.5, 0.1, -300},
                                             {0.5, 0.9, -300}, {0.2, 0.8, -50},  {-3, 2, -10},
@@ -67,15 +49,6 @@ TEST_F(Camera, autoOrientTurnsTowardTheMiddleFromEverywhere) {
             EXPECT_NEAR(ahead[i], way[i] / distance, 1e-12) << x << " " << y << " " << z;
         }
     }
-}
-
-TEST_F(Camera, rotationsApplyBeforeAutoOrient) {
-    m_scene.set(PARAM_CAMERA_ROTATION_Y, 90.0);
-    EXPECT_NEAR(forward(camera(false, 0))[0], 1.0, 1e-12);
-    m_scene.set(PARAM_CAMERA_ROTATION_Y, 0.0).set(PARAM_CAMERA_ROTATION_Z, 90.0);
-    const Vx_Matrix4 rolled = camera(true, 0);
-    EXPECT_NEAR(rolled.m[0][1], 1.0, 1e-12); // the camera's right points down the picture
-    EXPECT_NEAR(forward(rolled)[2], 1.0, 1e-12);
 }
 
 TEST_F(Camera, isReadAtTheTimeAskedEvenBeforeTheFirstFrame) {

@@ -11,7 +11,6 @@ namespace orbel {
 namespace {
 
 using Point = std::array<double, 3>;
-using Builder = void (*)(PluginHost_API*, Vx_Matrix4*, double);
 
 constexpr double QUARTER = PI / 2;
 constexpr Vx_Vector3 NONE{0, 0, 0};
@@ -48,26 +47,6 @@ protected:
     test::BareHost m_host;
 };
 
-TEST_F(Matrix4, rotationsTurnAxesInTheirDirection) {
-    struct Row {
-        Builder build;
-        Point from;
-        Point to;
-    };
-    const Row rows[] = {
-        {BuildRotateXMatrix, {0, 1, 0}, {0, 0, 1}}, {BuildRotateXMatrix, {0, 0, 1}, {0, -1, 0}},
-        {BuildRotateYMatrix, {0, 0, 1}, {1, 0, 0}}, {BuildRotateYMatrix, {1, 0, 0}, {0, 0, -1}},
-        {BuildRotateZMatrix, {1, 0, 0}, {0, 1, 0}}, {BuildRotateZMatrix, {0, 1, 0}, {-1, 0, 0}},
-        {BuildRotateXMatrix, {1, 0, 0}, {1, 0, 0}}, {BuildRotateYMatrix, {0, 1, 0}, {0, 1, 0}},
-        {BuildRotateZMatrix, {0, 0, 1}, {0, 0, 1}},
-    };
-    for (const Row& row : rows) {
-        Vx_Matrix4 matrix;
-        row.build(&m_host, &matrix, QUARTER);
-        expectNear(moved(row.from, matrix), row.to);
-    }
-}
-
 TEST_F(Matrix4, combinedRotationsKeepTheirOrder) {
     Vx_Matrix4 matrix;
     BuildRotateXYMatrix(&m_host, &matrix, QUARTER, QUARTER);
@@ -76,19 +55,6 @@ TEST_F(Matrix4, combinedRotationsKeepTheirOrder) {
     rotateZYX(&m_host, &matrix, {QUARTER, QUARTER, QUARTER});
     expectNear(moved({1, 0, 0}, matrix), {0, 0, 1});
     expectNear(moved({0, 1, 0}, matrix), {0, -1, 0});
-}
-
-TEST_F(Matrix4, inverseUndoesEveryTransform) {
-    const Vx_Vector3 rotations[] = {{0, 0, 0}, {0.3, 0, 0}, {0, -1.2, 0}, {0.5, 2.0, -4.0}};
-    for (const Vx_Vector3& rotation : rotations) {
-        for (const int order : {0, 1}) {
-            const Vx_Matrix4 matrix = transform({32, 24, 0}, {5, -7, 300}, rotation, order);
-            Vx_Matrix4 product;
-            InverseMatrix4(&matrix, &product);
-            MultiplyMatrix4(&product, &matrix, &product);
-            expectIdentity(product);
-        }
-    }
 }
 
 TEST_F(Matrix4, inverseOfAFullMatrixAndOfASingularOne) {
@@ -129,35 +95,6 @@ TEST_F(Matrix4, comparisonIsExactAndNaNEqualsNothing) {
         EXPECT_EQ(CmpMatrix(&b, &b), 0) << i;
     }
     EXPECT_NE(CmpMatrix(&a, &a), 0);
-}
-
-TEST_F(Matrix4, layerTransformTurnsAboutTheAnchorOrMovesFirst) {
-    const Vx_Vector3 anchor{10, 20, 0};
-    const Vx_Vector3 turn{0, 0, QUARTER};
-    struct Row {
-        int order;
-        Vx_Vector3 translation;
-        Vx_Vector3 rotation;
-        Point from;
-        Point to;
-    };
-    const Row rows[] = {
-        {1, {10, 20, 0}, NONE, {3, 4, 0}, {3, 4, 0}},
-        {0, {10, 20, 0}, NONE, {3, 4, 0}, {3, 4, 0}},
-        {1, {15, 27, 9}, NONE, {3, 4, 0}, {8, 11, 9}},
-        {0, {15, 27, 9}, NONE, {3, 4, 0}, {8, 11, 9}},
-        // With the default position both turn about the anchor.
-        {1, {10, 20, 0}, turn, {15, 20, 0}, {10, 25, 0}},
-        {0, {10, 20, 0}, turn, {15, 20, 0}, {10, 25, 0}},
-        // Rotate, then move: the anchor lands on the translation.
-        {1, {17, 20, 5}, turn, {15, 20, 0}, {17, 25, 5}},
-        // Move, then rotate: the offset of 7 in x is turned into y.
-        {0, {17, 20, 5}, turn, {15, 20, 0}, {10, 32, 5}},
-    };
-    for (const Row& row : rows) {
-        expectNear(moved(row.from, transform(anchor, row.translation, row.rotation, row.order)),
-                   row.to);
-    }
 }
 
 } // namespace

@@ -132,29 +132,6 @@ TEST_F(StrokeWalk, aSinglePointIsOneStamp) {
     EXPECT_TRUE(places().empty());
 }
 
-TEST_F(StrokeWalk, taperThinsTheBrushAlongThePath) {
-    m_stroke.taper = {1, 50, 50, 0.5, 0.25, 1, 1, 0, 100, 1};
-    expectPlaces(0, 100, 4); // fixed steps
-    for (const Stamp& s : m_sink.stamps) {
-        const double at = s.x - 10;
-        const double factor = at < 50 ? 0.5 + at / 100 : 1 - 0.75 * (at - 50) / 50;
-        EXPECT_NEAR(s.radius, 5 * factor, 1e-9) << at;
-    }
-}
-
-TEST_F(StrokeWalk, dynamicStepsFollowTheThickness) {
-    m_stroke.taper = {1, 50, 50, 0.25, 0.25, 1, 1, 0, 100, STEP_DYNAMIC};
-    std::vector<double> x = places();
-    EXPECT_NEAR(x[1] - x[0], 1, 1e-9); // the first step follows the start thickness
-    for (std::size_t i = 2; i + 1 < x.size(); ++i) {
-        const double s = x[i - 1];
-        const double factor = s < 50 ? 0.25 + 0.75 * s / 50 : 1 - 0.75 * (s - 50) / 50;
-        EXPECT_NEAR(x[i] - s, 4 * factor, 1e-6) << i;
-    }
-    m_stroke.taper.enabled = 0;
-    expectPlaces(0, 100, 4);
-}
-
 TEST_F(StrokeWalk, dynamicStepsStayVisible) {
     m_stroke.taper = {1, 100, 100, 0, 0, 1, 1, 0, 100, STEP_DYNAMIC};
     m_stroke.taper.startTaperEnd = 1e9; // no thickness at all, all the way
@@ -196,35 +173,6 @@ TEST_F(StrokeWalk, stampsAtTheClippingDepthsAreNotDrawn) {
         m_stroke.farZ = row.farZ;
         EXPECT_EQ(!places().empty(), row.drawn) << row.nearZ << " " << row.farZ;
     }
-}
-
-TEST_F(StrokeWalk, stampsFadeWithDepth) {
-    struct Row {
-        double fadeZ;
-        double farZ;
-        double intensity;
-    };
-    const Row rows[] = {{100, 150, 200},
-                        {50, 150, 100},
-                        {90, 110, 100},
-                        {0, 400, 150},
-                        {99, 30000, 200 * (1 - 1 / 29901.0)},
-                        {130, 110, 200}};
-    for (const Row& row : rows) {
-        m_stroke.fadeZ = row.fadeZ;
-        m_stroke.farZ = row.farZ;
-        ASSERT_FALSE(places().empty());
-        EXPECT_NEAR(m_sink.stamps[0].intensity, row.intensity, 1e-9) << row.fadeZ;
-    }
-}
-
-TEST_F(StrokeWalk, pathPositionsAreDividedByTheRenderScale) {
-    m_setup.scaleX = 0.5;
-    m_setup.scaleY = 0.25;
-    places();
-    EXPECT_NEAR(m_sink.stamps[0].x, (10 / 0.5 - 64) * 0.5 + 64, 1e-9);
-    EXPECT_NEAR(m_sink.stamps[0].y, (20 / 0.25 - 32) * 0.25 + 32, 1e-9);
-    EXPECT_NEAR(m_sink.stamps[0].radius, 2.5, 1e-9);
 }
 
 TEST_F(StrokeWalk, failingQueriesAreHandedBack) {

@@ -23,25 +23,6 @@ TaperStruct taper() {
     return t;
 }
 
-TEST(Taper, thinsTowardBothEnds) {
-    struct Row {
-        double s;
-        double linear;
-        double squared;
-    };
-    const Row rows[] = {
-        {10, 0.5, 0.5}, {15, 0.625, 0.53125},   {20, 0.75, 0.625},   {30, 1, 1},       {45, 1, 1},
-        {60, 1, 1},     {70, 0.8125, 0.671875}, {80, 0.625, 0.4375}, {100, 0.25, 0.25}};
-    test::BareHost host;
-    for (const Row& row : rows) {
-        TaperStruct t = taper();
-        EXPECT_DOUBLE_EQ(taperFactor(&host, t, row.s), row.linear) << row.s;
-        t.startShape = 2.0;
-        t.endShape = 2.0;
-        EXPECT_DOUBLE_EQ(taperFactor(&host, t, row.s), row.squared) << row.s;
-    }
-}
-
 TEST(Taper, stretchesOfNoLengthDoNotTaper) {
     test::BareHost host;
     TaperStruct t = taper();

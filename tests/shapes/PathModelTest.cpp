@@ -87,11 +87,6 @@ TEST(PathModel, aVertexOutOfRangeIsAnError) {
     EXPECT_EQ(shape.PathVertexInfo(nullptr, checkout(shape, 1), 1, &vertex), 1);
 }
 
-TEST(PathModel, mapsEveryPointWithTheInitialScale) {
-    PluginPath_Impl shape = shapeOf({{{0, 1, 2, 3, 4, 5}}, true});
-    EXPECT_EQ(vertexOf(shape, 0), (Vx_PathVertex{-0.5, 0.5, 1.5, 2.5, 3.5, 4.5}));
-}
-
 struct OutputCase {
     int width;
     int height;
@@ -147,23 +142,6 @@ TEST(PathModel, clampUnitesABoxWithAPoint) {
     EXPECT_EQ(emptyInY, (std::array<double, 4>{7, 8, 7, 8}));
 }
 
-TEST(PathModel, normalizeFitsTheLongerSideAndCentresTheOther) {
-    struct Case {
-        double width;
-        double height;
-        Vx_PathVertex low;
-        Vx_PathVertex high;
-    };
-    for (const Case& c : {Case{40, 20, corner(0.25, 0.375), corner(0.75, 0.625)},
-                          Case{10, 40, corner(0.4375, 0.25), corner(0.5625, 0.75)},
-                          Case{30, 30, corner(0.25, 0.25), corner(0.75, 0.75)}}) {
-        PluginPath_Impl shape =
-            shapeOf({{corner(-3, 7), corner(-3 + c.width, 7 + c.height)}, false});
-        shape.normalize();
-        EXPECT_EQ(shape.outlines()[0].vertices, (test::Vertices{c.low, c.high}));
-    }
-}
-
 TEST(PathModel, normalizeTakesControlsIntoTheBox) {
     PluginPath_Impl shape = shapeOf({{{-10, 0, 0, 0, 10, 0}, {0, -10, 0, 0, 0, 10}}, true});
     shape.normalize();
@@ -185,15 +163,6 @@ TEST(PathModel, aFlatShapeHasNoNumberInTheFlatDirection) {
     }
     EXPECT_EQ(shape.outlines()[0].vertices[1].x, 0.75);
     PluginPath_Impl().normalize();
-}
-
-TEST(PathModel, copiesAreDeep) {
-    const PluginPath_Impl original = shapeOf({{corner(0, 0), corner(2, 2)}, true});
-    PluginPath_Impl copy;
-    copy = original;
-    copy.normalize();
-    EXPECT_EQ(original.outlines()[0].vertices[0], corner(0, 0));
-    EXPECT_EQ(copy.outlines()[0].vertices[0], corner(0.25, 0.25));
 }
 
 } // namespace

@@ -4,15 +4,14 @@
 #include "params/InstanceData.h"
 #include "shapes/CriticalSection.h"
 #include "tests/shapes/SvgText.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace orbel {
 namespace {
@@ -38,30 +37,16 @@ private:
 
 class ShapeCache : public testing::Test {
 protected:
-    ShapeCache() {
-        flushStrokeCache();
-        fs::create_directories(m_folder);
-    }
-    ~ShapeCache() override {
-        flushStrokeCache();
-        fs::remove_all(m_folder);
-    }
+    ShapeCache() { flushStrokeCache(); }
+    ~ShapeCache() override { flushStrokeCache(); }
 
     [[nodiscard]] std::string pathOf(const std::string& name) const { return m_folder / name; }
 
     std::string write(const std::string& name, int lines) const {
-        const std::string path = pathOf(name);
-        std::ofstream file(path);
-        file << "<svg>";
-        for (int i = 0; i != lines; ++i) {
-            file << "<line x2='4' y2='2'/>";
-        }
-        file << "</svg>";
-        return path;
+        return m_folder.file(name, test::svgOfLines(lines));
     }
 
-    const fs::path m_folder =
-        fs::path(testing::TempDir()) / ("orbel-cache-" + std::to_string(getpid()));
+    const test::TestFolder m_folder;
 };
 
 TEST_F(ShapeCache, twoInstancesShareTheEntryOfAFile) {
@@ -94,13 +79,13 @@ TEST_F(ShapeCache, aPathWithPercentSignsIsReadAndFoundAgain) {
 }
 
 TEST_F(ShapeCache, aPathOf1023BytesIsKeptWhole) {
-    std::string folder = m_folder;
+    std::string folder = m_folder.path();
     while (folder.size() < 900) {
         folder += "/" + std::string(std::min<std::size_t>(100, 1010 - folder.size()), 'd');
     }
     fs::create_directories(folder);
     const std::string path = folder + "/" + std::string(1023 - folder.size() - 1, 'f');
-    std::ofstream(path) << "<svg><line/></svg>";
+    test::writeBytes(path, "<svg><line/></svg>");
     ASSERT_EQ(path.size(), 1023U);
     EXPECT_EQ(Instance(path).shape()->outlines().size(), 1U);
     EXPECT_EQ(g_cacheShapes.at(0)->name, path);
@@ -112,7 +97,7 @@ TEST_F(ShapeCache, withoutAReadableFileThereIsTheNullShape) {
     PluginPath_Impl* const none = Instance("").shape();
     ASSERT_NE(none, nullptr);
     EXPECT_TRUE(none->outlines().empty());
-    for (const std::string& path : {pathOf("missing.svg"), m_folder.string(), pipe,
+    for (const std::string& path : {pathOf("missing.svg"), m_folder / "", pipe,
                                     std::string("/dev/zero"), std::string(2000, 'x')}) {
         EXPECT_EQ(Instance(path).shape(), none) << path;
         EXPECT_EQ(fileExists(path.c_str()), 0) << path;
@@ -122,8 +107,7 @@ TEST_F(ShapeCache, withoutAReadableFileThereIsTheNullShape) {
 }
 
 TEST_F(ShapeCache, aBrokenFileIsKeptWithWhatItGave) {
-    const std::string path = pathOf("broken.svg");
-    std::ofstream(path) << "<svg><line x2='1'/><line";
+    const std::string path = m_folder.file("broken.svg", "<svg><line x2='1'/><line");
     Instance instance(path);
     EXPECT_EQ(fileExists(path.c_str()), 1);
     EXPECT_EQ(instance.shape()->outlines().size(), 1U);

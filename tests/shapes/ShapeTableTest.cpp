@@ -4,91 +4,57 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace orbel {
 namespace {
 
-// The table is completed once per process, so each case runs in a process of its own.
-class ShapeTable : public testing::Test {
-protected:
-    ShapeTable() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-    ~ShapeTable() override { GTEST_FLAG_SET(death_test_style, m_style); }
-
-    const std::string m_style = GTEST_FLAG_GET(death_test_style);
-};
-
 constexpr const char* variable = "QUARVEX_ORBEL_SVG_DIR";
 
-/// Ends the process with the entry's file on the error output.
-[[noreturn]] void tell(int index) {
+/// Completes the table once for each folder in the environment (null: unset), then ends the process
+/// with an entry's file on the error output.
+[[noreturn]] void completeAndTell(const std::vector<const char*>& folders, const char* base,
+                                  int index) {
+    for (const char* const folder : folders) {
+        if (folder == nullptr) {
+            unsetenv(variable);
+        } else {
+            setenv(variable, folder, 1);
+        }
+        buildStaticSVGShapeInfo(base);
+    }
     std::fprintf(stderr, "%d shapes, <%s>\n", static_cast<int>(g_numSVGShapes),
                  g_svgShapes[index].file);
     std::exit(0);
 }
 
-TEST_F(ShapeTable, takesTheFolderOfTheEnvironment) {
-    EXPECT_EXIT(
-        {
-            setenv(variable, "/my/shapes", 1);
-            buildStaticSVGShapeInfo("/base");
-            tell(1);
-        },
-        testing::ExitedWithCode(0), "41 shapes, </my/shapes/Basic Circle.svg>");
+// The table is completed once per process, so each case runs in a process of its own.
+TEST(ShapeTable, isCompletedOnceFromTheEnvironmentOrTheBase) {
+    const std::string style = GTEST_FLAG_GET(death_test_style);
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const std::string longFolder(1000, 'f');
+    struct Row {
+        std::vector<const char*> folders;
+        const char* base;
+        int index;
+        const char* told;
+    };
+    const Row rows[] = {
+        {{"/my/shapes"}, "/base", 1, "41 shapes, </my/shapes/Basic Circle.svg>"},
+        {{nullptr}, "/plug-ins", 40, "</plug-ins/Tessaly/SVG/Wrinkled Petals.svg>"},
+        {{nullptr}, nullptr, 13, "</Tessaly/SVG/Grid 7 x7.svg>"},
+        {{"/first", "/second"}, "/base", 9, "41 shapes, </first/Funky star.svg>"},
+        {{longFolder.c_str()}, "/base", 1, "<f{255}>"}, // cut
+        {{"/my/shapes"}, "/base", 0, "<>"},             // "None"
+    };
+    for (const Row& row : rows) {
+        EXPECT_EXIT(completeAndTell(row.folders, row.base, row.index), testing::ExitedWithCode(0),
+                    row.told);
+    }
+    GTEST_FLAG_SET(death_test_style, style);
 }
 
-TEST_F(ShapeTable, otherwiseTheFolderUnderTheBase) {
-    EXPECT_EXIT(
-        {
-            unsetenv(variable);
-            buildStaticSVGShapeInfo("/Library/Plug-ins/FxPlug");
-            tell(40);
-        },
-        testing::ExitedWithCode(0), "</Library/Plug-ins/FxPlug/Tessaly/SVG/Wrinkled Petals.svg>");
-}
-
-TEST_F(ShapeTable, aNullBaseIsAnEmptyOne) {
-    EXPECT_EXIT(
-        {
-            unsetenv(variable);
-            buildStaticSVGShapeInfo(nullptr);
-            tell(13);
-        },
-        testing::ExitedWithCode(0), "</Tessaly/SVG/Grid 7 x7.svg>");
-}
-
-TEST_F(ShapeTable, isCompletedOnce) {
-    EXPECT_EXIT(
-        {
-            setenv(variable, "/first", 1);
-            buildStaticSVGShapeInfo("/base");
-            setenv(variable, "/second", 1);
-            buildStaticSVGShapeInfo("/base");
-            tell(9);
-        },
-        testing::ExitedWithCode(0), "41 shapes, </first/Funky star.svg>");
-}
-
-TEST_F(ShapeTable, cutsALongFolder) {
-    EXPECT_EXIT(
-        {
-            setenv(variable, std::string(1000, 'f').c_str(), 1);
-            buildStaticSVGShapeInfo("/base");
-            tell(1);
-        },
-        testing::ExitedWithCode(0), "<f{255}>");
-}
-
-TEST_F(ShapeTable, noneHasNoFolder) {
-    EXPECT_EXIT(
-        {
-            setenv(variable, "/my/shapes", 1);
-            buildStaticSVGShapeInfo("/base");
-            tell(0);
-        },
-        testing::ExitedWithCode(0), "<>");
-}
-
-TEST_F(ShapeTable, namesAndFilesGoTogether) {
+TEST(ShapeTable, namesAndFilesGoTogether) {
     int count = 0;
     for (; g_svgShapes[count].name != nullptr; ++count) {
         const std::string file = g_svgShapes[count].file;

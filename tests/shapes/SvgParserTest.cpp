@@ -1,16 +1,14 @@
 #include "shapes/SvgParser.h"
 
 #include "tests/shapes/SvgText.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
-
-#include <unistd.h>
 
 namespace orbel {
 namespace {
@@ -225,9 +223,6 @@ TEST(SvgParser, whatAnObserverThrowsComesThrough) {
 
 class SvgFile : public testing::Test {
 protected:
-    SvgFile() { std::filesystem::create_directories(m_folder); }
-    ~SvgFile() override { std::filesystem::remove_all(m_folder); }
-
     Texts parse(const std::string& path, PluginPath_Impl& shape) {
         test::Notices notices;
         svg_parser parser;
@@ -237,19 +232,15 @@ protected:
         return notices.texts();
     }
 
-    const std::filesystem::path m_folder =
-        std::filesystem::path(testing::TempDir()) / ("orbel-svg-" + std::to_string(getpid()));
+    const test::TestFolder m_folder;
 };
 
 TEST_F(SvgFile, isReadWhole) {
-    const std::string path = m_folder / "lines.svg";
-    std::ofstream file(path);
-    file << "<svg>";
+    std::string svg = "<svg>";
     for (int i = 0; i != 500; ++i) {
-        file << "<line x1='" << i << "'/>\n";
+        svg += "<line x1='" + std::to_string(i) + "'/>\n";
     }
-    file << "</svg>";
-    file.close();
+    const std::string path = m_folder.file("lines.svg", svg + "</svg>");
     PluginPath_Impl shape;
     EXPECT_TRUE(parse(path, shape).empty());
     ASSERT_EQ(shape.outlines().size(), 500U);
@@ -257,13 +248,13 @@ TEST_F(SvgFile, isReadWhole) {
 }
 
 TEST_F(SvgFile, thatCannotBeReadLeavesTheShapeEmpty) {
-    const std::string huge = m_folder / "huge.svg";
-    std::ofstream(huge) << "<svg><line/></svg>";
+    const std::string huge = m_folder.file("huge.svg", "<svg><line/></svg>");
     std::filesystem::resize_file(huge, svg_parser::maxFileBytes + 1);
     const std::string missing = m_folder / "missing.svg";
     PluginPath_Impl shape;
     EXPECT_EQ(parse(missing, shape), (Texts{"0: Couldn't open file " + missing}));
-    EXPECT_EQ(parse(m_folder, shape), (Texts{"0: Couldn't open file " + m_folder.string()}));
+    const std::string folder = m_folder.path();
+    EXPECT_EQ(parse(folder, shape), (Texts{"0: Couldn't open file " + folder}));
     EXPECT_EQ(parse("/dev/null", shape), (Texts{"0: Couldn't open file /dev/null"}));
     EXPECT_EQ(parse(huge, shape), (Texts{"0: " + huge + " is larger than 64 MiB and is not read"}));
     EXPECT_TRUE(shape.outlines().empty());

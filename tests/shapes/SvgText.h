@@ -56,5 +56,14 @@ inline std::vector<std::string> noticesOf(const std::string& content) {
     return notices.texts();
 }
 
+/// A document of as many lines.
+inline std::string svgOfLines(int count) {
+    std::string text = "<svg>";
+    for (int i = 0; i < count; ++i) {
+        text += "<line x2='4' y2='2'/>";
+    }
+    return text + "</svg>";
+}
+
 } // namespace test
 } // namespace orbel

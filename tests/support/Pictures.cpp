@@ -164,6 +164,16 @@ double alphaSum(const RasterInfo& picture) {
     return sum;
 }
 
+testing::AssertionResult sameBytes(const RasterInfo& actual, const RasterInfo& expected) {
+    const auto row = static_cast<std::size_t>(actual.width * actual.bytesPerPixel);
+    for (int y = 0; y < actual.height; ++y) {
+        if (std::memcmp(actual.row(y), expected.row(y), row) != 0) {
+            return testing::AssertionFailure() << "row " << y << " differs";
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
 testing::AssertionResult samePicture(const RasterInfo& actual, const RasterInfo& expected,
                                      double tolerance) {
     if (actual.width != expected.width || actual.height != expected.height) {

@@ -42,6 +42,10 @@ void setPixel(const RasterInfo& picture, int x, int y, const Rgba& value);
 void paint(const RasterInfo& picture, const std::function<Rgba(int x, int y)>& pixel);
 [[nodiscard]] double alphaSum(const RasterInfo& picture);
 
+/// The same bytes in every row, padding left out; both pictures have the same size and format.
+[[nodiscard]] testing::AssertionResult sameBytes(const RasterInfo& actual,
+                                                 const RasterInfo& expected);
+
 /// Equal within a tolerance per component; 0 demands the same values. Says where pictures differ.
 [[nodiscard]] testing::AssertionResult samePicture(const RasterInfo& actual,
                                                    const RasterInfo& expected, double tolerance);

@@ -1,38 +1,29 @@
 #include "tests/support/Scene.h"
 
 #include "render/RenderDispatch.h"
+#include "tests/support/TestFolder.h"
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <mutex>
-
-#include <unistd.h>
 
 namespace orbel::test {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 class ShapeFolder {
 public:
-    ~ShapeFolder() { fs::remove_all(m_folder); }
-
     std::string file(const std::string& svgContent) {
         const std::lock_guard lock(m_mutex);
         std::string& path = m_files[svgContent];
         if (path.empty()) {
-            fs::create_directories(m_folder);
-            path = m_folder / (std::to_string(m_files.size()) + ".svg");
-            std::ofstream(path) << "<svg>" << svgContent << "</svg>";
+            path = m_folder.file(std::to_string(m_files.size()) + ".svg",
+                                 "<svg>" + svgContent + "</svg>");
         }
         return path;
     }
 
 private:
-    const fs::path m_folder =
-        fs::path(testing::TempDir()) / ("orbel-shapes-" + std::to_string(getpid()));
+    TestFolder m_folder;
     std::mutex m_mutex;
     std::map<std::string, std::string> m_files;
 };

@@ -74,6 +74,43 @@ private:
     }
 };
 
+/// Whether no read of a parameter is answered, and every one leaves its output alone.
+[[nodiscard]] inline bool answersNothing(PluginHost_API& host, int param) {
+    const PluginHost_API::TimeObject now(0, 100, 0);
+    double x = 1;
+    double y = 2;
+    double z = 3;
+    int i = 4;
+    unsigned u = 5;
+    bool b = true;
+    const bool silent =
+        host.GetFloatValue(param, 0, now, x) != 0 && host.GetAngleValue(param, 0, now, x) != 0 &&
+        host.GetIntValue(param, 0, now, i) != 0 && host.GetUIntValue(param, 0, now, u) != 0 &&
+        host.GetBoolValue(param, 0, now, b) != 0 &&
+        host.GetPoint2DValue(param, 0, now, x, y) != 0 &&
+        host.GetColorValue(param, 0, now, x, y, z) != 0;
+    return silent && x == 1 && y == 2 && z == 3 && i == 4 && u == 5 && b;
+}
+
+/// Takes every write and does nothing; derive to look at some.
+class SilentUpdate : public PluginUpdate_API {
+public:
+    bool isValid() override { return true; }
+    void setFloatValue(int, int, double) override {}
+    void setAngleValue(int, int, double) override {}
+    void setIntValue(int, int, int) override {}
+    void setBoolValue(int, int, bool) override {}
+    void setEnumValue(int, int, unsigned) override {}
+    void setPoint2DValue(int, int, double, double) override {}
+    void setColorValue(int, int, double, double, double) override {}
+    void setEnable(int, int, bool) override {}
+    void setGroupOpen(int, int, bool) override {}
+    void setParamName(int, int, const char*) override {}
+
+protected:
+    ~SilentUpdate() = default;
+};
+
 /// The record of a host with selectors of its own; answers what it is told.
 class FakeFxPlugHost final : public FXPLUGHost, private ParameterReader {
 public:

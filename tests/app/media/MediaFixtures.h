@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/media/MediaWriter.h"
 #include "app/media/Picture.h"
-#include "host/PluginHost.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/TestFolder.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -10,20 +12,9 @@
 
 namespace orbel::app {
 
-/// A folder of its own for one test, removed with everything in it.
-class TestFolder {
-public:
-    TestFolder();
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-    ~TestFolder();
-
-    [[nodiscard]] std::string operator/(const std::string& name) const;
-    [[nodiscard]] std::size_t fileCount() const;
-
-private:
-    std::filesystem::path m_path;
-};
+using test::readBytes;
+using test::TestFolder;
+using test::writeBytes;
 
 enum class RowOrder { Tight, Padded, BottomUp };
 
@@ -33,21 +24,26 @@ class TestRaster {
 public:
     TestRaster(RasterFormat format, int width, int height, RowOrder order);
 
-    void fillNoise(unsigned frame);
+    void fillNoise(unsigned frame) const;
     /// Straight components in R, G, B, A, 0..1, premultiplied with plain rounding.
-    void fillColour(double red, double green, double blue, double alpha);
+    void fillColour(double red, double green, double blue, double alpha) const;
 
-    [[nodiscard]] const RasterInfo& info() const { return m_info; }
+    [[nodiscard]] const RasterInfo& info() const { return m_image.info(); }
     /// Premultiplied component of a pixel, 0..1; channels in R, G, B, A.
-    [[nodiscard]] double at(int x, int y, int channel) const;
+    [[nodiscard]] double at(int x, int y, int channel) const {
+        return test::pixelAt(info(), x, y)[static_cast<std::size_t>(channel)];
+    }
 
 private:
-    void put(int x, int y, int channel, double value);
-    [[nodiscard]] std::uint8_t* place(int x, int y, int channel) const;
-
-    std::vector<std::uint8_t> m_bytes;
-    RasterInfo m_info;
+    test::GuardedImage m_image;
 };
+
+/// What a writer of such rasters is told.
+WriterSpec specFor(const TestRaster& raster);
+
+/// Writes so many frames of noise, numbered from `first`.
+void writeNoise(const std::string& path, const TestRaster& raster, const WriterSpec& spec,
+                long first, long count);
 
 /// Component of a picture as a fraction of its maximum.
 double componentOf(const Picture& picture, int x, int y, int channel);
@@ -58,10 +54,6 @@ double straightOf(const TestRaster& raster, int x, int y, int channel);
 /// The largest difference between a picture and the straight alpha of a raster.
 double largestDifference(const Picture& picture, const TestRaster& raster);
 
-void writeBytes(const std::string& path, const std::string& bytes);
-std::string readBytes(const std::string& path);
-
-inline constexpr RasterFormat sixFormats[] = {RF_ARGB8,  RF_RGBA8,   RF_ARGB16,
-                                              RF_RGBA16, RF_ARGB32F, RF_RGBA32F};
+inline constexpr auto& sixFormats = test::RENDERED_FORMATS;
 
 } // namespace orbel::app

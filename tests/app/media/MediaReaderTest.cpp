@@ -17,12 +17,7 @@ void makeMedia(const std::string& path, long first, long count) {
     WriterSpec spec;
     spec.width = 48;
     spec.height = 32;
-    const auto writer = openWriter(path, spec);
-    for (long frame = first; frame < first + count; ++frame) {
-        raster.fillNoise(static_cast<unsigned>(frame));
-        writer->write(raster.info(), frame);
-    }
-    writer->finish();
+    writeNoise(path, raster, spec, first, count);
 }
 
 MediaError errorOf(const std::string& path, long index) {

@@ -15,23 +15,12 @@ namespace {
 
 using testing::HasSubstr;
 
-WriterSpec specFor(const TestRaster& raster) {
-    WriterSpec spec;
-    spec.width = raster.info().width;
-    spec.height = raster.info().height;
-    spec.frameRate = {24, 1};
-    spec.format = raster.info().pixelFormat;
-    spec.threads = 2;
-    return spec;
-}
-
-void writeFrames(const std::string& path, TestRaster& raster, const WriterSpec& spec, long count) {
-    const auto writer = openWriter(path, spec);
-    for (long frame = 0; frame < count; ++frame) {
-        raster.fillNoise(static_cast<unsigned>(frame));
-        writer->write(raster.info(), frame);
-    }
+/// Writes one frame and reads it back.
+PicturePtr roundTrip(const std::string& path, const TestRaster& raster) {
+    const auto writer = openWriter(path, specFor(raster));
+    writer->write(raster.info(), 0);
     writer->finish();
+    return openMedia(path, 1)->readFrame(0);
 }
 
 struct Size {
@@ -59,7 +48,7 @@ TEST_P(LosslessRoundTrip, KeepsEveryFormatAndSize) {
                          std::to_string(size.width) + " x " + std::to_string(size.height));
             TestRaster raster(format, size.width, size.height, RowOrder::BottomUp);
             const std::string path = folder / ((film ? "film" : "a-%04d") + ending);
-            writeFrames(path, raster, specFor(raster), 3);
+            writeNoise(path, raster, specFor(raster), 0, 3);
             const auto reader = openMedia(path, 1);
             EXPECT_EQ(reader->properties().kind, film ? MediaKind::Clip : MediaKind::Sequence);
             EXPECT_EQ(reader->properties().frameCount, 3);
@@ -91,7 +80,7 @@ TEST(MediaWriter, DepthFollowsTheLayout) {
     };
     for (const auto& c : cases) {
         TestRaster raster(c.format, 16, 16, RowOrder::Tight);
-        writeFrames(folder / c.name, raster, specFor(raster), 1);
+        writeNoise(folder / c.name, raster, specFor(raster), 0, 1);
         EXPECT_EQ(openMedia(folder / c.name, 1)->properties().depth, c.depth) << c.name;
     }
 }
@@ -100,10 +89,7 @@ TEST(MediaWriter, ExrKeepsFloatsBeyondOne) {
     const TestFolder folder;
     TestRaster raster(RF_RGBA32F, 5, 3, RowOrder::Tight);
     raster.fillColour(400.0, -2.0, 0.25, 0.5);
-    const auto writer = openWriter(folder / "a.exr", specFor(raster));
-    writer->write(raster.info(), 0);
-    writer->finish();
-    const auto picture = openMedia(folder / "a.exr", 1)->readFrame(0);
+    const auto picture = roundTrip(folder / "a.exr", raster);
     EXPECT_EQ(componentOf(*picture, 4, 2, 0), 400.0);
     EXPECT_EQ(componentOf(*picture, 4, 2, 1), -2.0);
     EXPECT_EQ(componentOf(*picture, 4, 2, 2), 0.25);
@@ -149,10 +135,7 @@ TEST(MediaWriter, ColoursAreRightInEveryFilm) {
             for (const auto& c : colours) {
                 TestRaster raster(format, 32, 32, RowOrder::Tight);
                 raster.fillColour(c[0], c[1], c[2], 1.0);
-                const auto writer = openWriter(folder / name, specFor(raster));
-                writer->write(raster.info(), 0);
-                writer->finish();
-                const auto picture = openMedia(folder / name, 1)->readFrame(0);
+                const auto picture = roundTrip(folder / name, raster);
                 EXPECT_LE(largestDifference(*picture, raster), 3.0 / 255.0)
                     << name << " " << c[0] << c[1] << c[2];
             }
@@ -165,10 +148,7 @@ TEST(MediaWriter, ProResCarriesStraightAlphaAndOpaqueStaysOpaque) {
     for (const double alpha : {1.0, 0.5, 0.1, 0.0}) {
         TestRaster raster(RF_ARGB16, 48, 32, RowOrder::BottomUp);
         raster.fillColour(1.0, 0.5, 0.25, alpha);
-        const auto writer = openWriter(folder / "a.mov", specFor(raster));
-        writer->write(raster.info(), 0);
-        writer->finish();
-        const auto picture = openMedia(folder / "a.mov", 1)->readFrame(0);
+        const auto picture = roundTrip(folder / "a.mov", raster);
         EXPECT_NEAR(componentOf(*picture, 20, 20, 3), alpha, alpha == 1.0 ? 0.0 : 0.001);
         EXPECT_LE(largestDifference(*picture, raster), 0.006) << alpha;
     }
@@ -178,10 +158,7 @@ TEST(MediaWriter, H264IsCompositedOverBlack) {
     const TestFolder folder;
     TestRaster raster(RF_RGBA8, 32, 32, RowOrder::Tight);
     raster.fillColour(1.0, 1.0, 1.0, 0.5);
-    const auto writer = openWriter(folder / "a.mp4", specFor(raster));
-    writer->write(raster.info(), 0);
-    writer->finish();
-    const auto picture = openMedia(folder / "a.mp4", 1)->readFrame(0);
+    const auto picture = roundTrip(folder / "a.mp4", raster);
     EXPECT_NEAR(componentOf(*picture, 9, 9, 1), 0.5, 3.0 / 255.0);
     EXPECT_EQ(componentOf(*picture, 9, 9, 3), 1.0);
 }
@@ -192,7 +169,7 @@ TEST(MediaWriter, PixelAspectIsKept) {
         TestRaster raster(RF_RGBA8, 720, 480, RowOrder::Tight);
         WriterSpec spec = specFor(raster);
         spec.pixelAspect = 32.0 / 27.0;
-        writeFrames(folder / name, raster, spec, 1);
+        writeNoise(folder / name, raster, spec, 0, 1);
         EXPECT_NEAR(openMedia(folder / name, 1)->properties().pixelAspect, 32.0 / 27.0, 1e-3)
             << name;
     }
@@ -304,7 +281,7 @@ TEST(MediaWriter, AFullDiskIsReportedWithFileAndFrame) {
         {
             const FullDisk full(name == "a-%03d.png" ? 1000 : 300000);
             try {
-                writeFrames(folder / name, raster, specFor(raster), 200);
+                writeNoise(folder / name, raster, specFor(raster), 0, 200);
             } catch (const MediaError& error) {
                 place = error.place();
                 EXPECT_THAT(error.what(), HasSubstr("cannot be written"));

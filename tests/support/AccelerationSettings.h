@@ -1,0 +1,23 @@
+#pragma once
+
+#include "pixel/Acceleration.h"
+
+namespace orbel::test {
+
+/// Puts level and threads back at the end of a test.
+class AccelerationSettings {
+public:
+    AccelerationSettings() = default;
+    AccelerationSettings(const AccelerationSettings&) = delete;
+    AccelerationSettings& operator=(const AccelerationSettings&) = delete;
+    ~AccelerationSettings() {
+        setAccelerationLevel(m_level);
+        setRenderThreads(m_threads);
+    }
+
+private:
+    int m_level = accelerationLevel();
+    int m_threads = renderThreads();
+};
+
+} // namespace orbel::test
