@@ -79,9 +79,11 @@ void setOptions(OutputKind kind, AVCodecContext& codec, libav::Options& options)
         options.set("compression", "zip16");
         break;
     case OutputKind::Mp4:
-        // As good as "fast" at 16, in half the time, for files a fifth larger.
+        // Within half a decibel of "fast" at 16, in a quarter to a third of its time, for files
+        // half as large again.
         options.set("crf", "14");
-        options.set("preset", "veryfast");
+        options.set("preset", "superfast");
+        options.set("x264-params", "mbtree=1:rc-lookahead=10");
         break;
     case OutputKind::Mov:
         options.set("profile", "4444");

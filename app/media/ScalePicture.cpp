@@ -94,7 +94,7 @@ public:
         how.filter_param_a = 0.0;
         how.filter_param_b = 0.6;
         // Vectors round floats in their own way on each processor; integers they do not.
-        how.cpu_type = std::is_floating_point_v<T> ? ZIMG_CPU_NONE : ZIMG_CPU_AUTO;
+        how.cpu_type = std::is_floating_point_v<T> ? ZIMG_CPU_NONE : ZIMG_CPU_AUTO_64B;
         m_graph = zimgxx::FilterGraph::build(planeFormat<T>(from.width, from.height),
                                              planeFormat<T>(width, height), &how);
         m_scratch.resize(cellsFor(m_graph.get_tmp_size()));
@@ -152,15 +152,15 @@ W divided(W colour, W alpha) {
 /// Calls `visit(pixel, red, green, blue, alpha)` for every pixel of a picture and its samples in
 /// planes of the same size.
 template<typename Pixel, typename T, typename Visit>
-void forEachPixel(Pixel* pixel, int width, int height, std::array<Plane<T>, 4>& planes,
+void forEachPixel(Pixel* __restrict pixel, int width, int height, std::array<Plane<T>, 4>& planes,
                   const Visit& visit) {
-    for (int y = 0; y < height; ++y) {
-        T* const red = planes[0].row(y);
-        T* const green = planes[1].row(y);
-        T* const blue = planes[2].row(y);
-        T* const alpha = planes[3].row(y);
-        for (int x = 0; x < width; ++x, pixel += 4) {
-            visit(pixel, red[x], green[x], blue[x], alpha[x]);
+    for (int y = 0; y < height; ++y, pixel += std::ptrdiff_t{4} * width) {
+        T* const __restrict red = planes[0].row(y);
+        T* const __restrict green = planes[1].row(y);
+        T* const __restrict blue = planes[2].row(y);
+        T* const __restrict alpha = planes[3].row(y);
+        for (std::ptrdiff_t x = 0; x < width; ++x) {
+            visit(pixel + 4 * x, red[x], green[x], blue[x], alpha[x]);
         }
     }
 }
