@@ -26,9 +26,15 @@ double load(const std::uint8_t* at) {
     return static_cast<double>(value);
 }
 
+/// Rounds to a whole number for formats of integers, in which one outside the range wraps.
 template<typename T>
 void store(std::uint8_t* at, double number) {
-    const T value = static_cast<T>(number);
+    T value{};
+    if constexpr (std::is_integral_v<T>) {
+        value = static_cast<T>(std::lround(number));
+    } else {
+        value = static_cast<T>(number);
+    }
     std::memcpy(at, &value, sizeof value);
 }
 
@@ -52,9 +58,7 @@ void paintAs(const RasterInfo& picture, const std::function<Rgba(int x, int y)>&
         for (int x = 0; x < picture.width; ++x, at += picture.bytesPerPixel) {
             const Rgba value = pixel(x, y);
             for (std::size_t i = 0; i < 4; ++i) {
-                const double number =
-                    std::is_integral_v<T> ? std::round(value[i] * maximum) : value[i];
-                store<T>(at + offsets[i], number);
+                store<T>(at + offsets[i], value[i] * maximum);
             }
         }
     }
