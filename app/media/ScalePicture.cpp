@@ -86,9 +86,10 @@ public:
     /// Prepares scaling between these sizes, unless that was done for the last picture.
     void prepare(const Picture& from, int width, int height) try {
         const std::array<int, 4> sizes{from.width, from.height, width, height};
-        if (m_graph && m_sizes == sizes) {
+        if (m_sizes == sizes) {
             return;
         }
+        m_sizes = {}; // nothing is prepared until everything is
         zimgxx::zfilter_graph_builder_params how;
         how.resample_filter = ZIMG_RESIZE_BICUBIC;
         how.filter_param_a = 0.0;
@@ -104,7 +105,6 @@ public:
         }
         m_sizes = sizes;
     } catch (const zimgxx::zerror& error) {
-        m_graph = {};
         fail(error);
     }
 
