@@ -1,11 +1,11 @@
 #include "app/CommandLine.h"
 
 #include "app/CheckCommand.h"
-#include "app/Diagnostics.h"
 #include "app/DoctorCommand.h"
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
+#include "scene/Diagnostics.h"
 
 #include <CLI/CLI.hpp>
 

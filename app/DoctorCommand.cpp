@@ -1,10 +1,10 @@
 #include "app/DoctorCommand.h"
 
-#include "app/Diagnostics.h"
 #include "app/PluginFolders.h"
 #include "app/PluginProbe.h"
-#include "app/SceneShapes.h"
-#include "app/ShapeFolder.h"
+#include "film/ShapeFolder.h"
+#include "scene/Diagnostics.h"
+#include "scene/SceneShapes.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
 

@@ -1,7 +1,7 @@
 #include "app/ParamsCommand.h"
 
-#include "app/Diagnostics.h"
 #include "params/ParameterTable.h"
+#include "scene/Diagnostics.h"
 
 #include <nlohmann/json.hpp>
 

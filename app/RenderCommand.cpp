@@ -2,14 +2,14 @@
 
 #include "app/Interrupt.h"
 #include "app/Progress.h"
-#include "app/RawDump.h"
-#include "app/RenderPipeline.h"
-#include "app/ScenePlan.h"
-#include "app/SceneReader.h"
-#include "app/ShapeFolder.h"
-#include "app/media/MediaError.h"
-#include "app/media/OutputTarget.h"
+#include "film/RenderPipeline.h"
+#include "film/ScenePlan.h"
+#include "film/ShapeFolder.h"
+#include "media/MediaError.h"
+#include "media/OutputTarget.h"
+#include "media/RawDump.h"
 #include "pixel/Acceleration.h"
+#include "scene/SceneReader.h"
 
 #include <algorithm>
 #include <filesystem>

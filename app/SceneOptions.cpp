@@ -1,8 +1,8 @@
 #include "app/SceneOptions.h"
 
-#include "app/NearestName.h"
-#include "app/ParameterValues.h"
-#include "app/SceneLimits.h"
+#include "scene/NearestName.h"
+#include "scene/ParameterValues.h"
+#include "scene/SceneLimits.h"
 
 #include <nlohmann/json.hpp>
 

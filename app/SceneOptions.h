@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Diagnostics.h"
-#include "app/Scene.h"
+#include "scene/Diagnostics.h"
+#include "scene/Scene.h"
 
 #include <optional>
 #include <string>

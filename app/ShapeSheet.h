@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/memory/MemoryImage.h"
+#include "doors/memory/MemoryImage.h"
 
 namespace orbel::app {
 

@@ -1,12 +1,12 @@
 #include "app/ShapesCommand.h"
 
-#include "app/Diagnostics.h"
-#include "app/SceneShapes.h"
-#include "app/ShapeFolder.h"
 #include "app/ShapeSheet.h"
-#include "app/media/MediaError.h"
-#include "app/media/MediaWriter.h"
-#include "app/media/OutputTarget.h"
+#include "film/ShapeFolder.h"
+#include "media/MediaError.h"
+#include "media/MediaWriter.h"
+#include "media/OutputTarget.h"
+#include "scene/Diagnostics.h"
+#include "scene/SceneShapes.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
 

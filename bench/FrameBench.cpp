@@ -2,7 +2,7 @@
 
 #include "bench/FrameCopy.h"
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
 #include "render/RenderDispatch.h"

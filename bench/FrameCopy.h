@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/memory/MemoryImage.h"
+#include "doors/memory/MemoryImage.h"
 
 #include <benchmark/benchmark.h>
 

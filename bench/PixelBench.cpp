@@ -2,7 +2,7 @@
 
 #include "bench/FrameCopy.h"
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "pixel/ColourOps.h"
 #include "pixel/TransferModes.h"
 

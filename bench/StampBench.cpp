@@ -2,7 +2,7 @@
 
 #include "bench/FrameCopy.h"
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "render/StrokeRasteriserImpl.h"
 
 #include <cmath>

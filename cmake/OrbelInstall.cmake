@@ -16,15 +16,15 @@ install(
 
 # Template bodies are for the units that instantiate them; nobody else can use them.
 install(
-    DIRECTORY host pixel shapes params render
+    DIRECTORY host pixel shapes params render doors
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orbel
     FILES_MATCHING
     PATTERN "*.h"
     REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE
     REGEX "(pixel|render)/kernels$" EXCLUDE
-    PATTERN "host/fxplug" EXCLUDE
-    PATTERN "host/ofx" EXCLUDE
-    PATTERN "host/frei0r" EXCLUDE)
+    PATTERN "doors/fxplug" EXCLUDE
+    PATTERN "doors/ofx" EXCLUDE
+    PATTERN "doors/frei0r" EXCLUDE)
 
 configure_package_config_file(
     cmake/orbelConfig.cmake.in "${PROJECT_BINARY_DIR}/orbelConfig.cmake"

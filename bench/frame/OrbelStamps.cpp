@@ -1,6 +1,6 @@
 #include "bench/frame/OrbelStroke.h"
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "pixel/Acceleration.h"
 #include "render/BandRenderImpl.h"
 #include "render/StampBatch.h"

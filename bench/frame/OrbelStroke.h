@@ -2,7 +2,7 @@
 
 #include "bench/frame/Subject.h"
 
-#include "host/memory/ParameterStore.h"
+#include "doors/memory/ParameterStore.h"
 #include "params/InstanceData.h"
 
 namespace orbel::bench {

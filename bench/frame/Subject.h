@@ -1,7 +1,7 @@
 #pragma once
 
+#include "doors/memory/MemoryImage.h"
 #include "host/PluginPath.h"
-#include "host/memory/MemoryImage.h"
 
 #include <memory>
 #include <string>

@@ -1,10 +1,10 @@
 #include "app/CommandLine.h"
 
-#include "app/Diagnostics.h"
-#include "app/media/MediaReader.h"
-#include "app/media/OutputTarget.h"
+#include "media/MediaReader.h"
+#include "media/OutputTarget.h"
 #include "params/ParameterTable.h"
-#include "tests/app/media/MediaFixtures.h"
+#include "scene/Diagnostics.h"
+#include "tests/media/MediaFixtures.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

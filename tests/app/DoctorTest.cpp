@@ -1,8 +1,8 @@
 #include "app/DoctorCommand.h"
 
-#include "app/Diagnostics.h"
 #include "app/PluginFolders.h"
-#include "tests/app/media/MediaFixtures.h"
+#include "scene/Diagnostics.h"
+#include "tests/media/MediaFixtures.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "app/Diagnostics.h"
-#include "app/media/MediaReader.h"
-#include "tests/app/media/MediaFixtures.h"
+#include "media/MediaReader.h"
+#include "scene/Diagnostics.h"
+#include "tests/media/MediaFixtures.h"
 #include "tests/support/Process.h"
 
 #include <gmock/gmock.h>

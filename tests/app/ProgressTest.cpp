@@ -1,6 +1,6 @@
 #include "app/Progress.h"
 
-#include "app/NearestName.h"
+#include "scene/NearestName.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "app/SceneOptions.h"
 
 #include "params/ParameterTable.h"
-#include "tests/app/media/MediaFixtures.h"
+#include "tests/media/MediaFixtures.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

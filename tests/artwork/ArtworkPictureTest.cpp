@@ -1,8 +1,8 @@
 #include "tests/artwork/ShippedShapes.h"
 
-#include "app/FrameInput.h"
-#include "app/FrameRenderer.h"
-#include "app/media/MediaReader.h"
+#include "film/FrameInput.h"
+#include "film/FrameRenderer.h"
+#include "media/MediaReader.h"
 #include "params/ParameterTable.h"
 
 #include <gtest/gtest.h>
@@ -62,13 +62,13 @@ private:
 
 /// Our stroke, the shape blown up from the middle half of the frame to where its file has it.
 StrokeMask ourStroke(const ShippedShape& shape) {
-    app::ScenePlan plan;
+    ScenePlan plan;
     plan.size = {side, side};
     plan.shapePath = shapePath(shape);
     plan.parameters.set(PARAM_THICKNESS, 3);
     plan.parameters.set(PARAM_SCALE_X, 448.0 / 256.0);
     plan.parameters.set(PARAM_SCALE_Y, 448.0 / 256.0);
-    app::FrameRenderer renderer(&plan, {}, {});
+    FrameRenderer renderer(&plan, {}, {});
     const MemoryImage input = renderer.makeImage();
     const MemoryImage output = renderer.makeImage();
     EXPECT_EQ(renderer.render(0, input, output), 0);
@@ -78,7 +78,7 @@ StrokeMask ourStroke(const ShippedShape& shape) {
 /// The reference is grey on white; half covered is half way to the grey of the files.
 StrokeMask referenceStroke(const ShippedShape& shape) {
     const std::string file = std::string(ORBEL_ARTWORK_REFERENCES "/") + shape.name + ".png";
-    const app::PicturePtr picture = app::openMedia(file, 1)->readFrame(0);
+    const PicturePtr picture = openMedia(file, 1)->readFrame(0);
     EXPECT_EQ(picture->width, side);
     const auto& components = std::get<std::vector<std::uint8_t>>(picture->components);
     return StrokeMask([&](int x, int y) {

@@ -1,9 +1,9 @@
 #include "tests/golden/GoldenScenes.h"
 
-#include "app/FrameInput.h"
-#include "app/FrameRenderer.h"
-#include "app/SceneReader.h"
-#include "app/media/MediaWriter.h"
+#include "film/FrameInput.h"
+#include "film/FrameRenderer.h"
+#include "media/MediaWriter.h"
+#include "scene/SceneReader.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -63,11 +63,11 @@ MemoryImage differenceOf(const Frames& frames, const std::string& a, const std::
 }
 
 void writePicture(const fs::path& file, const MemoryImage& image) {
-    app::WriterSpec spec;
+    WriterSpec spec;
     spec.width = image.info().width;
     spec.height = image.info().height;
     spec.format = image.info().pixelFormat;
-    const auto writer = app::openWriter(file.string(), spec);
+    const auto writer = openWriter(file.string(), spec);
     writer->write(image.info(), 0);
     writer->finish();
 }
@@ -95,22 +95,22 @@ std::string sceneFile(const std::string& scene) {
     return goldenFolder / "scenes" / (scene + ".json");
 }
 
-app::ScenePlan planOf(const std::string& scene) {
-    app::Problems problems;
-    const auto read = app::readSceneFile(sceneFile(scene), &problems);
-    auto plan = read && problems.empty() ? app::planScene(*read, 1, &problems) : std::nullopt;
+ScenePlan planOf(const std::string& scene) {
+    Problems problems;
+    const auto read = readSceneFile(sceneFile(scene), &problems);
+    auto plan = read && problems.empty() ? planScene(*read, 1, &problems) : std::nullopt;
     if (!plan || !problems.empty()) {
         std::ostringstream text;
-        app::print(problems, text);
+        print(problems, text);
         throw std::runtime_error(text.str());
     }
     return std::move(*plan);
 }
 
 Frames render(const std::string& scene) {
-    app::ScenePlan plan = planOf(scene);
-    app::FrameInput source(&plan);
-    app::FrameRenderer renderer(&plan, {}, {});
+    ScenePlan plan = planOf(scene);
+    FrameInput source(&plan);
+    FrameRenderer renderer(&plan, {}, {});
     const MemoryImage input = renderer.makeImage();
     const MemoryImage output = renderer.makeImage();
     Frames frames{plan.format, plan.size, plan.frames.first, {}};

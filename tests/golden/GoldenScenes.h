@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/ScenePlan.h"
-#include "host/memory/MemoryImage.h"
+#include "doors/memory/MemoryImage.h"
+#include "film/ScenePlan.h"
 
 #include <string>
 #include <vector>
@@ -11,7 +11,7 @@ namespace orbel::golden {
 /// The frames of a golden scene, rows top-down, tightly packed, in the scene's own format.
 struct Frames {
     RasterFormat format = RF_RGBA8;
-    app::FrameSize size;
+    FrameSize size;
     long first = 0;
     std::vector<std::string> bytes; ///< one for each frame
 };
@@ -25,7 +25,7 @@ struct Frames {
 [[nodiscard]] std::string sceneFile(const std::string& scene);
 
 /// A scene, ready to be rendered. Throws `std::runtime_error` with the scene's problems.
-[[nodiscard]] app::ScenePlan planOf(const std::string& scene);
+[[nodiscard]] ScenePlan planOf(const std::string& scene);
 
 /// Renders a scene. Throws `std::runtime_error` with the scene's problems.
 [[nodiscard]] Frames render(const std::string& scene);

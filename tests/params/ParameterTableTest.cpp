@@ -8,7 +8,8 @@ namespace orbel {
 namespace {
 
 // What every row declares is written out a second time in docs/parameters.md and in the lists that
-// the doors' tests compare with: tests/fxplug/declarations.txt, tests/ofx/declarations.txt.
+// the doors' tests compare with: tests/doors/fxplug/declarations.txt,
+// tests/doors/ofx/declarations.txt.
 TEST(ParameterTable, retiredIdentifiersStayUnused) {
     for (const int id : {0, 2, 13, 25, 29, 33, 45, 46, 47, 49, 59, 74, 80, 84}) {
         EXPECT_EQ(findParameter(id), nullptr) << id;

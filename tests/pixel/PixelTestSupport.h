@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "pixel/PixelTraits.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "shapes/PathModel.h"
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "tests/shapes/SvgText.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "shapes/ShapeCache.h"
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "params/InstanceData.h"
 #include "shapes/CriticalSection.h"
 #include "tests/shapes/SvgText.h"

@@ -12,19 +12,25 @@ set(may_pixel "(pixel/.+|${seam})")
 set(may_shapes "(shapes/.+|${seam})")
 set(may_params "(params/.+|${seam}|shapes/(ShapeTable|FormatText)[.]h)")
 set(may_render "${core}")
-set(may_app "(app/.+|host/memory/.+|${core})")
+set(may_scene "(scene/.+|doors/memory/.+|${core})")
+set(may_media "(media/.+|pixel/.+|${seam})")
+set(may_drawing "(drawing/.+|shapes/.+|${seam})")
+set(films "(film|scene|media)/.+|doors/memory/.+|${core}")
+set(may_film "(${films})")
+set(may_farm "(farm/.+|${films})")
+set(may_studio "(studio/.+|drawing/.+|${films})")
+set(may_app "((app|farm|studio|drawing)/.+|${films})")
 set(may_tests ".+")
 # Benchmarks count allocations with the tests' counter.
-set(may_bench "(bench/.+|app/.+|host/.+|${core}|tests/support/AllocationCounter[.]h)")
-set(may_fuzz "(fuzz/.+|app/.+|host/.+|${core})")
-set(may_tools "(tools/.+|app/.+|host/memory/.+|${core})")
+set(may_bench "(bench/.+|${films}|tests/support/AllocationCounter[.]h)")
+set(may_fuzz "(fuzz/.+|drawing/.+|${films})")
+set(may_tools "(tools/.+|${films})")
 
 # The shape cache keeps its entries for an effect instance, so it alone knows instance data.
 set(may_shapes_ShapeCache "(shapes/.+|${seam}|params/InstanceData[.]h)")
 
-# A plug-in that takes scenes reads them as the program does, but never knows its media.
-set(scenes "app/(Diagnostics|RationalRate|Scene|SceneLimits|SceneReader|SceneShapes)[.]h")
-set(may_host_frei0r "(host/frei0r/.+|host/memory/.+|${core}|${scenes})")
+# A plug-in that takes scenes renders them through the in-memory host.
+set(may_doors_frei0r "(doors/(frei0r|memory)/.+|scene/.+|${core})")
 
 # System headers of the core: the C++ library, the XML parser, what opens a file, vectors and
 # tasks.
@@ -33,13 +39,13 @@ set(system_shapes "(${standard}|expat[.]h|locale[.]h|xlocale[.]h|unistd[.]h|fcnt
 set(system_pixel "(${standard}|hwy/[a-z_]+[.]h)")
 set(system_render "(${standard}|(hwy|tbb)/[a-z_]+[.]h)")
 # A plain C++ door may also ask the loader where it is, and use its host's published headers.
-set(system_host/ofx "(${standard}|dlfcn[.]h|ofx[A-Z][A-Za-z]+[.]h)")
-set(core_layers host pixel shapes params render host/memory host/ofx)
+set(system_doors/ofx "(${standard}|dlfcn[.]h|ofx[A-Z][A-Za-z]+[.]h)")
+set(core_layers host pixel shapes params render doors/memory doors/ofx)
 
-# A door may include everything but other doors: `host/memory/x.cpp` is of layer `host/memory`.
+# A door may include everything but other doors: `doors/memory/x.cpp` is of layer `doors/memory`.
 function(layer_of file result)
     string(REGEX MATCH "^[^/]+" folder "${file}")
-    if(folder STREQUAL "host" AND file MATCHES "^(host/[^/]+)/.+")
+    if(folder STREQUAL "doors" AND file MATCHES "^(doors/[^/]+)/.+")
         set(folder "${CMAKE_MATCH_1}")
     endif()
     set(${result} "${folder}" PARENT_SCOPE)
@@ -53,7 +59,7 @@ function(allowed_project_headers file layer result)
         set(${result} "${may_${stem}}" PARENT_SCOPE)
     elseif(DEFINED may_${door})
         set(${result} "${may_${door}}" PARENT_SCOPE)
-    elseif(layer MATCHES "^host/")
+    elseif(layer MATCHES "^doors/")
         set(${result} "(${layer}/.+|${core})" PARENT_SCOPE)
     else()
         set(${result} "" PARENT_SCOPE)
@@ -68,7 +74,9 @@ function(report file text)
 endfunction()
 
 set(patterns "")
-foreach(folder IN ITEMS host pixel shapes params render app tests bench fuzz tools)
+set(folders host pixel shapes params render doors scene media drawing film farm studio app
+    tests bench fuzz tools)
+foreach(folder IN LISTS folders)
     foreach(ending IN ITEMS h cpp m mm)
         list(APPEND patterns "${ROOT}/${folder}/*.${ending}")
     endforeach()

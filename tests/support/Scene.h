@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
 #include "tests/support/Pictures.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "host/FxPlugHost.h"
 #include "host/ParameterReader.h"
-#include "host/memory/PluginHost_MEMORY_Impl.h"
 #include "params/InstanceData.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "host/memory/PluginHost_MEMORY_Impl.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
 #include "render/RenderDispatch.h"

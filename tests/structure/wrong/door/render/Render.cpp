@@ -1,1 +1,1 @@
-#include "host/memory/Door.h"
+#include "doors/memory/Door.h"

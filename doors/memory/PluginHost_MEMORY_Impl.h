@@ -1,0 +1,101 @@
+#pragma once
+
+#include "doors/memory/MemoryImage.h"
+#include "doors/memory/ParameterStore.h"
+#include "host/PluginHost_PLAIN_Impl.h"
+#include "host/PluginRaster_PLAIN_Impl.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace orbel {
+
+/// A raster over the pixels of a `MemoryImage` or of any memory described by a record.
+class PluginRaster_MEMORY_Impl final : public PluginRaster_PLAIN_Impl {
+public:
+    /// Borrows the pixels.
+    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info) : PluginRaster_PLAIN_Impl(info) {}
+    /// Owns the pixels until `releasePixels` or destruction.
+    explicit PluginRaster_MEMORY_Impl(MemoryImage image)
+        : PluginRaster_MEMORY_Impl(std::make_shared<MemoryImage>(std::move(image))) {}
+
+    PixelType getPixelType() override;
+
+private:
+    explicit PluginRaster_MEMORY_Impl(const std::shared_ptr<MemoryImage>& image)
+        : PluginRaster_PLAIN_Impl(image->info(), image) {}
+};
+
+/// What an in-memory render is told beside its images and parameters.
+struct MemoryHostSettings {
+    double frame = 0.0;        ///< the frame being rendered; fractions are allowed
+    double renderScaleX = 1.0; ///< 1.0 is full resolution
+    double renderScaleY = 1.0;
+    bool qualityHigh = true;
+    int ticksPerSecond = 3000;
+    int ticksPerFrame = 100;
+    bool ignoreNormalComposite = false; ///< the caller lays "Normal" over the picture itself
+    AlphaHandling alpha{};              ///< how both images carry alpha
+};
+
+/// A host made of plain memory: one input and one output image, parameters from a store, C library
+/// maths. Lives for one render call; one object per thread. Derive from it to answer single
+/// operations differently.
+class PluginHost_MEMORY_Impl : public PluginHost_PLAIN_Impl, private PluginUpdate_API {
+public:
+    /// All three are borrowed and must outlive the host. The render works in the input's own
+    /// pixels: hand out a fresh copy of the picture for every frame.
+    PluginHost_MEMORY_Impl(const RasterInfo& input, const RasterInfo& output,
+                           ParameterStore* parameters, const MemoryHostSettings& settings);
+    virtual ~PluginHost_MEMORY_Impl() = default;
+
+    /// Asked now and then during long strokes; a non-zero answer aborts the render with that code.
+    void setProgress(std::function<int(long, long)> progress) { m_progress = std::move(progress); }
+    /// Receives the texts of warnings; without it they are dropped.
+    void setWarning(std::function<void(const std::string&)> warning) {
+        m_warning = std::move(warning);
+    }
+    /// The frame that a time in ticks stands for.
+    [[nodiscard]] static double timeToFrame(const TimeObject& time) {
+        return time.getTime() / time.time_step();
+    }
+
+    /// The output's layout at another size; `type` and `flags` are not consulted.
+    PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
+                                  int flags) override;
+    PluginRaster_API* allocRaster(RasterInfo* info) override;
+    bool isQualityHigh() override { return m_settings.qualityHigh; }
+    double getScaleX() override { return m_settings.renderScaleX; }
+    double getScaleY() override { return m_settings.renderScaleY; }
+    void showWarning(const char* text) override;
+    int getTimeScale() override { return m_settings.ticksPerSecond; }
+    int getCurrentTime() override;
+    int getTimeStep() override { return m_settings.ticksPerFrame; }
+    int progress(long done, long total) override;
+    bool ignoreNormalComposite() override { return m_settings.ignoreNormalComposite; }
+    /// Writes constants into the parameter store.
+    PluginUpdate_API* makeUpdateApi() override { return this; }
+
+private:
+    bool isValid() override { return true; }
+    void setFloatValue(int param, int sub, double value) override;
+    void setAngleValue(int param, int sub, double degrees) override;
+    void setIntValue(int param, int sub, int value) override;
+    void setBoolValue(int param, int sub, bool value) override;
+    void setEnumValue(int param, int sub, unsigned value) override;
+    void setPoint2DValue(int param, int sub, double x, double y) override;
+    void setColorValue(int param, int sub, double r, double g, double b) override;
+    void setEnable(int /*param*/, int /*sub*/, bool /*enable*/) override {}
+    void setGroupOpen(int /*param*/, int /*sub*/, bool /*open*/) override {}
+    void setParamName(int /*param*/, int /*sub*/, const char* /*name*/) override {}
+
+    bool read(int param, const TimeObject& time, Value& value) const override;
+
+    ParameterStore* m_parameters;
+    MemoryHostSettings m_settings;
+    std::function<int(long, long)> m_progress;
+    std::function<void(const std::string&)> m_warning;
+};
+
+} // namespace orbel

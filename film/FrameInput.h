@@ -1,0 +1,30 @@
+#pragma once
+
+#include "doors/memory/MemoryImage.h"
+#include "film/ScenePlan.h"
+#include "media/ScalePicture.h"
+
+#include <optional>
+
+namespace orbel {
+
+/// The picture under the stroke, frame by frame. One thread at a time.
+class FrameInput {
+public:
+    /// Borrows the plan and reads on in its media.
+    explicit FrameInput(ScenePlan* plan);
+
+    /// Fills an image of the plan's size and format. Throws MediaError when the clip ends early or
+    /// a frame cannot be decoded.
+    void fill(long frame, const MemoryImage& image);
+
+private:
+    void fillStill(const MemoryImage& image);
+    void fillFromMedia(const Picture& picture, const MemoryImage& image);
+
+    ScenePlan* m_plan;
+    PictureScaler m_scaler;
+    std::optional<MemoryImage> m_still; ///< what every frame is a copy of; absent when it moves
+};
+
+} // namespace orbel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "media/MediaReader.h"
+#include "scene/Diagnostics.h"
+#include "scene/Scene.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orbel {
+
+/// A scene whose defaults are filled in and whose files are open: ready to be rendered.
+struct ScenePlan {
+    FrameSize size;
+    RasterFormat format = RF_RGBA8;
+    FrameRate frameRate;
+    FrameRange frames;
+    double pixelAspect = 1.0;
+    double renderScaleX = 1.0;
+    double renderScaleY = 1.0;
+    std::string shapePath; ///< the "Shape" parameter; empty for none
+    ParameterStore parameters;
+
+    ColorInput color;                   ///< where neither of the others is there
+    std::vector<std::uint8_t> rawFrame; ///< rows top-down, tightly packed
+    std::unique_ptr<MediaReader> media;
+
+    /// Frames that may be in the making at once without using more than the machine's memory.
+    int framesInFlight = 1;
+};
+
+/// Looks at everything that a scene refers to: input, shape files, memory. Reports all that is
+/// wrong; nothing then. `threads` is for decoding.
+[[nodiscard]] std::optional<ScenePlan> planScene(const Scene& scene, int threads,
+                                                 Problems* problems);
+
+/// The frame of the clip that is shown at a frame of the scene: the same moment, when their rates
+/// differ. Pictures and sequences have no rate of their own and go frame by frame.
+[[nodiscard]] long mediaFrame(const MediaProperties& media, const FrameRate& sceneRate, long frame);
+
+/// The first frame that the input is too short for, as far as that is known beforehand.
+[[nodiscard]] std::optional<long> firstMissingFrame(const ScenePlan& plan);
+
+} // namespace orbel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "media/Libav.h"
+#include "media/MediaWriter.h"
+#include "media/OutputTarget.h"
+
+#include <string>
+
+namespace orbel {
+
+/// Rasters in, packets out: the coding that belongs to an output kind. Time base is one frame.
+class Encoder {
+public:
+    /// `path` is for error messages. Throws MediaError when the coding is missing or does not take
+    /// this size.
+    Encoder(std::string path, const WriterSpec& spec, const OutputTarget& target);
+
+    [[nodiscard]] const AVCodecContext& context() const { return *m_codec; }
+
+    /// Codes a raster under this time. Throws MediaError naming `frame`.
+    void send(const RasterInfo& raster, long time, long frame);
+    /// No more rasters will come.
+    void end();
+    /// The next packet that is ready; false when more rasters are needed or the end is reached.
+    /// Throws MediaError naming `frame`.
+    [[nodiscard]] bool receive(AVPacket& packet, long frame);
+
+private:
+    void configure(const WriterSpec& spec, const OutputTarget& target);
+    void open(OutputKind kind, libav::Options& options);
+    [[nodiscard]] libav::FramePtr toFrame(const RasterInfo& raster);
+    [[noreturn]] void fail(int code, long frame) const;
+
+    std::string m_path;
+    libav::CodecPtr m_codec;
+    libav::ScalerPtr m_scaler;
+};
+
+} // namespace orbel

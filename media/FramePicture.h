@@ -1,0 +1,36 @@
+#pragma once
+
+#include "media/Libav.h"
+#include "media/Picture.h"
+
+#include <string>
+
+namespace orbel {
+
+/// Where a frame comes from.
+struct FrameOrigin {
+    std::string file;
+    std::string place;          ///< for error messages
+    bool premultiplied = false; ///< its colours were multiplied by its alpha
+};
+
+/// Turns decoded frames into pictures. RGB, grey and palette frames keep their values exactly,
+/// widened to the next depth of a picture; Y'CbCr frames are converted with the matrix and range
+/// that they state, or by their size where they state none; float frames stay float.
+class FrameConverter {
+public:
+    /// Throws MediaError when there is no conversion.
+    [[nodiscard]] Picture convert(const AVFrame& frame, const FrameOrigin& origin);
+
+private:
+    libav::ScalerPtr m_scaler;
+};
+
+/// Depth of the pictures that `FrameConverter` makes of this pixel format.
+[[nodiscard]] PictureDepth pictureDepth(AVPixelFormat format);
+[[nodiscard]] bool formatHasAlpha(AVPixelFormat format);
+
+/// Turns a picture clockwise by 0 to 3 quarter turns.
+[[nodiscard]] Picture turned(const Picture& picture, int quarters);
+
+} // namespace orbel

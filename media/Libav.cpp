@@ -1,0 +1,67 @@
+#include "media/Libav.h"
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+
+namespace orbel::libav {
+
+namespace {
+
+using Text = std::array<char, 256>;
+
+Text& lastError() {
+    thread_local Text text{};
+    return text;
+}
+
+void remember(void* /*sender*/, int level, const char* format, va_list arguments) {
+    if (level <= AV_LOG_ERROR) {
+        Text& text = lastError();
+        std::vsnprintf(text.data(), text.size(), format, arguments);
+    }
+}
+
+std::string trimmed(std::string text) {
+    while (!text.empty() && (text.back() == '\n' || text.back() == ' ' || text.back() == '.')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+} // namespace
+
+FramePtr makeFrame(AVPixelFormat format, int width, int height) {
+    auto frame = owned<FramePtr>(av_frame_alloc());
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    if (av_frame_get_buffer(frame.get(), 0) < 0) {
+        throw std::bad_alloc();
+    }
+    return frame;
+}
+
+void silenceLog() {
+    static std::once_flag once;
+    std::call_once(once, [] { av_log_set_callback(remember); });
+}
+
+void forgetReason() {
+    lastError().front() = '\0';
+}
+
+std::string reason(int code) {
+    std::array<char, AV_ERROR_MAX_STRING_SIZE> buffer{};
+    av_strerror(code, buffer.data(), buffer.size());
+    const std::string logged = trimmed(lastError().data());
+    const std::string text = trimmed(buffer.data());
+    return logged.empty() ? text : text + ": " + logged;
+}
+
+std::string fileUrl(const std::string& path) {
+    return "file:" + path;
+}
+
+} // namespace orbel::libav

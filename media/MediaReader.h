@@ -1,0 +1,53 @@
+#pragma once
+
+#include "host/FrameRate.h"
+#include "media/Picture.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace orbel {
+
+enum class MediaKind { Still, Sequence, Clip };
+
+/// What is known of a picture, sequence or clip before its frames are read.
+struct MediaProperties {
+    MediaKind kind = MediaKind::Still;
+    int width = 0; ///< of the first frame; later ones of a sequence may differ
+    int height = 0;
+    double pixelAspect = 1.0;           ///< width of a pixel by its height
+    std::optional<FrameRate> frameRate; ///< clips only
+    /// Frames 0 to count - 1 can be read. Absent for stills, which serve every index, and for the
+    /// rare clip that does not say where it ends.
+    std::optional<long> frameCount;
+    bool hasAlpha = false;
+    PictureDepth depth = PictureDepth::U8;
+};
+
+/// Frames in. One thread at a time.
+class MediaReader {
+public:
+    MediaReader(const MediaReader&) = delete;
+    MediaReader& operator=(const MediaReader&) = delete;
+    virtual ~MediaReader() = default;
+
+    [[nodiscard]] const MediaProperties& properties() const { return m_properties; }
+
+    /// The frame that is shown at `index` / frame rate. Any order; quickest one after the other.
+    /// The same index always gives the same picture. Throws MediaError past either end and for
+    /// frames that cannot be decoded.
+    [[nodiscard]] virtual PicturePtr readFrame(long index) = 0;
+
+protected:
+    MediaReader() = default;
+
+    MediaProperties m_properties;
+};
+
+/// Opens a still picture, a clip, or a numbered sequence given as `name-%04d.png`, whose frame 0 is
+/// the file with the lowest number. A file that has exactly this name comes before a pattern.
+/// `threads` is for decoding; 0 lets the decoder choose. Throws MediaError.
+[[nodiscard]] std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads);
+
+} // namespace orbel

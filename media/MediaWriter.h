@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/FrameRate.h"
+#include "host/PluginHost.h"
+
+#include <memory>
+#include <string>
+
+namespace orbel {
+
+/// What every frame of an output has in common.
+struct WriterSpec {
+    int width = 0;
+    int height = 0;
+    FrameRate frameRate;
+    RasterFormat format = RF_RGBA8; ///< layout of the rasters that will be written
+    double pixelAspect = 1.0;
+    int threads = 0; ///< for encoding; 0 lets the encoder choose
+};
+
+/// Frames out. One thread at a time; frames may be delayed inside the encoder.
+///
+/// Pictures and films that carry alpha get straight alpha; EXR stays premultiplied float; H.264 is
+/// composited over black. PNG and TIFF are 8 bits deep for the 8-bit layouts and 16 bits otherwise,
+/// and so is the FFV1 film.
+class MediaWriter {
+public:
+    MediaWriter(const MediaWriter&) = delete;
+    MediaWriter& operator=(const MediaWriter&) = delete;
+    /// Finishes what `finish` did not, as far as possible and silently, so that every frame written
+    /// so far can be seen.
+    virtual ~MediaWriter() = default;
+
+    /// Takes a copy of the raster, which has the size and layout of the WriterSpec. `frame` numbers
+    /// the file of a sequence and names the frame in errors; a film shows its frames in the order
+    /// of the calls. Throws MediaError; the frames before stay readable.
+    virtual void write(const RasterInfo& raster, long frame) = 0;
+    /// Completes the output; nothing can be written afterwards. Throws MediaError.
+    virtual void finish() = 0;
+
+protected:
+    MediaWriter() = default;
+};
+
+/// Opens the output that the ending of `path` names (see `checkOutput`). A film's file is made at
+/// once, each picture under a temporary name that is replaced when it is complete. Throws
+/// MediaError.
+[[nodiscard]] std::unique_ptr<MediaWriter> openWriter(const std::string& path,
+                                                      const WriterSpec& spec);
+
+} // namespace orbel

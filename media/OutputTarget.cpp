@@ -1,0 +1,117 @@
+#include "media/OutputTarget.h"
+
+#include "media/MediaError.h"
+#include "media/SequencePattern.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <unistd.h>
+
+namespace orbel {
+
+namespace {
+
+constexpr std::array<std::pair<const char*, OutputKind>, 7> endings{{
+    {".png", OutputKind::Png},
+    {".tif", OutputKind::Tiff},
+    {".tiff", OutputKind::Tiff},
+    {".exr", OutputKind::Exr},
+    {".mp4", OutputKind::Mp4},
+    {".mov", OutputKind::Mov},
+    {".mkv", OutputKind::Mkv},
+}};
+
+std::string endingOf(const std::string& path) {
+    std::string ending = std::filesystem::path(path).extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return ending;
+}
+
+OutputKind kindOf(const std::string& path) {
+    const std::string ending = endingOf(path);
+    for (const auto& [known, kind] : endings) {
+        if (ending == known) {
+            return kind;
+        }
+    }
+    throw MediaError(path, "",
+                     ending.empty() ? "the output name has no ending"
+                                    : "the ending \"" + ending + "\" is not known",
+                     "use .png, .tif, .tiff, .exr, .mp4, .mov or .mkv");
+}
+
+std::string errorWords(int code) {
+    return std::generic_category().message(code);
+}
+
+/// Tries it: permissions alone do not tell of read-only and special file systems.
+void checkFolder(const std::string& path) {
+    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+    const std::string folder = parent.empty() ? "." : parent.string();
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error)) {
+        throw MediaError(path, "", "the folder \"" + folder + "\" does not exist",
+                         "make it or choose another");
+    }
+    std::string probe = folder + "/.orbel-XXXXXX";
+    const int file = mkstemp(probe.data());
+    if (file < 0) {
+        throw MediaError(
+            path, "", "the folder \"" + folder + "\" cannot be written (" + errorWords(errno) + ")",
+            "change its permissions or choose another");
+    }
+    close(file);
+    unlink(probe.c_str());
+}
+
+void checkFile(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        throw MediaError(path, "", "is a folder", "name a file");
+    }
+    if (std::filesystem::exists(path, error) && access(path.c_str(), W_OK) != 0) {
+        throw MediaError(path, "",
+                         "the file exists and cannot be written (" + errorWords(errno) + ")",
+                         "change its permissions or choose another name");
+    }
+}
+
+std::string numberedName(const std::string& path) {
+    const std::filesystem::path whole(path);
+    return whole.stem().string() + "-%04d" + whole.extension().string();
+}
+
+} // namespace
+
+OutputTarget checkOutput(const std::string& path, long frames) {
+    OutputTarget target;
+    target.kind = kindOf(path);
+    target.isFilm = target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov ||
+                    target.kind == OutputKind::Mkv;
+    std::string file = path;
+    if (!target.isFilm) {
+        const SequencePattern pattern(path);
+        target.isSequence = pattern.isNumbered();
+        if (frames > 1 && !target.isSequence) {
+            throw MediaError(path, "",
+                             "one picture cannot hold " + std::to_string(frames) + " frames",
+                             "give a numbered name such as " + numberedName(path) +
+                                 ", or a film ending in .mp4, .mov or .mkv");
+        }
+        file = pattern.pathOf(0);
+    }
+    checkFolder(path);
+    if (!target.isSequence) {
+        checkFile(file);
+    }
+    return target;
+}
+
+} // namespace orbel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+namespace orbel {
+
+enum class OutputKind { Png, Tiff, Exr, Mp4, Mov, Mkv };
+
+/// What a name asks for.
+struct OutputTarget {
+    OutputKind kind = OutputKind::Png;
+    bool isFilm = false;     ///< one file for all frames
+    bool isSequence = false; ///< one numbered picture per frame
+};
+
+/// Reads the ending (`.png`, `.tif`, `.tiff`, `.exr`, `.mp4`, `.mov`, `.mkv`, in any case) and
+/// checks that `frames` frames can go there: the folder exists and can be written, the file is not
+/// a folder, the number in a sequence's name is sound, and a single picture is not asked to hold
+/// several frames. Leaves nothing behind. Throws MediaError.
+[[nodiscard]] OutputTarget checkOutput(const std::string& path, long frames);
+
+} // namespace orbel

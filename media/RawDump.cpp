@@ -1,0 +1,123 @@
+#include "media/RawDump.h"
+
+#include "media/MediaError.h"
+
+#include <bit>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace orbel {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little,
+              "a dump is little-endian and written as it lies in memory");
+
+struct FileClose {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+std::string lastError() {
+    return std::generic_category().message(errno);
+}
+
+std::filesystem::path parentOf(const std::filesystem::path& folder) {
+    const std::filesystem::path whole = folder.has_filename() ? folder : folder.parent_path();
+    const std::filesystem::path parent = whole.parent_path();
+    return parent.empty() ? "." : parent;
+}
+
+void checkWritable(const std::filesystem::path& folder, const std::string& named) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error)) {
+        throw MediaError(named, "", "the folder \"" + folder.string() + "\" does not exist",
+                         "make it or choose another");
+    }
+    std::string probe = (folder / ".orbel-XXXXXX").string();
+    const int file = mkstemp(probe.data());
+    if (file < 0) {
+        throw MediaError(named, "",
+                         "the folder \"" + folder.string() + "\" cannot be written (" +
+                             lastError() + ")",
+                         "change its permissions or choose another");
+    }
+    close(file);
+    unlink(probe.c_str());
+}
+
+class RawDump final : public MediaWriter {
+public:
+    explicit RawDump(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+
+    void write(const RasterInfo& raster, long frame) override {
+        const std::string path = (m_folder / rawFrameName(frame)).string();
+        const std::string partial = path + ".part";
+        if (!writeRows(partial, raster) || std::rename(partial.c_str(), path.c_str()) != 0) {
+            const std::string reason = lastError();
+            std::remove(partial.c_str());
+            throw MediaError(path, framePlace(frame),
+                             "the frame cannot be written (" + reason + ")",
+                             "free some room or write elsewhere, then render again from there");
+        }
+    }
+
+    void finish() override {}
+
+private:
+    static bool writeRows(const std::string& path, const RasterInfo& raster) {
+        std::unique_ptr<std::FILE, FileClose> file(std::fopen(path.c_str(), "wb"));
+        if (file == nullptr) {
+            return false;
+        }
+        const std::size_t row =
+            static_cast<std::size_t>(raster.width) * static_cast<std::size_t>(raster.bytesPerPixel);
+        bool written = true;
+        for (int y = 0; y < raster.height && written; ++y) {
+            written = std::fwrite(raster.row(y), 1, row, file.get()) == row;
+        }
+        const int code = errno;
+        const bool closed = std::fclose(file.release()) == 0;
+        if (!written) {
+            errno = code;
+        }
+        return written && closed;
+    }
+
+    std::filesystem::path m_folder;
+};
+
+} // namespace
+
+void checkRawFolder(const std::string& folder) {
+    std::error_code error;
+    if (std::filesystem::is_directory(folder, error)) {
+        checkWritable(folder, folder);
+        return;
+    }
+    if (std::filesystem::exists(folder, error)) {
+        throw MediaError(folder, "", "is no folder", "name a folder");
+    }
+    checkWritable(parentOf(folder), folder);
+}
+
+std::unique_ptr<MediaWriter> openRawDump(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directory(folder, error);
+    if (error) {
+        throw MediaError(folder, "", "the folder cannot be made (" + error.message() + ")",
+                         "choose another");
+    }
+    return std::make_unique<RawDump>(folder);
+}
+
+std::string rawFrameName(long frame) {
+    char name[32];
+    std::snprintf(name, sizeof name, "frame-%06ld.raw", frame);
+    return name;
+}
+
+} // namespace orbel

@@ -1,0 +1,33 @@
+#include "film/ShapeFolder.h"
+#include "tests/doors/frei0r/CoreFrame.h"
+#include "tests/doors/frei0r/LoadedPlugin.h"
+#include "tests/golden/GoldenScenes.h"
+
+#include <gtest/gtest.h>
+
+namespace orbel::frei0r {
+namespace {
+
+class Frei0rGolden : public testing::TestWithParam<std::string> {};
+
+TEST_P(Frei0rGolden, givesTheCoresFrames) {
+    prepareShapeTable();
+    const ScenePlan plan = golden::planOf(GetParam());
+    const auto width = static_cast<unsigned>(plan.size.width);
+    const auto height = static_cast<unsigned>(plan.size.height);
+    const Pixels input = testPicture(width, height);
+    Effect effect(width, height);
+    effect.set("Scene", golden::sceneFile(GetParam()));
+    for (long frame = plan.frames.first; frame <= plan.frames.last; ++frame) {
+        CoreScene core{plan.parameters,  plan.shapePath,    static_cast<double>(frame),
+                       plan.pixelAspect, plan.renderScaleX, plan.renderScaleY};
+        const double time = static_cast<double>(frame) / plan.frameRate.perSecond();
+        EXPECT_EQ(effect.update(time, input), coreFrame(core, width, height, input)) << frame;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, Frei0rGolden, testing::ValuesIn(golden::sceneNames()),
+                         [](const auto& scene) { return golden::testName(scene.param); });
+
+} // namespace
+} // namespace orbel::frei0r

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "doors/memory/MemoryImage.h"
+#include "doors/memory/ParameterStore.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
+#include "tests/doors/ofx/HostPicture.h"
+#include "tests/doors/ofx/LoadedPlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace orbel::ofxtest {
+
+/// A frame that both hosts can render: the one that loads the bundle, and the in-memory host, whose
+/// picture is what the other must deliver.
+struct Shot {
+    RasterFormat format = RF_RGBA8;
+    OfxRectI frame{0, 0, 52, 38};
+    double time = 0.0;
+    double scale = 1.0;
+    double aspect = 1.0;
+    AlphaHandling alpha;
+    ParameterStore parameters;
+    std::string shapeFile;
+    std::string shapeText;
+
+    Shot();
+    Shot& set(int param, double value) {
+        parameters.set(param, value);
+        return *this;
+    }
+    [[nodiscard]] int width() const { return frame.x2 - frame.x1; }
+    [[nodiscard]] int height() const { return frame.y2 - frame.y1; }
+    /// The picture under the stroke, as everything that follows shows it.
+    [[nodiscard]] MemoryImage picture() const;
+    /// What the in-memory host makes of a picture of this size.
+    [[nodiscard]] MemoryImage rendered(const MemoryImage& input) const;
+    [[nodiscard]] MemoryImage rendered() const { return rendered(picture()); }
+};
+
+/// The host's pictures of a shot; the layouts' frames are the shot's unless told otherwise.
+struct Layouts {
+    PictureLayout source;
+    PictureLayout output;
+
+    explicit Layouts(const Shot& shot);
+};
+
+/// An instance with a shot's parameters and clips, ready to render into its own pictures.
+class Stage {
+public:
+    Stage(const LoadedPlugin* plugin, const Shot& shot, const Layouts& layouts,
+          const std::string& context = "OfxImageEffectContextFilter");
+
+    HostPicture source;
+    HostPicture output;
+    HostedInstance instance;
+    PropertySet arguments; ///< of the render action
+
+    void setWindow(const OfxRectI& window);
+    OfxStatus render() { return instance.call("OfxImageEffectActionRender", &arguments); }
+
+private:
+    ParameterStore m_parameters;
+};
+
+/// Puts a store's values behind the parameters of an instance, points with y upwards.
+void connectParameters(const ParameterStore* store, Effect& effect);
+
+/// Whether the pixels of a window are those of a frame, top row first, whose lower left pixel is at
+/// (x1, y1) of `frame`; transparent black is expected outside it.
+[[nodiscard]] testing::AssertionResult shows(const HostPicture& actual, const RasterInfo& expected,
+                                             const OfxRectI& frame, const OfxRectI& window);
+
+} // namespace orbel::ofxtest

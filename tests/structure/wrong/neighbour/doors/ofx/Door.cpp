@@ -1,0 +1,1 @@
+#include "doors/memory/Door.h"

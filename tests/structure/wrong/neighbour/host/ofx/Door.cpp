@@ -1,1 +1,0 @@
-#include "host/memory/Door.h"
