@@ -17,7 +17,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "a dump is little-endian and written as it lies in memory");
 
-struct FileClose {
+struct DumpClose {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
@@ -69,7 +69,7 @@ public:
 
 private:
     static bool writeRows(const std::string& path, const RasterInfo& raster) {
-        std::unique_ptr<std::FILE, FileClose> file(std::fopen(path.c_str(), "wb"));
+        std::unique_ptr<std::FILE, DumpClose> file(std::fopen(path.c_str(), "wb"));
         if (file == nullptr) {
             return false;
         }
