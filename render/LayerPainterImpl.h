@@ -22,9 +22,9 @@ template<class P>
 fillPixel(const AnimatedParameters& p) {
     using T = typename P::Component;
     std::array<T, componentsPerPixel> pixel{};
-    pixel[P::FORMAT::red] = truncateTo<T>(P::MAX_VALUE() * p.red);
-    pixel[P::FORMAT::green] = truncateTo<T>(P::MAX_VALUE() * p.green);
-    pixel[P::FORMAT::blue] = truncateTo<T>(P::MAX_VALUE() * p.blue);
+    pixel[P::FORMAT::red] = truncateTo<T>(P::MAX_VALUE() * p.colorRed);
+    pixel[P::FORMAT::green] = truncateTo<T>(P::MAX_VALUE() * p.colorGreen);
+    pixel[P::FORMAT::blue] = truncateTo<T>(P::MAX_VALUE() * p.colorBlue);
     return pixel;
 }
 

@@ -15,7 +15,7 @@ namespace {
 constexpr double FULL_INTENSITY = 255.0;
 
 int instanceCount(double instances) {
-    return saturateTo<int>(std::min(instances, findParameter(PARAM_INSTANCES)->max));
+    return saturateTo<int>(std::min(instances, findParameter(PARAM_INSTANCES)->bounds().max));
 }
 
 /// Draws all spans of a sample from one place in space.

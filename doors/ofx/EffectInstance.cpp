@@ -2,35 +2,10 @@
 
 #include "doors/ofx/ParameterNames.h"
 #include "doors/ofx/platform/OfxNames.h"
-#include "shapes/ShapeTable.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace orbel::ofx {
-
-namespace {
-
-int menuSize(const ParameterRow& row) {
-    return row.id == PARAM_PRESETS ? g_numSVGShapes : static_cast<int>(row.menu.size());
-}
-
-double withinRange(const ParameterRow& row, double value) {
-    switch (row.kind) {
-    case RowKind::Float:
-    case RowKind::Angle:
-    case RowKind::Toggle:
-    case RowKind::Color:
-        return std::clamp(value, row.min, row.max);
-    case RowKind::Menu: // a number without an entry chooses nothing
-        return value >= 0.0 && value < menuSize(row) ? value : row.defaults[0];
-    default:
-        return value;
-    }
-}
-
-} // namespace
 
 EffectInstance::EffectInstance(SharedSuites suites, OfxImageEffectHandle effect)
     : m_suites(std::move(suites)),
@@ -97,7 +72,7 @@ bool EffectInstance::read(const ParameterRow& row, OfxTime time,
     }
     const auto get = m_suites->parameter->paramGetValueAtTime;
     auto& [first, second, third] = value;
-    if (row.kind == RowKind::Menu || row.kind == RowKind::Toggle) {
+    if (row.isMenu() || row.kind == RowKind::Toggle) {
         int number = static_cast<int>(first);
         const OfxStatus status = get(handle, time, &number);
         first = number;
@@ -121,9 +96,7 @@ std::array<double, 3> EffectInstance::value(const ParameterRow& row, OfxTime tim
         return row.defaults;
     }
     for (std::size_t i = 0; i < value.size(); ++i) {
-        value[i] = std::isnan(value[i]) || (row.kind == RowKind::Point && std::isinf(value[i]))
-                       ? row.defaults[i]
-                       : withinRange(row, value[i]);
+        value[i] = limited(row, value[i], i);
     }
     return value;
 }

@@ -29,6 +29,7 @@ public:
             shapeFile(row);
             shapeText();
             break;
+        case RowKind::Presets:
         case RowKind::Menu:
             menu(row);
             break;
@@ -148,10 +149,10 @@ private:
             props.setString(PARAM_PROP_DOUBLE_TYPE, DOUBLE_TYPE_ANGLE);
         }
         props.setDouble(PARAM_PROP_DEFAULT, row.defaults[0]);
-        props.setDouble(PARAM_PROP_MIN, row.min);
-        props.setDouble(PARAM_PROP_MAX, row.max);
-        props.setDouble(PARAM_PROP_DISPLAY_MIN, row.sliderMin);
-        props.setDouble(PARAM_PROP_DISPLAY_MAX, row.sliderMax);
+        props.setDouble(PARAM_PROP_MIN, row.bounds().min);
+        props.setDouble(PARAM_PROP_MAX, row.bounds().max);
+        props.setDouble(PARAM_PROP_DISPLAY_MIN, row.shown().min);
+        props.setDouble(PARAM_PROP_DISPLAY_MAX, row.shown().max);
         props.setDouble(PARAM_PROP_INCREMENT, row.delta);
         animates(row, props, true);
     }

@@ -73,7 +73,7 @@ TEST(CommandLine, listsTheParameters) {
         EXPECT_EQ(item["name"], row->name);
         EXPECT_EQ(item["group"], row->group);
         if (row->kind == RowKind::Float) {
-            EXPECT_EQ(item["range"], (nlohmann::json{row->min, row->max}));
+            EXPECT_EQ(item["range"], (nlohmann::json{row->bounds().min, row->bounds().max}));
             EXPECT_EQ(item["default"], row->defaults[0]);
         }
     }

@@ -26,7 +26,7 @@ protected:
         return data.path;
     }
 
-    test::BareHost m_host;
+    test::BareHost m_host{{.frame = 3}};
     Orbel_UserData m_slot;
 };
 
@@ -40,6 +40,8 @@ TEST_F(InstanceData, aPresetWinsOverAFileAndOtherIndicesFallBack) {
         EXPECT_EQ(read(), g_svgShapes[preset].file) << preset;
     }
     EXPECT_STREQ(m_slot.path, "/home/mine.svg");
+    m_host.parameters.setKeys(PARAM_PRESETS, {{2, {5}, Easing::Hold}, {3, {6}, Easing::Hold}});
+    EXPECT_EQ(read(), g_svgShapes[6].file);
 }
 
 TEST_F(InstanceData, aPresetsPathIsReadAsFormatTextButAFilesIsNot) {

@@ -16,7 +16,8 @@ namespace orbel::test {
 /// A host without pictures: maths, time and parameters.
 class BareHost : public PluginHost_MEMORY_Impl {
 public:
-    BareHost() : PluginHost_MEMORY_Impl(RasterInfo{}, RasterInfo{}, &parameters, {}) {}
+    explicit BareHost(const MemoryHostSettings& settings = {})
+        : PluginHost_MEMORY_Impl(RasterInfo{}, RasterInfo{}, &parameters, settings) {}
     ParameterStore parameters;
 };
 

@@ -110,8 +110,8 @@ TEST_F(OfxValues, valuesOutsideTheRangeAreLimited) {
                                 row.kind == RowKind::Color;
             if (number && row.id != PARAM_INSTANCES && row.id != PARAM_ADJUST_STEP) {
                 const double limited = std::isnan(wild) ? row.defaults[0]
-                                       : wild > 0       ? row.max
-                                                        : row.min;
+                                       : wild > 0       ? row.bounds().max
+                                                        : row.bounds().min;
                 shot.parameters.set(row.id, row.kind == RowKind::Color
                                                 ? ParameterValue{limited, limited, limited}
                                                 : ParameterValue{limited});
