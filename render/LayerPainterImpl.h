@@ -2,6 +2,7 @@
 
 #include "render/LayerPainter.h"
 
+#include "pixel/HiddenColour.h"
 #include "render/Units.h"
 
 #include <algorithm>
@@ -325,6 +326,8 @@ void LayerPainter<P>::finishPixels(T* input, T* layer, int count, const LayerFin
     }
     if (m_alpha.output == OutputAlpha::Premultiplied) {
         m_rowKernels.premult(layer, count);
+    } else {
+        clearHiddenColour<P>(input, layer, count);
     }
 }
 

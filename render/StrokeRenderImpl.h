@@ -4,6 +4,8 @@
 
 #include "host/RasterProxy.h"
 #include "pixel/ColourOps.h"
+#include "pixel/HiddenColour.h"
+#include "pixel/PixelWalk.h"
 #include "pixel/TransferModes.h"
 #include "render/BandRenderImpl.h"
 #include "render/RenderImpl.h"
@@ -51,6 +53,10 @@ void deliverAlpha(P pixel, PluginHost_API* host, const AlphaHandling& alpha,
     }
     if (alpha.output == OutputAlpha::Premultiplied) {
         Premult<P, T, W, F, Format>(pixel, host, output);
+    } else {
+        forEachRow<T>([](int width, const T* before,
+                         T* after) { clearHiddenColour<P>(before, after, width); },
+                      describeRaster(host, input), describeRaster(host, output));
     }
 }
 
