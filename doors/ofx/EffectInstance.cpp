@@ -63,38 +63,34 @@ bool EffectInstance::isSourceConnected() const {
     return m_suites->ofClip(m_source).getInt(PROP_CONNECTED, m_source == nullptr ? 0 : 1) != 0;
 }
 
-// Every variable holds the default beforehand: a host may write none of them and say it did.
-bool EffectInstance::read(const ParameterRow& row, OfxTime time,
+// Every variable holds the default beforehand. What a host writes counts and what it leaves alone
+// stays, whatever it answers: some say that all went well and write nothing.
+void EffectInstance::read(const ParameterRow& row, OfxTime time,
                           std::array<double, 3>& value) const {
     auto* const handle = param(row.id);
     if (handle == nullptr) {
-        return false;
+        return;
     }
     const auto get = m_suites->parameter->paramGetValueAtTime;
     auto& [first, second, third] = value;
     if (row.isMenu() || row.kind == RowKind::Toggle) {
         int number = static_cast<int>(first);
-        const OfxStatus status = get(handle, time, &number);
+        get(handle, time, &number);
         first = number;
-        return status == STAT_OK;
-    }
-    if (row.kind == RowKind::Color) {
-        return get(handle, time, &first, &second, &third) == STAT_OK;
-    }
-    if (row.kind == RowKind::Point) {
+    } else if (row.kind == RowKind::Color) {
+        get(handle, time, &first, &second, &third);
+    } else if (row.kind == RowKind::Point) {
         second = 1.0 - second;
-        const OfxStatus status = get(handle, time, &first, &second);
+        get(handle, time, &first, &second);
         second = 1.0 - second;
-        return status == STAT_OK;
+    } else {
+        get(handle, time, &first);
     }
-    return get(handle, time, &first) == STAT_OK;
 }
 
 std::array<double, 3> EffectInstance::value(const ParameterRow& row, OfxTime time) const {
     std::array<double, 3> value = row.defaults;
-    if (!read(row, time, value)) {
-        return row.defaults;
-    }
+    read(row, time, value);
     for (std::size_t i = 0; i < value.size(); ++i) {
         value[i] = limited(row, value[i], i);
     }
