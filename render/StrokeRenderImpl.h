@@ -93,7 +93,9 @@ template<class P, class T, class W, class F, class Format>
 int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host) try {
     const PluginRasterProxy input(host, host->getInputRaster(0), true, true);
     const PluginRasterProxy output(host, host->getOutputRaster(), true, true);
-    if (input.getImpl() == nullptr || output.getImpl() == nullptr) {
+    if (input.getImpl() == nullptr || output.getImpl() == nullptr ||
+        describeRaster(host, input.getImpl()).data == nullptr ||
+        describeRaster(host, output.getImpl()).data == nullptr) {
         return 1;
     }
     const AlphaHandling alpha = host->getAlphaHandling();

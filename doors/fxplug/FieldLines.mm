@@ -3,6 +3,7 @@
 #include "doors/fxplug/PluginRaster_FXPLUG_Impl.h"
 #include "doors/fxplug/RowCopy.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace orbel {
@@ -26,11 +27,6 @@ FxBitmap* makeBitmap(const FxImageInfo& info) {
     // By name: the class is the host's, and an old host may lack it.
     const Class found = NSClassFromString(@"FxBitmap");
     return [static_cast<FxBitmap*>([found alloc]) initWithInfo:info];
-}
-
-// The rows that `from` reaches, in a frame that has more of them or none.
-RasterInfo topRows(const RasterInfo& rows, int height) {
-    return cropped(rows, {0, 0, rows.width - 1, height - 1});
 }
 
 } // namespace
@@ -71,7 +67,8 @@ FxBitmap* getSameSizedInputAsOutput(FxBitmap* input, FxBitmap* output) {
         return input;
     }
     FxBitmap* const resized = makeBitmap([output imageInfo]);
-    const RasterInfo rows = topRows(rowsOf(resized), from.height);
+    RasterInfo rows = rowsOf(resized);
+    rows.height = std::min(rows.height, from.height);
     clearRows(rows);
     copyRows(from, rows);
     return resized;

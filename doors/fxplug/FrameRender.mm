@@ -37,7 +37,6 @@ void FrameRender::renderField(FxBitmap* input, FxBitmap* output, FxRenderInfo* i
     const Owned<FxBitmap*> doubledOutput(render_lineDouble(output));
     if (doubledInput.get() != nil && doubledOutput.get() != nil) {
         PluginHost_FXPLUG_Impl host = hostOf(doubledInput.get(), doubledOutput.get(), info);
-        host.setLinesDoubled();
         Render(&host);
         render_lineHalf(doubledOutput.get(), output, true);
     }

@@ -166,26 +166,13 @@ void PluginHost_FXPLUG_Impl::getInputRasterInfo(int /*layer*/, RasterInfo* info)
     describeBitmap(m_input, m_flipRows, info);
 }
 
-void PluginHost_FXPLUG_Impl::getOutputRasterInfo(RasterInfo* info) {
-    if (outputOverride() != nullptr) {
-        getRasterInfo(outputOverride(), info);
-    } else {
-        describeBitmap(m_output, m_flipRows, info);
-    }
+void PluginHost_FXPLUG_Impl::describeOutput(RasterInfo* info) {
+    describeBitmap(m_output, m_flipRows, info);
 }
 
 void PluginHost_FXPLUG_Impl::getSourceLayerDimensions(int& width, int& height) {
     width = static_cast<int>([m_input width]);
     height = static_cast<int>([m_input height]);
-}
-
-void PluginHost_FXPLUG_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
-                                  Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
-    const RasterInfo from = infoOf(source);
-    const RasterInfo to = infoOf(destination);
-    const PixelBox part{sourceRect->left, sourceRect->top, sourceRect->right, sourceRect->bottom};
-    const PixelBox rest{destinationRect->left, destinationRect->top, to.width - 1, to.height - 1};
-    copyRows(cropped(from, part), cropped(to, rest));
 }
 
 PluginRaster_API* PluginHost_FXPLUG_Impl::getInputRaster(int /*layer*/) {
@@ -225,14 +212,12 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::allocRaster(RasterInfo* info) {
 
 void PluginHost_FXPLUG_Impl::deallocRaster(PluginRaster_API* raster) {
     FXPLUGRaster* const handle = raster == nullptr ? nullptr : raster->getFXPLUGRaster();
-    if (handle != nullptr && handle->info && handle->ownsPixels) {
-        deallocMemory(handle->info->data);
+    if (handle != nullptr && handle->info) {
+        if (handle->ownsPixels) {
+            deallocMemory(firstByte(*handle->info));
+        }
         *handle->info = RasterInfo();
     }
-}
-
-double PluginHost_FXPLUG_Impl::geAspectRatio(PluginRaster_API* raster) {
-    return m_aspectFactor * static_cast<double>(infoOf(raster).pixelAspect);
 }
 
 PluginRaster_API* PluginHost_FXPLUG_Impl::checkoutLayer(int param, int flags) {
@@ -253,10 +238,10 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::checkoutLayer(int param, double time, 
                    requestInfo:*m_info
                       fromParm:static_cast<UInt32>(param)
                         atTime:frame];
-        return bitmap;
+        return Owned<FxBitmap*>(bitmap);
     };
     const double frame = wholeFrame(time);
-    const Owned<FxBitmap*> first(fetch(frame));
+    const Owned<FxBitmap*> first = fetch(frame);
     RasterInfo info;
     if (!describeBitmap(first.get(), m_flipRows, &info)) {
         return nullptr;
@@ -275,10 +260,10 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::lockTemporalRaster(double time, bool f
     const Fetch fetch = [&](double frame) {
         FxBitmap* bitmap = nil;
         [m_temporal getInputBitmap:&bitmap withInfo:*m_info atTime:frame];
-        return bitmap;
+        return Owned<FxBitmap*>(bitmap);
     };
     const double frame = wholeFrame(time);
-    const Owned<FxBitmap*> first(fetch(frame));
+    const Owned<FxBitmap*> first = fetch(frame);
     RasterInfo info;
     if (!describeBitmap(first.get(), m_flipRows, &info)) {
         return nullptr;
@@ -308,7 +293,7 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::weave(const RasterInfo& first, double 
         return woven;
     }
     copyRows(first, everySecondRow(target, rows.firstRow));
-    const Owned<FxBitmap*> second(fetch(frame + SECOND_FIELD));
+    const Owned<FxBitmap*> second = fetch(frame + SECOND_FIELD);
     RasterInfo info;
     if (!describeBitmap(second.get(), m_flipRows, &info)) {
         unlockTemporalRaster(woven);
@@ -408,17 +393,17 @@ int PluginHost_FXPLUG_Impl::GetIntValue(int param, int /*sub*/, const TimeObject
 
 int PluginHost_FXPLUG_Impl::GetUIntValue(int param, int /*sub*/, const TimeObject& time,
                                          unsigned& value) {
-    int read = 0;
-    const bool known = parametersAt(time).getInt(param, read);
-    value = known ? static_cast<unsigned>(read) : value;
+    auto number = static_cast<int>(value);
+    const bool known = parametersAt(time).getInt(param, number);
+    value = static_cast<unsigned>(number);
     return answer(known);
 }
 
 int PluginHost_FXPLUG_Impl::GetBoolValue(int param, int /*sub*/, const TimeObject& time,
                                          bool& value) {
-    int read = 0;
-    const bool known = parametersAt(time).getByte(param, read);
-    value = known ? read == 1 : value;
+    int byte = value ? 1 : 0;
+    const bool known = parametersAt(time).getByte(param, byte);
+    value = byte == 1;
     return answer(known);
 }
 

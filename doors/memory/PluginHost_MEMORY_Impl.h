@@ -11,20 +11,15 @@
 
 namespace orbel {
 
-/// A raster over the pixels of a `MemoryImage` or of any memory described by a record.
+/// A raster over memory described by a record.
 class PluginRaster_MEMORY_Impl final : public PluginRaster_PLAIN_Impl {
 public:
-    /// Borrows the pixels.
-    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info) : PluginRaster_PLAIN_Impl(info) {}
-    /// Owns the pixels until `releasePixels` or destruction.
-    explicit PluginRaster_MEMORY_Impl(MemoryImage image)
-        : PluginRaster_MEMORY_Impl(std::make_shared<MemoryImage>(std::move(image))) {}
+    /// `owner` keeps the pixels; without one they are borrowed.
+    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info,
+                                      std::shared_ptr<const void> owner = nullptr)
+        : PluginRaster_PLAIN_Impl(info, std::move(owner)) {}
 
     PixelType getPixelType() override;
-
-private:
-    explicit PluginRaster_MEMORY_Impl(const std::shared_ptr<MemoryImage>& image)
-        : PluginRaster_PLAIN_Impl(image->info(), image) {}
 };
 
 /// What an in-memory render is told beside its images and parameters.
@@ -61,10 +56,6 @@ public:
         return time.getTime() / time.time_step();
     }
 
-    /// The output's layout at another size; `type` and `flags` are not consulted.
-    PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
-                                  int flags) override;
-    PluginRaster_API* allocRaster(RasterInfo* info) override;
     bool isQualityHigh() override { return m_settings.qualityHigh; }
     double getScaleX() override { return m_settings.renderScaleX; }
     double getScaleY() override { return m_settings.renderScaleY; }
@@ -76,6 +67,9 @@ public:
     bool ignoreNormalComposite() override { return m_settings.ignoreNormalComposite; }
     /// Writes constants into the parameter store.
     PluginUpdate_API* makeUpdateApi() override { return this; }
+
+protected:
+    PluginRaster_API* makeRaster(const RasterInfo& info, PixelOwner owner) override;
 
 private:
     bool isValid() override { return true; }

@@ -313,6 +313,7 @@ TEST_F(Rendering, drawsAndMarksTheOutputPremultiplied) {
     EXPECT_TRUE(render(bitmap(picture), output, 0));
     EXPECT_TRUE([output isPremultiplied]);
     EXPECT_NE(pixels(output, picture), picture.bytes());
+    EXPECT_EQ(manners().versionQuestions, 1);
     [output setIsPremultiplied:NO];
     manners().answersPremultiplied = false;
     EXPECT_TRUE(render(bitmap(picture), output, 0));

@@ -145,6 +145,10 @@ TEST_F(Dialog, hasOneButtonForTheShape) {
     EXPECT_EQ([first target], effect());
     EXPECT_TRUE(sel_isEqual([first action], @selector(loadFile:)));
     EXPECT_EQ([first imagePosition], 0);
+    NSButton* const momentary = [[[NSButton alloc] initWithFrame:[first frame]] autorelease];
+    [momentary setButtonType:static_cast<NSButtonType>(7)];
+    EXPECT_EQ([[first cell] highlightsBy], [[momentary cell] highlightsBy]);
+    EXPECT_EQ([[first cell] showsStateBy], [[momentary cell] showsStateBy]);
     EXPECT_EQ([first bezelStyle], 1);
     [first release];
     [second release];

@@ -19,7 +19,8 @@ HostedScene sceneOf(const std::string& name) {
     return HostedScene(golden::sceneFile(name));
 }
 
-// What the in-memory host makes of the images, given as rows of whatever layout.
+// What the in-memory host makes of the images, given as rows of whatever layout. Rasters over this
+// host's own bitmaps have square pixels, whatever the bitmaps say.
 void renderInMemory(ScenePlan& plan, double frame, const MemoryImage& input,
                     const MemoryImage& output) {
     Orbel_UserData shape;
@@ -28,7 +29,9 @@ void renderInMemory(ScenePlan& plan, double frame, const MemoryImage& input,
     settings.frame = frame;
     settings.renderScaleX = plan.renderScaleX;
     settings.renderScaleY = plan.renderScaleY;
-    PluginHost_MEMORY_Impl host(input.info(), output.info(), &plan.parameters, settings);
+    RasterInfo target = output.info();
+    target.pixelAspect = 1.0F;
+    PluginHost_MEMORY_Impl host(input.info(), target, &plan.parameters, settings);
     host.setUserData(&shape);
     ASSERT_EQ(Render(&host), 0);
 }

@@ -1,5 +1,6 @@
 #include "tests/doors/fxplug/HostedScene.h"
 
+#include "film/ShapeFolder.h"
 #include "scene/Diagnostics.h"
 #include "scene/SceneReader.h"
 #include "tests/support/Pictures.h"
@@ -19,7 +20,9 @@ void throwProblems(const Problems& problems) {
     }
 }
 
+// The bundle has a table of shapes of its own; a scene's names are looked up in the program's.
 Scene readScene(const std::string& file) {
+    prepareShapeTable();
     Problems problems;
     auto scene = readSceneFile(file, &problems);
     throwProblems(problems);
