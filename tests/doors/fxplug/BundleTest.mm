@@ -365,34 +365,6 @@ TEST_F(Rendering, leavesLayoutsItDoesNotKnowAsTheyWere) {
     }
 }
 
-// The picture of Final Cut, upside down in memory.
-TEST(RenderingAsMotion, fillsTheRowsFromTheLastOne) {
-    const Pool pool;
-    const Picture picture(RF_ARGB8);
-    std::vector<std::string> memory;
-    for (const Application application : {Application::FinalCutPro, Application::Motion}) {
-        LoadedEffect loaded(ORBEL_BUNDLE, application);
-        loaded.setShape(shapeFile());
-        loaded.setTrack(7, {{0, {0.5, 0.2}, Easing::Hold}});
-        FxBitmap* const output = [makeHostBitmap(picture.image.info(), false) autorelease];
-        FxBitmap* const input = [makeHostBitmap(picture.image.info(), false) autorelease];
-        FxRenderInfo info{};
-        info.scaleX = 1.0;
-        info.scaleY = 1.0;
-        loaded.project().hostIsCalling = true;
-        [static_cast<NSObject<FxFilter>*>(loaded.effect()) renderOutput:output
-                                                              withInput:input
-                                                               withInfo:info];
-        memory.emplace_back(static_cast<const char*>([output dataPtr]),
-                            std::size_t{HEIGHT} * [output rowBytes]);
-    }
-    const std::size_t row = memory[0].size() / HEIGHT;
-    EXPECT_NE(memory[0].substr(0, row), memory[0].substr((HEIGHT - 1) * row, row));
-    for (std::size_t y = 0; y < HEIGHT; ++y) {
-        EXPECT_EQ(memory[1].substr(y * row, row), memory[0].substr((HEIGHT - 1 - y) * row, row));
-    }
-}
-
 // --- What a host may lack ---
 
 struct Lack {

@@ -1,4 +1,4 @@
-#include "tests/doors/fxplug/HostedScene.h"
+#include "tests/doors/HostedScene.h"
 
 #include "film/ShapeFolder.h"
 #include "scene/Diagnostics.h"
@@ -8,32 +8,34 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace orbel::fxtest {
+namespace orbel::test {
 
 namespace {
 
-void throwProblems(const Problems& problems) {
+template<class Result>
+Result checked(std::optional<Result> result, const Problems& problems) {
     if (!problems.empty()) {
         std::ostringstream text;
         print(problems, text);
         throw std::runtime_error(text.str());
     }
+    return std::move(*result);
 }
 
-// The bundle has a table of shapes of its own; a scene's names are looked up in the program's.
+// A plug-in has a table of shapes of its own; a scene's names are looked up in the program's.
 Scene readScene(const std::string& file) {
     prepareShapeTable();
     Problems problems;
     auto scene = readSceneFile(file, &problems);
-    throwProblems(problems);
-    return std::move(*scene);
+    return checked(std::move(scene), problems);
 }
 
 ScenePlan planOf(const Scene& scene) {
     Problems problems;
     auto plan = planScene(scene, 1, &problems);
-    throwProblems(problems);
-    return std::move(*plan);
+    ScenePlan good = checked(std::move(plan), problems);
+    good.alpha = {};
+    return good;
 }
 
 } // namespace
@@ -56,20 +58,19 @@ MemoryImage HostedScene::input(long frame, RasterFormat format) {
         return native;
     }
     MemoryImage converted = image(format);
-    test::paint(converted.info(), [&](int x, int y) { return test::pixelAt(native.info(), x, y); });
+    paint(converted.info(), [&](int x, int y) { return pixelAt(native.info(), x, y); });
     return converted;
 }
 
-void HostedScene::applyTo(LoadedEffect& effect) const {
-    for (const auto& [param, keys] : m_scene.parameters) {
-        effect.setTrack(param, keys);
-    }
-    effect.setShape(m_plan.shapePath);
+CoreFrame HostedScene::core(long frame) const {
+    return {m_plan.parameters,
+            m_plan.shapePath,
+            {},
+            static_cast<double>(frame),
+            m_plan.renderScaleX,
+            m_plan.renderScaleY,
+            m_plan.pixelAspect,
+            {}};
 }
 
-FrameRequest HostedScene::request(long frame, Field field) const {
-    const double second = field == Field::Lower ? 0.5 : 0.0;
-    return {static_cast<double>(frame) + second, m_plan.renderScaleX, m_plan.renderScaleY, field};
-}
-
-} // namespace orbel::fxtest
+} // namespace orbel::test

@@ -1,31 +1,29 @@
 #pragma once
 
-#include "doors/memory/MemoryImage.h"
 #include "film/FrameInput.h"
 #include "film/ScenePlan.h"
 #include "scene/Scene.h"
-#include "tests/doors/fxplug/LoadedEffect.h"
+#include "tests/doors/CoreFrame.h"
 
 #include <optional>
 #include <string>
 
-namespace orbel::fxtest {
+namespace orbel::test {
 
-/// A scene file, ready to be rendered by whatever host.
+/// A scene file, ready to be rendered by whatever host. Its pictures are premultiplied.
 class HostedScene {
 public:
     /// Throws `std::runtime_error` with the scene's problems.
     explicit HostedScene(const std::string& file);
 
-    [[nodiscard]] ScenePlan& plan() { return m_plan; }
+    [[nodiscard]] const Scene& scene() const { return m_scene; }
+    [[nodiscard]] const ScenePlan& plan() const { return m_plan; }
     /// The picture under the stroke in one of the six formats. Throws when a clip ends early.
     [[nodiscard]] MemoryImage input(long frame, RasterFormat format);
     /// An image of the scene's size and pixel aspect ratio.
     [[nodiscard]] MemoryImage image(RasterFormat format) const;
-    /// Puts the scene's parameters and shape into the effect's project.
-    void applyTo(LoadedEffect& effect) const;
-    /// A request for a frame of the scene; the lower field is half a frame later.
-    [[nodiscard]] FrameRequest request(long frame, Field field) const;
+    /// What the core makes of a frame.
+    [[nodiscard]] CoreFrame core(long frame) const;
 
 private:
     explicit HostedScene(Scene scene);
@@ -35,4 +33,4 @@ private:
     std::optional<FrameInput> m_input;
 };
 
-} // namespace orbel::fxtest
+} // namespace orbel::test
