@@ -5,9 +5,14 @@
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
+#include "film/BuildInfo.h"
 #include "scene/Diagnostics.h"
+#include "scene/NearestName.h"
+#include "scene/Scene.h"
 
 #include <CLI/CLI.hpp>
+
+#include <algorithm>
 
 namespace orbel::app {
 
@@ -62,6 +67,8 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     addText(command, "--shape", scene.shape, "Built-in shape or SVG file", "NAME");
     addText(command, "--input", scene.input,
             "Picture, sequence (name-%04d.png), clip or colour (#rrggbb)", "INPUT");
+    addText(command, "--first", scene.first, "Number of a sequence's first file, if not 0 or 1",
+            "N");
     addText(command, "--size", scene.size, "Size of the frame", "WxH");
     addText(command, "--fps", scene.fps, "Frames per second", "RATE");
     addRepeated(command, "--set", scene.set, "Set a parameter; repeat for more", "NAME=VALUE");
@@ -71,10 +78,45 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     command->add_option("--threads", options.threads, "Threads; 1 does everything on one")
         ->type_name("N")
         ->check(CLI::Range(1, 1024));
+    command
+        ->add_option("--progress", options.progress,
+                     "How to tell of it: text, or json with one event a line")
+        ->type_name("HOW")
+        ->check(CLI::IsMember({"text", "json"}));
+    command->add_flag("--resume", options.resume,
+                      "Render in chunks beside the output, going on with what is there");
+    command->add_flag("--restart", options.restart, "The same, throwing away what is there");
+    command->add_option("--chunk", options.chunk, "Frames of a chunk; 60 if not said")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1'000'000));
     command->add_flag("--profile", options.profile, "Tell where the time went");
     command->add_flag("-q,--quiet", options.quiet, "Tell nothing but problems");
     command->footer(renderExamples);
     return command;
+}
+
+std::vector<std::string> commandNames(const CLI::App& program) {
+    std::vector<std::string> names;
+    for (const CLI::App* const command :
+         program.get_subcommands([](const CLI::App*) { return true; })) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+/// Whether the first word stands for a command and is none; says so.
+bool refusesCommand(const CLI::App& program, int argc, const char* const* argv, std::ostream& err) {
+    const std::string word = argc < 2 ? "" : argv[1];
+    const std::vector<std::string> names = commandNames(program);
+    if (word.empty() || word.front() == '-' ||
+        std::find(names.begin(), names.end(), word) != names.end()) {
+        return false;
+    }
+    err << sentence({commandLine, "", "there is no command " + inQuotes(word),
+                     "the nearest is " + inQuotes(nearestName(word, names)) +
+                         "; \"orbel --help\" lists them all"})
+        << '\n';
+    return true;
 }
 
 int runChosen(const CLI::App& program, const Commands& commands, std::ostream& out,
@@ -103,7 +145,7 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
 int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
     Commands commands;
     CLI::App program("Draws animated three-dimensional strokes along vector paths", "orbel");
-    program.set_version_flag("--version", "orbel " ORBEL_VERSION);
+    program.set_version_flag("--version", buildText());
     program.require_subcommand(1);
     addRender(program, commands.render);
     CLI::App* const check =
@@ -116,6 +158,9 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     addText(shapes, "--sheet", commands.sheet, "Draw them all into a picture", "OUT.png");
     program.add_subcommand("doctor", "Tell whether hosts find the plug-ins and their shapes");
     program.footer("\"orbel COMMAND --help\" tells more.");
+    if (refusesCommand(program, argc, argv, err)) {
+        return EXIT_BAD_INPUT;
+    }
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

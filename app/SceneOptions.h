@@ -13,6 +13,7 @@ namespace orbel::app {
 struct SceneOptions {
     std::optional<std::string> shape;  ///< built-in name or file
     std::optional<std::string> input;  ///< picture, sequence, clip, #rrggbb or #rrggbbaa
+    std::optional<std::string> first;  ///< number of a sequence's first file
     std::optional<std::string> size;   ///< 1280x720
     std::optional<std::string> fps;    ///< 25
     std::optional<std::string> frames; ///< 0-59 or 12

@@ -81,13 +81,13 @@ private:
         if (const auto* const color = std::get_if<ColorInput>(&m_scene.input)) {
             m_plan.color = *color;
         } else if (const auto* const media = std::get_if<MediaInput>(&m_scene.input)) {
-            openMediaInput(media->path);
+            openMediaInput(*media);
         }
     }
 
-    void openMediaInput(const std::string& path) {
+    void openMediaInput(const MediaInput& input) {
         try {
-            m_plan.media = openMedia(path, m_threads);
+            m_plan.media = openMedia(input.path, m_threads, input.first);
             m_plan.alpha = {SourceAlpha::Straight, OutputAlpha::Straight};
             // What is wrong with the file shows here and not in the middle of the film.
             static_cast<void>(m_plan.media->readFrame(0));
@@ -105,9 +105,26 @@ private:
         }
     }
 
+    /// A sequence that may begin with 1 and ends with the very number that one from 0 on would
+    /// have to end with has lost its first file.
+    void checkFirstNumber(const MediaProperties& media) {
+        if (media.firstNumber == 1 && media.frameCount == m_plan.frames.last &&
+            !std::get<MediaInput>(m_scene.input).first) {
+            site("/input/file", "--input")
+                .report("the sequence lacks file 0, or is too short: frames 0 to " +
+                            std::to_string(m_plan.frames.last) +
+                            " are asked for, and it has the numbers 1 to " +
+                            std::to_string(*media.frameCount),
+                        "add what is missing, or choose fewer frames");
+        }
+    }
+
     void planFrames() {
         if (m_scene.frames) {
             m_plan.frames = *m_scene.frames;
+            if (!m_inputFailed && m_plan.media) {
+                checkFirstNumber(m_plan.media->properties());
+            }
         } else if (!m_inputFailed && m_plan.media) {
             const MediaProperties& media = m_plan.media->properties();
             m_plan.frames.last = framesCovered(media, m_plan.frameRate).value_or(1) - 1;

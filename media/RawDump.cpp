@@ -1,6 +1,7 @@
 #include "media/RawDump.h"
 
 #include "media/MediaError.h"
+#include "media/PendingFile.h"
 
 #include <bit>
 #include <cerrno>
@@ -51,21 +52,22 @@ void checkWritable(const std::filesystem::path& folder, const std::string& named
 
 class RawDump final : public MediaWriter {
 public:
-    explicit RawDump(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    explicit RawDump(const std::filesystem::path& folder)
+        : m_folder(folder), m_pending((folder / "frames").string()) {}
 
     void write(const RasterInfo& raster, long frame) override {
         const std::string path = (m_folder / rawFrameName(frame)).string();
         const std::string partial = path + ".part";
-        if (!writeRows(partial, raster) || std::rename(partial.c_str(), path.c_str()) != 0) {
+        if (!writeRows(partial, raster) || !publishFile(partial, path)) {
             const std::string reason = lastError();
             std::remove(partial.c_str());
             throw MediaError(path, framePlace(frame),
-                             "the frame cannot be written (" + reason + ")",
-                             "free some room or write elsewhere, then render again from there");
+                             "the frame cannot be written (" + reason + ")", outOfRoom,
+                             MediaError::Passing);
         }
     }
 
-    void finish() override {}
+    void finish() override { m_pending.release(); }
 
 private:
     static bool writeRows(const std::string& path, const RasterInfo& raster) {
@@ -88,6 +90,7 @@ private:
     }
 
     std::filesystem::path m_folder;
+    PendingFile m_pending; // a sign that frames are being written
 };
 
 } // namespace

@@ -180,14 +180,21 @@ std::vector<Keyframe> readKeys(const ParameterRow& row, const json& list, const 
     return keys;
 }
 
+/// What an unknown name was meant for, ready to be followed by more. A number is like no name.
+std::string likelyName(std::string_view name) {
+    if (name.find_first_not_of("0123456789") == std::string_view::npos) {
+        return {};
+    }
+    return "the nearest is " + inQuotes(nearestName(name, parameterNames())) + "; ";
+}
+
 } // namespace
 
 const ParameterRow* findNamedParameter(std::string_view name, const Site& site) {
     const std::vector<const ParameterRow*> rows = findParameters(name);
     if (rows.empty()) {
         site.report("there is no parameter " + inQuotes(name),
-                    "the nearest is " + inQuotes(nearestName(name, parameterNames())) +
-                        "; \"orbel params\" lists them all");
+                    likelyName(name) + "\"orbel params\" lists them all");
         return nullptr;
     }
     if (rows.size() > 1) {
@@ -251,6 +258,15 @@ std::optional<Easing> easingOf(std::string_view name) {
         }
     }
     return std::nullopt;
+}
+
+std::string_view nameOf(Easing easing) {
+    for (const auto& [name, known] : easings) {
+        if (known == easing) {
+            return name;
+        }
+    }
+    return {};
 }
 
 std::string valueWords(const ParameterRow& row) {

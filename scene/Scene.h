@@ -39,6 +39,7 @@ struct RawInput {
 /// A picture, a numbered sequence or a clip.
 struct MediaInput {
     std::string path;
+    std::optional<long> first{}; ///< number of a sequence's first file; absent: 0 or 1
 };
 
 using SceneInput = std::variant<ColorInput, RawInput, MediaInput>;
