@@ -2,12 +2,16 @@
 
 #include "app/CheckCommand.h"
 #include "app/DoctorCommand.h"
+#include "app/ImportCommand.h"
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
 #include "scene/Diagnostics.h"
 
 #include <CLI/CLI.hpp>
+
+#include <map>
+#include <string>
 
 namespace orbel::app {
 
@@ -29,6 +33,7 @@ stands alone; "Normal" lays it over the input.)";
 
 struct Commands {
     RenderOptions render;
+    ImportCommandOptions import;
     std::string checkedScene;
     std::optional<std::string> sheet;
     bool json = false;
@@ -77,10 +82,70 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     return command;
 }
 
+constexpr const char* importExamples = R"(Examples:
+  orbel import logo.svg -o shape.svg
+  orbel import drawings/ -o shapes/ --take strokes --order nearest
+  orbel import map.svgz -o map.svg --smallest 1 --simplify 0.5
+
+OUT holds one path for every outline, in pixels of the drawing's page, as the reader of shapes
+represents exactly. Clips do not cut; what they hide wholly is left out.)";
+
+/// The options that both `import` and a scene's shape take.
+void addConversion(CLI::App* command, ImportOptions& options) {
+    using Take = ImportOptions::Take;
+    using Order = ImportOptions::Order;
+    using Closed = ImportOptions::Closed;
+    command->add_option("--take", options.take, "Which outlines: strokes, fills or both")
+        ->type_name("WHICH")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, Take>{
+            {"strokes", Take::Strokes}, {"fills", Take::Fills}, {"both", Take::Both}}));
+    command->add_option("--order", options.order, "As painted, or each nearest to the one before")
+        ->type_name("paint|nearest")
+        ->transform(CLI::CheckedTransformer(
+            std::map<std::string, Order>{{"paint", Order::Paint}, {"nearest", Order::Nearest}}));
+    command
+        ->add_option("--smallest", options.smallest,
+                     "Leave out what is smaller than this part of the page (0.2)")
+        ->type_name("PERCENT")
+        ->check(CLI::Range(0.0, 100.0));
+    command->add_flag("!--no-page-rectangles", options.pageRectangles,
+                      "Leave out rectangles as large as the page");
+    command
+        ->add_option("--closed", options.closed,
+                     "Keep: fills are closed, strokes as drawn; or close all, or none")
+        ->type_name("keep|all|none")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, Closed>{
+            {"keep", Closed::Keep}, {"all", Closed::All}, {"none", Closed::None}}));
+    command
+        ->add_option("--simplify", options.simplify,
+                     "Fewer points, moving outlines by up to so many pixels")
+        ->type_name("TOLERANCE")
+        ->check(CLI::Range(0.0, 1e6));
+    command->add_option("--seconds", options.seconds, "How long a drawing may take (10)")
+        ->type_name("TIME")
+        ->check(CLI::Range(0.1, 3600.0));
+}
+
+void addImport(CLI::App& program, ImportCommandOptions& options) {
+    CLI::App* const command = program.add_subcommand("import", "Turn any SVG drawing into a shape");
+    command->add_option("drawings", options.inputs, "Drawings (.svg, .svgz), or folders of them")
+        ->type_name("IN")
+        ->required();
+    command->add_option("-o,--output", options.output, "Shape, or a folder for several")
+        ->type_name("OUT")
+        ->required();
+    addConversion(command, options.conversion);
+    command->add_flag("--json", options.json, "Tell what was made as JSON");
+    command->footer(importExamples);
+}
+
 int runChosen(const CLI::App& program, const Commands& commands, std::ostream& out,
               std::ostream& err) {
     if (program.got_subcommand("render")) {
         return renderCommand(commands.render, err);
+    }
+    if (program.got_subcommand("import")) {
+        return importCommand(commands.import, out, err);
     }
     if (program.got_subcommand("check")) {
         return checkCommand(commands.checkedScene, out);
@@ -106,6 +171,7 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     program.set_version_flag("--version", "orbel " ORBEL_VERSION);
     program.require_subcommand(1);
     addRender(program, commands.render);
+    addImport(program, commands.import);
     CLI::App* const check =
         program.add_subcommand("check", "Tell everything that is wrong with a scene");
     check->add_option("scene", commands.checkedScene, "Scene file")->type_name("SCENE")->required();
