@@ -24,10 +24,6 @@ constexpr std::size_t mostSigns = 20000; // beyond, sources are not worth the me
 constexpr int signRed = 0x5a;
 constexpr int signAlpha = 4;
 
-const xmlChar* xmlChars(const char* text) {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
 bool isOneOf(const xmlNode* node, std::initializer_list<std::string_view> names) {
     const std::string_view name = nameOf(node);
     return std::find(names.begin(), names.end(), name) != names.end();

@@ -14,10 +14,6 @@ namespace {
 const char* chars(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
 }
-const xmlChar* xmlChars(const char* text) {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
 xmlParserInput* openNothing(const char* /*url*/, const char* /*id*/, xmlParserCtxt* /*context*/) {
     return nullptr;
 }

@@ -22,6 +22,10 @@ using XmlTree = std::unique_ptr<xmlDoc, XmlTreeDeleter>;
 /// The document as UTF-8.
 [[nodiscard]] std::string textOf(const XmlTree& tree);
 
+/// The library's characters are unsigned.
+[[nodiscard]] inline const xmlChar* xmlChars(const char* text) {
+    return reinterpret_cast<const xmlChar*>(text);
+}
 [[nodiscard]] inline bool isElement(const xmlNode* node) {
     return node->type == XML_ELEMENT_NODE;
 }
