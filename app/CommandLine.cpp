@@ -6,6 +6,7 @@
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
+#include "app/TextCommand.h"
 #include "scene/Diagnostics.h"
 
 #include <CLI/CLI.hpp>
@@ -34,6 +35,7 @@ stands alone; "Normal" lays it over the input.)";
 struct Commands {
     RenderOptions render;
     ImportCommandOptions import;
+    TextCommandOptions text;
     std::string checkedScene;
     std::optional<std::string> sheet;
     bool json = false;
@@ -139,6 +141,46 @@ void addImport(CLI::App& program, ImportCommandOptions& options) {
     command->footer(importExamples);
 }
 
+constexpr const char* textExamples = R"(Examples:
+  orbel text "Hello" -o hello.svg
+  orbel text "Grüße\naus Rom" -o card.svg --font "DejaVu Serif:bold" --align center --width 1200
+  orbel text "with a pen" -o pen.svg --single-stroke --hand scripts
+
+\n starts a new line. Outlines stand in reading order, each letter's together: with Paths set to
+"Stroke Sequentially" they write. Hands are the Hershey fonts that are installed.)";
+
+void addText(CLI::App& program, TextCommandOptions& options) {
+    using Align = LetteringOptions::Align;
+    LetteringOptions& lettering = options.lettering;
+    CLI::App* const command = program.add_subcommand("text", "Turn a text into a shape");
+    command->add_option("text", lettering.text, "What is written")->type_name("TEXT")->required();
+    command->add_option("-o,--output", options.output, "Shape")->type_name("OUT")->required();
+    command->add_option("--font", lettering.font, "Family and style, as \"DejaVu Sans:bold\"")
+        ->type_name("FONT");
+    command->add_option("--size", lettering.size, "Of the font, in pixels (100)")
+        ->type_name("PIXELS")
+        ->check(CLI::Range(1.0, 10000.0));
+    command->add_option("--width", lettering.width, "Pixels that the longest line shall span")
+        ->type_name("PIXELS")
+        ->check(CLI::Range(1.0, 100000.0));
+    command->add_option("--line-height", lettering.lineHeight, "In sizes of the font (1.2)")
+        ->type_name("FACTOR")
+        ->check(CLI::Range(0.1, 10.0));
+    command->add_option("--align", lettering.align, "Of lines")
+        ->type_name("left|center|right")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, Align>{
+            {"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}));
+    CLI::Option* const pen =
+        command->add_flag("--single-stroke", lettering.singleStroke, "One pen line a stroke");
+    command->add_flag("--outline", options.outline, "The outlines of the font's letters; the default")
+        ->excludes(pen);
+    command->add_option("--hand", lettering.hand, "Letters of single strokes (cursive)")
+        ->type_name("NAME")
+        ->needs(pen);
+    command->add_flag("--json", options.json, "Tell what was made as JSON");
+    command->footer(textExamples);
+}
+
 int runChosen(const CLI::App& program, const Commands& commands, std::ostream& out,
               std::ostream& err) {
     if (program.got_subcommand("render")) {
@@ -146,6 +188,9 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
     }
     if (program.got_subcommand("import")) {
         return importCommand(commands.import, out, err);
+    }
+    if (program.got_subcommand("text")) {
+        return textCommand(commands.text, out, err);
     }
     if (program.got_subcommand("check")) {
         return checkCommand(commands.checkedScene, out);
@@ -172,6 +217,7 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     program.require_subcommand(1);
     addRender(program, commands.render);
     addImport(program, commands.import);
+    addText(program, commands.text);
     CLI::App* const check =
         program.add_subcommand("check", "Tell everything that is wrong with a scene");
     check->add_option("scene", commands.checkedScene, "Scene file")->type_name("SCENE")->required();

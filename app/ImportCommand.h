@@ -1,6 +1,6 @@
 #pragma once
 
-#include "drawing/ImportOptions.h"
+#include "shapes/ImportOptions.h"
 
 #include <iosfwd>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "drawing/ImportOptions.h"
 #include "drawing/Outline.h"
+#include "shapes/ImportOptions.h"
 
 #include <string>
 #include <vector>
