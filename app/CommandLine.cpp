@@ -5,6 +5,7 @@
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
+#include "app/StudioCommand.h"
 #include "scene/Diagnostics.h"
 
 #include <CLI/CLI.hpp>
@@ -31,6 +32,7 @@ struct Commands {
     RenderOptions render;
     std::string checkedScene;
     std::optional<std::string> sheet;
+    StudioOptions studio;
     bool json = false;
     bool markdown = false;
 };
@@ -77,6 +79,17 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     return command;
 }
 
+void addStudio(CLI::App& program, StudioOptions& options) {
+    CLI::App* const command = program.add_subcommand("studio", "Make a scene in the browser");
+    command->add_option("place", options.place, "Scene file or folder")->type_name("SCENE|FOLDER");
+    command->add_option("--port", options.port, "Port on this machine; any that is free by default")
+        ->type_name("N");
+    command->add_flag("--no-open", options.noOpen, "Leave the browser alone");
+    command->footer("Only this machine can reach it, and only with the address that is printed.\n"
+                    "From elsewhere: ssh -L 8080:127.0.0.1:8080 HOST orbel studio --no-open --port "
+                    "8080");
+}
+
 int runChosen(const CLI::App& program, const Commands& commands, std::ostream& out,
               std::ostream& err) {
     if (program.got_subcommand("render")) {
@@ -87,6 +100,9 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
     }
     if (program.got_subcommand("doctor")) {
         return doctorCommand(out);
+    }
+    if (program.got_subcommand("studio")) {
+        return studioCommand(commands.studio, out, err);
     }
     if (program.got_subcommand("shapes")) {
         return shapesCommand(commands.sheet, out, err);
@@ -114,6 +130,7 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     params->add_flag("--markdown", commands.markdown, "As a Markdown page")->excludes(json);
     CLI::App* const shapes = program.add_subcommand("shapes", "List the built-in shapes");
     addText(shapes, "--sheet", commands.sheet, "Draw them all into a picture", "OUT.png");
+    addStudio(program, commands.studio);
     program.add_subcommand("doctor", "Tell whether hosts find the plug-ins and their shapes");
     program.footer("\"orbel COMMAND --help\" tells more.");
     try {
