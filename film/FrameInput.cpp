@@ -75,10 +75,11 @@ void FrameInput::fill(long frame, const MemoryImage& image) {
 
 void FrameInput::fillFromMedia(const Picture& picture, const MemoryImage& image) {
     const RasterInfo& info = image.info();
+    const SourceAlpha alpha = m_plan->alpha.source;
     if (picture.width == info.width && picture.height == info.height) {
-        fillRaster(picture, info);
+        fillRaster(picture, info, alpha);
     } else {
-        fillRaster(m_scaler.scale(picture, info.width, info.height), info);
+        fillRaster(m_scaler.scale(picture, info.width, info.height), info, alpha);
     }
 }
 

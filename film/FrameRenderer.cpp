@@ -26,6 +26,7 @@ int FrameRenderer::render(long frame, const MemoryImage& input, const MemoryImag
     settings.frame = static_cast<double>(frame);
     settings.renderScaleX = m_plan->renderScaleX;
     settings.renderScaleY = m_plan->renderScaleY;
+    settings.alpha = m_plan->alpha;
     PluginHost_MEMORY_Impl host(input.info(), output.info(), &m_plan->parameters, settings);
     host.setUserData(&m_userData);
     if (m_aborted) {

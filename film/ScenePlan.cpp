@@ -53,6 +53,7 @@ public:
         : m_scene(scene), m_threads(threads), m_problems(problems) {}
 
     [[nodiscard]] ScenePlan plan() {
+        m_plan.sceneFile = m_scene.file;
         m_plan.format = m_scene.format;
         m_plan.pixelAspect = m_scene.pixelAspect;
         m_plan.renderScaleX = m_scene.renderScaleX;
@@ -87,6 +88,7 @@ private:
     void openMediaInput(const std::string& path) {
         try {
             m_plan.media = openMedia(path, m_threads);
+            m_plan.alpha = {SourceAlpha::Straight, OutputAlpha::Straight};
             // What is wrong with the file shows here and not in the middle of the film.
             static_cast<void>(m_plan.media->readFrame(0));
         } catch (const MediaError& error) {
@@ -198,6 +200,15 @@ std::optional<ScenePlan> planScene(const Scene& scene, int threads, Problems* pr
         return std::nullopt;
     }
     return plan;
+}
+
+void resize(ScenePlan* plan, const FrameSize& size) {
+    plan->renderScaleX *= static_cast<double>(size.width) / plan->size.width;
+    plan->renderScaleY *= static_cast<double>(size.height) / plan->size.height;
+    if (size.width > plan->size.width || size.height > plan->size.height) {
+        plan->framesInFlight = 1; // memory was looked at for the smaller one
+    }
+    plan->size = size;
 }
 
 long mediaFrame(const MediaProperties& media, const FrameRate& sceneRate, long frame) {

@@ -14,6 +14,7 @@ namespace orbel {
 
 /// A scene whose defaults are filled in and whose files are open: ready to be rendered.
 struct ScenePlan {
+    std::string sceneFile; ///< for messages
     FrameSize size;
     RasterFormat format = RF_RGBA8;
     FrameRate frameRate;
@@ -28,6 +29,11 @@ struct ScenePlan {
     std::vector<std::uint8_t> rawFrame; ///< rows top-down, tightly packed
     std::unique_ptr<MediaReader> media;
 
+    /// How input and output of every frame carry alpha. Pictures and clips are straight from the
+    /// decoder to the encoder, so that a pixel that nothing is drawn on comes out as it went in;
+    /// colours and raw frames are premultiplied, as raw dumps are.
+    AlphaHandling alpha;
+
     /// Frames that may be in the making at once without using more than the machine's memory.
     int framesInFlight = 1;
 };
@@ -36,6 +42,10 @@ struct ScenePlan {
 /// wrong; nothing then. `threads` is for decoding.
 [[nodiscard]] std::optional<ScenePlan> planScene(const Scene& scene, int threads,
                                                  Problems* problems);
+
+/// Another size for the same picture: whatever the scene counts in pixels is scaled with it, as a
+/// host does that renders a preview.
+void resize(ScenePlan* plan, const FrameSize& size);
 
 /// The frame of the clip that is shown at a frame of the scene: the same moment, when their rates
 /// differ. Pictures and sequences have no rate of their own and go frame by frame.

@@ -145,27 +145,27 @@ void swapBytes(const AVFrame& frame) {
 }
 
 /// RGB frames, which take the raster's components without further loss.
-libav::FramePtr rgbFrame(const RasterInfo& raster, AVPixelFormat format) {
+libav::FramePtr rgbFrame(const RasterInfo& raster, OutputAlpha alpha, AVPixelFormat format) {
     libav::FramePtr frame = libav::makeFrame(format, raster.width, raster.height);
     switch (format) {
     case AV_PIX_FMT_RGBA:
-        encodeStraight(raster, packedView<std::uint8_t>(*frame, 0, 1, 2));
+        encodeStraight(raster, alpha, packedView<std::uint8_t>(*frame, 0, 1, 2));
         break;
     case AV_PIX_FMT_BGRA:
-        encodeStraight(raster, packedView<std::uint8_t>(*frame, 2, 1, 0));
+        encodeStraight(raster, alpha, packedView<std::uint8_t>(*frame, 2, 1, 0));
         break;
     case AV_PIX_FMT_RGBA64LE:
-        encodeStraight(raster, packedView<std::uint16_t>(*frame, 0, 1, 2));
+        encodeStraight(raster, alpha, packedView<std::uint16_t>(*frame, 0, 1, 2));
         break;
     case AV_PIX_FMT_RGBA64BE:
-        encodeStraight(raster, packedView<std::uint16_t>(*frame, 0, 1, 2));
+        encodeStraight(raster, alpha, packedView<std::uint16_t>(*frame, 0, 1, 2));
         swapBytes(*frame);
         break;
     case AV_PIX_FMT_GBRAP16LE:
-        encodeStraight(raster, planarView<std::uint16_t>(*frame));
+        encodeStraight(raster, alpha, planarView<std::uint16_t>(*frame));
         break;
     default:
-        encodePremultiplied(raster, planarView<float>(*frame));
+        encodePremultiplied(raster, alpha, planarView<float>(*frame));
         break;
     }
     return frame;
@@ -185,16 +185,16 @@ PackedRgb packedRgb(const AVFrame& frame) {
             static_cast<AVPixelFormat>(frame.format)};
 }
 
-/// The picture over black. 8-bit rasters are that as they stand, alpha unread; others are made into
-/// `frame`.
-PackedRgb overBlack(const RasterInfo& raster, libav::FramePtr& frame) {
-    if (isEightBit(raster.pixelFormat)) {
+/// The picture over black. Premultiplied 8-bit rasters are that as they stand, alpha unread; others
+/// are made into `frame`.
+PackedRgb overBlack(const RasterInfo& raster, OutputAlpha alpha, libav::FramePtr& frame) {
+    if (isEightBit(raster.pixelFormat) && alpha == OutputAlpha::Premultiplied) {
         const bool alphaFirst = raster.pixelFormat == RF_ARGB8;
         return {raster.data, raster.rowBytes, raster.width, raster.height,
                 alphaFirst ? AV_PIX_FMT_0RGB : AV_PIX_FMT_RGB0};
     }
     frame = libav::makeFrame(AV_PIX_FMT_RGB0, raster.width, raster.height);
-    encodeOpaque(raster, packedView<std::uint8_t>(*frame, 0, 1, 2));
+    encodeOpaque(raster, alpha, packedView<std::uint8_t>(*frame, 0, 1, 2));
     return packedRgb(*frame);
 }
 
@@ -235,7 +235,7 @@ libav::FramePtr yCbCrFrame(const PackedRgb& rgb, AVPixelFormat format, libav::Sc
 } // namespace
 
 Encoder::Encoder(std::string path, const WriterSpec& spec, const OutputTarget& target)
-    : m_path(std::move(path)) {
+    : m_path(std::move(path)), m_alpha(spec.alpha) {
     libav::silenceLog();
     libav::forgetReason();
     const AVCodec* coding = avcodec_find_encoder_by_name(encoderName(target.kind));
@@ -290,13 +290,13 @@ void Encoder::open(OutputKind kind, libav::Options& options) {
 libav::FramePtr Encoder::toFrame(const RasterInfo& raster) {
     const AVPixelFormat format = m_codec->pix_fmt;
     if (!isYCbCr(format)) {
-        return rgbFrame(raster, format);
+        return rgbFrame(raster, m_alpha, format);
     }
     if (format != AV_PIX_FMT_YUVA444P10LE) {
         libav::FramePtr made;
-        return yCbCrFrame(overBlack(raster, made), format, m_scaler);
+        return yCbCrFrame(overBlack(raster, m_alpha, made), format, m_scaler);
     }
-    const libav::FramePtr straight = rgbFrame(raster, AV_PIX_FMT_RGBA64LE);
+    const libav::FramePtr straight = rgbFrame(raster, m_alpha, AV_PIX_FMT_RGBA64LE);
     libav::FramePtr frame = yCbCrFrame(packedRgb(*straight), format, m_scaler);
     fillAlpha10(*straight, *frame);
     return frame;

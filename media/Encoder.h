@@ -32,6 +32,7 @@ private:
     [[noreturn]] void fail(int code, long frame) const;
 
     std::string m_path;
+    OutputAlpha m_alpha;
     libav::CodecPtr m_codec;
     libav::ScalerPtr m_scaler;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/AlphaHandling.h"
 #include "host/FrameRate.h"
 #include "host/PluginHost.h"
 
@@ -13,7 +14,8 @@ struct WriterSpec {
     int width = 0;
     int height = 0;
     FrameRate frameRate;
-    RasterFormat format = RF_RGBA8; ///< layout of the rasters that will be written
+    RasterFormat format = RF_RGBA8;                 ///< layout of the rasters that will be written
+    OutputAlpha alpha = OutputAlpha::Premultiplied; ///< how they carry their alpha
     double pixelAspect = 1.0;
     int threads = 0; ///< for encoding; 0 lets the encoder choose
 };

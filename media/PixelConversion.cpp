@@ -54,29 +54,59 @@ To divideByAlpha(From colour, From alpha) {
     }
 }
 
-struct Straight {
+/// `colour` × `alpha` as a component of type `To`.
+template<typename To, typename From>
+To multiplyByAlpha(From colour, From alpha) {
+    if constexpr (std::is_floating_point_v<From>) {
+        return scaleComponent<To>(colour * alpha);
+    } else if constexpr (std::is_floating_point_v<To>) {
+        return scaleComponent<To>(colour) * scaleComponent<To>(alpha);
+    } else {
+        constexpr std::uint64_t whole = std::uint64_t{componentMax<From>} * componentMax<From>;
+        return static_cast<To>((std::uint64_t{colour} * alpha * componentMax<To> + whole / 2) /
+                               whole);
+    }
+}
+
+// How a pixel leaves the raster. What the raster carries and what is wanted meet in `colour`.
+
+struct KeptAlpha {
+    template<typename To, typename From>
+    static To alpha(From alpha) {
+        return scaleComponent<To>(alpha);
+    }
+};
+
+struct Divided : KeptAlpha {
     template<typename To, typename From>
     static To colour(From colour, From alpha) {
         return divideByAlpha<To>(colour, alpha);
     }
-    template<typename To, typename From>
-    static To alpha(From alpha) {
-        return scaleComponent<To>(alpha);
-    }
 };
 
-struct Premultiplied {
+struct Kept : KeptAlpha {
     template<typename To, typename From>
     static To colour(From colour, From /*alpha*/) {
         return scaleComponent<To>(colour);
     }
+};
+
+struct KeptWhereSeen : KeptAlpha {
     template<typename To, typename From>
-    static To alpha(From alpha) {
-        return scaleComponent<To>(alpha);
+    static To colour(From colour, From alpha) {
+        return alpha > From{0} ? scaleComponent<To>(colour) : To{0};
     }
 };
 
-struct OverBlack : Premultiplied {
+struct Multiplied : KeptAlpha {
+    template<typename To, typename From>
+    static To colour(From colour, From alpha) {
+        return multiplyByAlpha<To>(colour, alpha);
+    }
+};
+
+template<typename Way>
+struct OverBlack : Way {
     template<typename To, typename From>
     static To alpha(From /*alpha*/) {
         return componentMax<To>;
@@ -106,9 +136,32 @@ void encode(const RasterInfo& raster, const EncodedView<To>& view) {
     });
 }
 
+/// One of two ways, by what the raster carries.
+template<typename FromPremultiplied, typename FromStraight, typename To>
+void encode(const RasterInfo& raster, OutputAlpha from, const EncodedView<To>& view) {
+    if (from == OutputAlpha::Premultiplied) {
+        encode<FromPremultiplied>(raster, view);
+    } else {
+        encode<FromStraight>(raster, view);
+    }
+}
+
+/// A straight pixel that nobody sees has no colour, so that none shows where alpha gets lost.
+template<typename P>
+void clearUnseen(typename P::Component* pixel, int width) {
+    using Format = typename P::FORMAT;
+    for (int x = 0; x < width; ++x, pixel += 4) {
+        if (!(pixel[Format::alpha] > typename P::Component{0})) {
+            for (const int colour : Format::colours) {
+                pixel[colour] = 0;
+            }
+        }
+    }
+}
+
 } // namespace
 
-void fillRaster(const Picture& picture, const RasterInfo& raster) {
+void fillRaster(const Picture& picture, const RasterInfo& raster, SourceAlpha alpha) {
     if (picture.width != raster.width || picture.height != raster.height) {
         throw std::invalid_argument("a picture can only fill a raster of its own size");
     }
@@ -120,7 +173,11 @@ void fillRaster(const Picture& picture, const RasterInfo& raster) {
             auto* const row = pixelsOf<P>(raster, y);
             fillRow<P>(components.data() + static_cast<std::size_t>(y) * rowLength, row,
                        raster.width);
-            rows.premult(row, raster.width);
+            if (alpha == SourceAlpha::Premultiplied) {
+                rows.premult(row, raster.width);
+            } else if (picture.hasAlpha) {
+                clearUnseen<P>(row, raster.width);
+            }
         }
     };
     withPixel(raster.pixelFormat, [&](auto trait) {
@@ -128,20 +185,24 @@ void fillRaster(const Picture& picture, const RasterInfo& raster) {
     });
 }
 
-void encodeStraight(const RasterInfo& raster, const EncodedView<std::uint8_t>& view) {
-    encode<Straight>(raster, view);
+void encodeStraight(const RasterInfo& raster, OutputAlpha from,
+                    const EncodedView<std::uint8_t>& view) {
+    encode<Divided, KeptWhereSeen>(raster, from, view);
 }
 
-void encodeStraight(const RasterInfo& raster, const EncodedView<std::uint16_t>& view) {
-    encode<Straight>(raster, view);
+void encodeStraight(const RasterInfo& raster, OutputAlpha from,
+                    const EncodedView<std::uint16_t>& view) {
+    encode<Divided, KeptWhereSeen>(raster, from, view);
 }
 
-void encodePremultiplied(const RasterInfo& raster, const EncodedView<float>& view) {
-    encode<Premultiplied>(raster, view);
+void encodePremultiplied(const RasterInfo& raster, OutputAlpha from,
+                         const EncodedView<float>& view) {
+    encode<Kept, Multiplied>(raster, from, view);
 }
 
-void encodeOpaque(const RasterInfo& raster, const EncodedView<std::uint8_t>& view) {
-    encode<OverBlack>(raster, view);
+void encodeOpaque(const RasterInfo& raster, OutputAlpha from,
+                  const EncodedView<std::uint8_t>& view) {
+    encode<OverBlack<Kept>, OverBlack<Multiplied>>(raster, from, view);
 }
 
 } // namespace orbel

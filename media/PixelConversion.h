@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/AlphaHandling.h"
 #include "host/PluginHost.h"
 #include "media/Picture.h"
 
@@ -9,10 +10,11 @@
 namespace orbel {
 
 /// Fills the whole raster with a picture of the same size: components are converted to the raster's
-/// depth (rounded, clamped where an integer is made from a float), then premultiplied with the
-/// format's own arithmetic, as every other input of a frame is. Throws std::invalid_argument for
-/// another size or for a layout other than the six that are rendered.
-void fillRaster(const Picture& picture, const RasterInfo& raster);
+/// depth (rounded, clamped where an integer is made from a float). Premultiplied, that is done with
+/// the format's own arithmetic, which loses a little; straight, they stay as they are, colour 0
+/// where alpha is 0. Opaque is taken for straight. Throws std::invalid_argument for another size or
+/// for a layout other than the six that are rendered.
+void fillRaster(const Picture& picture, const RasterInfo& raster, SourceAlpha alpha);
 
 /// Where the pixels of a raster go on the way to an encoder: packed or planar, any order. Steps
 /// count components, not bytes.
@@ -27,17 +29,22 @@ struct EncodedView {
 };
 
 // The ways out. Each walks the raster top-down, whatever its row stride, and throws
-// std::invalid_argument for a layout other than the six.
+// std::invalid_argument for a layout other than the six. `from` is how the raster carries its
+// alpha.
 
-/// Straight alpha: colour divided by alpha at the destination's own precision, rounded to nearest
-/// and clamped; alpha 0 gives colour 0.
-void encodeStraight(const RasterInfo& raster, const EncodedView<std::uint8_t>& view);
-void encodeStraight(const RasterInfo& raster, const EncodedView<std::uint16_t>& view);
+/// Straight alpha. Premultiplied colour is divided by alpha at the destination's own precision,
+/// rounded to nearest and clamped; alpha 0 gives colour 0.
+void encodeStraight(const RasterInfo& raster, OutputAlpha from,
+                    const EncodedView<std::uint8_t>& view);
+void encodeStraight(const RasterInfo& raster, OutputAlpha from,
+                    const EncodedView<std::uint16_t>& view);
 
-/// Premultiplied as it is, integers as fractions of their maximum.
-void encodePremultiplied(const RasterInfo& raster, const EncodedView<float>& view);
+/// Premultiplied, integers as fractions of their maximum.
+void encodePremultiplied(const RasterInfo& raster, OutputAlpha from,
+                         const EncodedView<float>& view);
 
-/// Composited over black, alpha at its maximum: the premultiplied colour, clamped.
-void encodeOpaque(const RasterInfo& raster, const EncodedView<std::uint8_t>& view);
+/// Composited over black, alpha at its maximum: the premultiplied colour, rounded and clamped.
+void encodeOpaque(const RasterInfo& raster, OutputAlpha from,
+                  const EncodedView<std::uint8_t>& view);
 
 } // namespace orbel

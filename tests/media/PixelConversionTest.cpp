@@ -41,7 +41,7 @@ TEST(FillRaster, PremultipliesWithTheArithmeticOfTheFormat) {
     for (const auto& c : cases) {
         for (const RowOrder order : {RowOrder::Tight, RowOrder::Padded, RowOrder::BottomUp}) {
             TestRaster raster(c.format, 2, 1, order);
-            fillRaster(picture, raster.info());
+            fillRaster(picture, raster.info(), SourceAlpha::Premultiplied);
             const double most = raster.info().bytesPerPixel == 4 ? 255.0 : 65535.0;
             for (int i = 0; i < 8; ++i) {
                 EXPECT_EQ(std::lround(raster.at(i / 4, 0, i % 4) * most), c.expected[i])
@@ -50,7 +50,7 @@ TEST(FillRaster, PremultipliesWithTheArithmeticOfTheFormat) {
         }
     }
     TestRaster raster(RF_ARGB32F, 2, 1, RowOrder::Tight);
-    fillRaster(picture, raster.info());
+    fillRaster(picture, raster.info(), SourceAlpha::Premultiplied);
     EXPECT_FLOAT_EQ(static_cast<float>(raster.at(1, 0, 0)), 200.0F / 255.0F * (128.0F / 255.0F));
 }
 
@@ -58,12 +58,12 @@ TEST(FillRaster, FloatsAreClampedForIntegersAndKeptForFloats) {
     Picture picture = makePicture<float>(1, 1, false);
     std::get<2>(picture.components) = {2.0F, -1.0F, 0.5F, 1.0F};
     TestRaster sixteen(RF_RGBA16, 1, 1, RowOrder::Tight);
-    fillRaster(picture, sixteen.info());
+    fillRaster(picture, sixteen.info(), SourceAlpha::Premultiplied);
     EXPECT_EQ(sixteen.at(0, 0, 0), 1.0);
     EXPECT_EQ(sixteen.at(0, 0, 1), 0.0);
     EXPECT_EQ(std::lround(sixteen.at(0, 0, 2) * 65535.0), 32768);
     TestRaster real(RF_RGBA32F, 1, 1, RowOrder::Tight);
-    fillRaster(picture, real.info());
+    fillRaster(picture, real.info(), SourceAlpha::Premultiplied);
     EXPECT_EQ(real.at(0, 0, 0), 2.0);
     EXPECT_EQ(real.at(0, 0, 1), -1.0);
 }
@@ -71,10 +71,11 @@ TEST(FillRaster, FloatsAreClampedForIntegersAndKeptForFloats) {
 TEST(FillRaster, RefusesOtherSizesAndLayouts) {
     const Picture picture = makePicture<std::uint8_t>(2, 1, false);
     TestRaster raster(RF_RGBA8, 1, 2, RowOrder::Tight);
-    EXPECT_THROW(fillRaster(picture, raster.info()), std::invalid_argument);
+    EXPECT_THROW(fillRaster(picture, raster.info(), SourceAlpha::Premultiplied),
+                 std::invalid_argument);
     RasterInfo other = TestRaster(RF_RGBA8, 2, 1, RowOrder::Tight).info();
     other.pixelFormat = RF_ARGB8_ALT;
-    EXPECT_THROW(fillRaster(picture, other), std::invalid_argument);
+    EXPECT_THROW(fillRaster(picture, other, SourceAlpha::Premultiplied), std::invalid_argument);
 }
 
 template<typename T>
@@ -92,17 +93,17 @@ TEST(EncodeStraight, DividesRoundsAndClamps) {
     info.rowBytes = 4;
     info.bytesPerPixel = 4;
     std::uint8_t eight[4] = {};
-    encodeStraight(info, viewOf(eight));
+    encodeStraight(info, OutputAlpha::Premultiplied, viewOf(eight));
     EXPECT_EQ(eight[0], 128); // 127.5
     EXPECT_EQ(eight[1], 1);   // 1.275
     EXPECT_EQ(eight[2], 255); // brighter than its alpha
     EXPECT_EQ(eight[3], 200);
     std::uint16_t sixteen[4] = {};
-    encodeStraight(info, viewOf(sixteen));
+    encodeStraight(info, OutputAlpha::Premultiplied, viewOf(sixteen));
     EXPECT_EQ(sixteen[1], 328); // 327.675
     EXPECT_EQ(sixteen[3], 51400);
     bytes[3] = 0;
-    encodeStraight(info, viewOf(sixteen));
+    encodeStraight(info, OutputAlpha::Premultiplied, viewOf(sixteen));
     EXPECT_EQ(sixteen[0], 0);
     EXPECT_EQ(sixteen[3], 0);
 }
@@ -127,12 +128,12 @@ TEST(EncodeStraight, SurvivesEveryFloat) {
             info.rowBytes = 16;
             info.bytesPerPixel = 16;
             std::uint16_t straight[4] = {};
-            encodeStraight(info, viewOf(straight));
+            encodeStraight(info, OutputAlpha::Premultiplied, viewOf(straight));
             if (!(alpha > 0.0F)) {
                 EXPECT_EQ(straight[0], 0);
             }
             std::uint8_t opaque[4] = {};
-            encodeOpaque(info, viewOf(opaque));
+            encodeOpaque(info, OutputAlpha::Premultiplied, viewOf(opaque));
             EXPECT_EQ(opaque[3], 255);
         }
     }
@@ -143,7 +144,8 @@ TEST(EncodeOpaque, IsThePremultipliedColour) {
         TestRaster raster(format, 3, 5, RowOrder::BottomUp);
         raster.fillNoise(1);
         std::vector<std::uint8_t> out(60);
-        encodeOpaque(raster.info(), {&out[0], &out[1], &out[2], &out[3], 4, 12});
+        encodeOpaque(raster.info(), OutputAlpha::Premultiplied,
+                     {&out[0], &out[1], &out[2], &out[3], 4, 12});
         for (int i = 0; i < 60; ++i) {
             const double expected = i % 4 == 3 ? 1.0 : raster.at(i / 4 % 3, i / 12, i % 4);
             EXPECT_NEAR(out[static_cast<std::size_t>(i)], expected * 255.0, 0.5001) << format;

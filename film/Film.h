@@ -1,0 +1,83 @@
+#pragma once
+
+#include "film/Profile.h"
+#include "film/ScenePlan.h"
+#include "scene/Diagnostics.h"
+#include "scene/Scene.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+/// The one place where a scene becomes a film. The command line, an export and a task of a farm
+/// call the same two functions, and get the same bytes for the same request:
+///
+///     Problems problems;
+///     std::optional<Scene> scene = readScene(text, "scene.json", &problems);   // or readSceneFile
+///     if (std::optional<ScenePlan> plan = scene ? planFilm(*scene, request, &problems)
+///                                               : std::nullopt) {
+///         const FilmResult result = renderFilm(&*plan, request, callbacks);
+///     }
+///
+/// Single frames into memory are the business of `FrameOnDemand`.
+namespace orbel {
+
+/// Where the frames go. At least one is there.
+struct FilmOutputs {
+    std::optional<std::string> file;      ///< film, picture or numbered pictures, by its ending
+    std::optional<std::string> rawFolder; ///< folder of raw frames
+
+    [[nodiscard]] bool none() const { return !file && !rawFolder; }
+    /// "film.mp4 and raw"
+    [[nodiscard]] std::string names() const;
+};
+
+/// What is asked for beside the scene. What is absent is as the scene says.
+struct FilmRequest {
+    FilmOutputs outputs;
+    std::optional<FrameRange> frames;
+    /// Another size for the same picture: whatever the scene counts in pixels is scaled with it.
+    std::optional<FrameSize> size;
+    std::optional<RasterFormat> format;
+    int threads = 0; ///< for reading, rendering and writing; 0: as many as the machine has
+
+    /// `threads`, or the number of the machine's processors.
+    [[nodiscard]] int threadCount() const;
+};
+
+/// What a film asks and tells while it is made. All may be empty. `interrupted` is asked by any
+/// thread, often; the others are called by one thread at a time.
+struct FilmCallbacks {
+    std::function<bool()> interrupted; ///< true ends the film soon; what is finished is kept
+    std::function<void(long frame)> frameWritten;
+    std::function<void(const std::string& text)> warning; ///< what the effect tells its user
+};
+
+enum class FilmEnd {
+    Done,
+    Interrupted, ///< the frames written so far are a complete, readable output
+    Failed,      ///< so they are, and `problem` tells what stopped the rest
+    Refused,     ///< nothing was written
+};
+
+struct FilmResult {
+    FilmEnd end = FilmEnd::Done;
+    std::optional<Problem> problem; ///< for Failed and Refused
+    bool passing = false;           ///< what went wrong may go well another time: a full disk
+    FrameRange frames;              ///< that were asked for
+    long framesWritten = 0;         ///< from the first on, without gaps
+    bool outputFailed = false;      ///< the last of these may be missing from the output
+    StageTimes times;
+};
+
+/// Looks at everything before anything is written: the scene's files, memory, outputs. Reports all
+/// that is wrong; nothing then.
+[[nodiscard]] std::optional<ScenePlan> planFilm(const Scene& scene, const FilmRequest& request,
+                                                Problems* problems);
+
+/// Makes the film of a plan that `planFilm` made for the same request. Blocks until the end; any
+/// thread. Throws nothing but what a callback throws.
+[[nodiscard]] FilmResult renderFilm(ScenePlan* plan, const FilmRequest& request,
+                                    const FilmCallbacks& callbacks);
+
+} // namespace orbel

@@ -1,0 +1,129 @@
+#include "film/Film.h"
+
+#include "film/FrameOnDemand.h"
+#include "film/ShapeFolder.h"
+#include "media/MediaReader.h"
+#include "params/ParameterTable.h"
+#include "tests/media/MediaFixtures.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <limits>
+
+namespace orbel {
+namespace {
+
+Scene starScene(FrameSize size) {
+    prepareShapeTable();
+    Scene scene;
+    scene.file = "scene.json";
+    scene.size = size;
+    scene.frames = {0, 9};
+    scene.parameters[PARAM_PRESETS] = {{0, {1}, Easing::Linear}};
+    scene.parameters[PARAM_THICKNESS] = {{0, {3}, Easing::Linear}};
+    scene.parameters[PARAM_END] = {{0, {0}, Easing::Linear}, {9, {100}, Easing::Linear}};
+    return scene;
+}
+
+ScenePlan planned(const Scene& scene, const FilmRequest& request) {
+    Problems problems;
+    std::optional<ScenePlan> plan = planFilm(scene, request, &problems);
+    EXPECT_TRUE(problems.empty()) << problems.items().front().message;
+    return std::move(plan).value_or(ScenePlan{});
+}
+
+/// Straight components from one file to another, with whatever there is between them.
+PicturePtr filmed(const std::string& in, const std::string& out, Scene scene) {
+    scene.input = MediaInput{in};
+    scene.frames = FrameRange{9, 9};
+    FilmRequest request;
+    request.outputs.file = out;
+    ScenePlan plan = planned(scene, request);
+    EXPECT_EQ(renderFilm(&plan, request, {}).end, FilmEnd::Done);
+    return openMedia(out, 1)->readFrame(0);
+}
+
+/// Every component from nothing to the whole, under every alpha of a few, a stroke away from them.
+template<typename T>
+void writeRamp(const std::string& path, FrameSize size, double alpha) {
+    const RasterFormat format = sizeof(T) == 1 ? RF_RGBA8 : RF_RGBA16;
+    MemoryImage image(size.width, size.height, format, {});
+    for (int y = 0; y < size.height; ++y) {
+        for (int x = 0; x < size.width; ++x) {
+            const double value = static_cast<double>(x) / (size.width - 1);
+            const auto whole = static_cast<double>(std::numeric_limits<T>::max());
+            const std::array<T, 4> pixel{static_cast<T>(value * whole),
+                                         static_cast<T>(whole - value * whole),
+                                         static_cast<T>(whole), static_cast<T>(alpha * whole)};
+            std::memcpy(image.info().row(y) + static_cast<std::size_t>(x) * sizeof pixel,
+                        pixel.data(), sizeof pixel);
+        }
+    }
+    WriterSpec spec;
+    spec.width = size.width;
+    spec.height = size.height;
+    spec.format = format;
+    spec.alpha = OutputAlpha::Straight;
+    const auto writer = openWriter(path, spec);
+    writer->write(image.info(), 0);
+    writer->finish();
+}
+
+template<typename T>
+void expectUntouchedRow(const Picture& before, const Picture& after, const std::string& what) {
+    const auto& in = std::get<std::vector<T>>(before.components);
+    const auto& out = std::get<std::vector<T>>(after.components);
+    const auto row = static_cast<std::ptrdiff_t>(componentCount(before.width, 1));
+    EXPECT_TRUE(std::equal(in.begin(), in.begin() + row, out.begin())) << what;
+    EXPECT_NE(in, out) << what << ": the stroke is there";
+}
+
+TEST(Film, leavesPixelsAloneThatNothingIsDrawnOn) {
+    const TestFolder folder;
+    const FrameSize size{256, 64};
+    for (const double alpha : {1.0, 0.5, 0.01}) {
+        const std::string what = "alpha " + std::to_string(alpha);
+        Scene scene = starScene(size);
+        scene.parameters[PARAM_TRANSFER_MODE] = {{0, {1}, Easing::Linear}};
+        writeRamp<std::uint8_t>(folder / "in.png", size, alpha);
+        const PicturePtr eight = openMedia(folder / "in.png", 1)->readFrame(0);
+        expectUntouchedRow<std::uint8_t>(
+            *eight, *filmed(folder / "in.png", folder / "out.png", scene), what);
+        scene.format = RF_ARGB16;
+        writeRamp<std::uint16_t>(folder / "in.png", size, alpha);
+        const PicturePtr sixteen = openMedia(folder / "in.png", 1)->readFrame(0);
+        expectUntouchedRow<std::uint16_t>(
+            *sixteen, *filmed(folder / "in.png", folder / "out.mkv", scene), what);
+    }
+}
+
+TEST(Film, showsTheFramesThatAreAskedForOneByOne) {
+    const TestFolder folder;
+    FilmRequest request;
+    request.outputs.rawFolder = folder / "raw";
+    request.frames = FrameRange{4, 6};
+    request.size = FrameSize{40, 30};
+    ScenePlan plan = planned(starScene({80, 60}), request);
+    std::vector<long> told;
+    FilmCallbacks callbacks;
+    callbacks.frameWritten = [&](long frame) { told.push_back(frame); };
+    const FilmResult film = renderFilm(&plan, request, callbacks);
+    EXPECT_EQ(film.end, FilmEnd::Done);
+    EXPECT_EQ(told, (std::vector<long>{4, 5, 6}));
+
+    FrameOnDemand frames(planned(starScene({80, 60}), request));
+    for (const long frame : {5L, 4L}) {
+        const MemoryImage* const image = frames.render(frame, {});
+        ASSERT_NE(image, nullptr);
+        const std::string bytes =
+            readBytes(folder / "raw/frame-00000" + std::to_string(frame) + ".raw");
+        ASSERT_EQ(bytes.size(), 40U * 30 * 4);
+        EXPECT_EQ(std::memcmp(image->info().row(0), bytes.data(), bytes.size()), 0);
+    }
+    EXPECT_EQ(frames.render(4, [] { return true; }), nullptr);
+}
+
+} // namespace
+} // namespace orbel
