@@ -54,6 +54,7 @@ int serve(const StudioOptions& options, std::ostream& out) {
     while (!InterruptGuard::requested()) {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
+    studio.end();
     return EXIT_DONE;
 }
 

@@ -1,6 +1,7 @@
 #include "studio/Composite.h"
 
 #include "media/ComponentScale.h"
+#include "media/PixelConversion.h"
 #include "pixel/TraitsByFormat.h"
 
 #include <algorithm>
@@ -27,28 +28,23 @@ unsigned groundAt(const Ground& ground, int x, int y, std::size_t component) {
     return gridGreys[static_cast<std::size_t>((x / gridSquare + y / gridSquare) & 1)];
 }
 
-/// `premultiplied`: R, G, B, A in 8 bits.
-void putOver(const std::array<std::uint8_t, 4>& premultiplied, const Ground& ground, int x, int y,
-             std::uint8_t* shown) {
-    const unsigned rest = opaque - premultiplied[3];
-    for (std::size_t i = 0; i < 3; ++i) {
-        const unsigned below = (groundAt(ground, x, y, i) * rest + opaque / 2) / opaque;
-        shown[i] = static_cast<std::uint8_t>(std::min(premultiplied[i] + below, opaque));
-    }
-    shown[3] = opaque;
-}
-
-/// `pixelAt(x, y)` gives premultiplied 8-bit components.
-template<typename PixelAt>
-ShownPicture show(int width, int height, const Ground& ground, const PixelAt& pixelAt) {
-    ShownPicture shown{width, height, std::vector<std::uint8_t>(componentCount(width, height))};
-    std::uint8_t* to = shown.rgba.data();
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x, to += 4) {
-            putOver(pixelAt(x, y), ground, x, y, to);
+/// Lays what is over black already, with its alpha left in the fourth component, on the ground.
+void putOnGround(ShownPicture* shown, const Ground& ground) {
+    std::uint8_t* pixel = shown->rgba.data();
+    for (int y = 0; y < shown->height; ++y) {
+        for (int x = 0; x < shown->width; ++x, pixel += 4) {
+            const unsigned rest = opaque - pixel[3];
+            for (std::size_t i = 0; i < 3 && rest > 0; ++i) {
+                const unsigned below = (groundAt(ground, x, y, i) * rest + opaque / 2) / opaque;
+                pixel[i] = static_cast<std::uint8_t>(std::min(pixel[i] + below, opaque));
+            }
+            pixel[3] = opaque;
         }
     }
-    return shown;
+}
+
+ShownPicture emptyPicture(int width, int height) {
+    return {width, height, std::vector<std::uint8_t>(componentCount(width, height))};
 }
 
 } // namespace
@@ -78,35 +74,38 @@ std::optional<Ground> groundOf(std::string_view text) {
     return ground;
 }
 
-ShownPicture showRaster(const RasterInfo& raster, const Ground& ground) {
-    ShownPicture shown;
+ShownPicture showRaster(const RasterInfo& raster, OutputAlpha alpha, const Ground& ground) {
+    ShownPicture shown = emptyPicture(raster.width, raster.height);
+    std::uint8_t* const to = shown.rgba.data();
+    encodeOpaque(raster, alpha, {to, to + 1, to + 2, to + 3, 4, std::ptrdiff_t{4} * raster.width});
     withTraits(raster.pixelFormat, [&](auto traits) {
         using P = decltype(traits);
-        using Format = typename P::FORMAT;
-        shown = show(raster.width, raster.height, ground, [&](int x, int y) {
+        std::uint8_t* shownAlpha = to + 3;
+        for (int y = 0; y < raster.height; ++y) {
             const void* const row = raster.row(y);
-            const auto* const pixel = static_cast<const typename P::Component*>(row) + 4 * x;
-            return std::array<std::uint8_t, 4>{scaleComponent<std::uint8_t>(pixel[Format::red]),
-                                               scaleComponent<std::uint8_t>(pixel[Format::green]),
-                                               scaleComponent<std::uint8_t>(pixel[Format::blue]),
-                                               scaleComponent<std::uint8_t>(pixel[Format::alpha])};
-        });
+            const auto* from = static_cast<const typename P::Component*>(row) + P::FORMAT::alpha;
+            for (int x = 0; x < raster.width; ++x, from += 4, shownAlpha += 4) {
+                *shownAlpha = scaleComponent<std::uint8_t>(*from);
+            }
+        }
     });
+    putOnGround(&shown, ground);
     return shown;
 }
 
 ShownPicture showPicture(const Picture& picture, const Ground& ground) {
     const auto& components = std::get<std::vector<std::uint8_t>>(picture.components);
-    return show(picture.width, picture.height, ground, [&](int x, int y) {
-        const std::uint8_t* const pixel =
-            components.data() + componentCount(picture.width, y) + 4 * static_cast<std::size_t>(x);
-        const unsigned alpha = pixel[3];
-        std::array<std::uint8_t, 4> premultiplied{0, 0, 0, pixel[3]};
-        for (std::size_t i = 0; i < 3; ++i) {
-            premultiplied[i] = static_cast<std::uint8_t>((pixel[i] * alpha + opaque / 2) / opaque);
+    ShownPicture shown = emptyPicture(picture.width, picture.height);
+    for (std::size_t i = 0; i < components.size(); i += 4) {
+        const unsigned alpha = components[i + 3];
+        for (std::size_t c = 0; c < 3; ++c) {
+            shown.rgba[i + c] =
+                static_cast<std::uint8_t>((components[i + c] * alpha + opaque / 2) / opaque);
         }
-        return premultiplied;
-    });
+        shown.rgba[i + 3] = components[i + 3];
+    }
+    putOnGround(&shown, ground);
+    return shown;
 }
 
 ShownRect changedRect(const ShownPicture& before, const ShownPicture& after) {

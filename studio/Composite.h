@@ -1,11 +1,13 @@
 #pragma once
 
+#include "host/AlphaHandling.h"
 #include "host/PluginHost.h"
 #include "media/Picture.h"
 
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,10 +29,11 @@ struct ShownPicture {
     std::vector<std::uint8_t> rgba;
 };
 
-/// A premultiplied raster in any rendered format over the ground. Each component is brought to 8
-/// bits (rounded, clamped) and then added to the ground times 255 - alpha, divided by 255 and
-/// rounded; over black that is what a film without alpha gets.
-[[nodiscard]] ShownPicture showRaster(const RasterInfo& raster, const Ground& ground);
+/// A raster in any rendered format over the ground; `alpha` says how it carries its own. Over black
+/// it is what a film without alpha gets; the ground is added times 255 - alpha in 8 bits, divided
+/// by 255 and rounded.
+[[nodiscard]] ShownPicture showRaster(const RasterInfo& raster, OutputAlpha alpha,
+                                      const Ground& ground);
 
 /// A straight 8-bit picture over the ground.
 [[nodiscard]] ShownPicture showPicture(const Picture& picture, const Ground& ground);

@@ -1,6 +1,7 @@
 #include "film/ScenePlan.h"
 #include "scene/PixelFormats.h"
 #include "scene/SceneReader.h"
+#include "studio/Drop.h"
 #include "studio/Routes.h"
 
 namespace orbel::studio {
@@ -136,6 +137,20 @@ Answer keepJournal(const Call& call) {
         folder.write(journal, textMember(call.body, "text"), Overwrite::Yes);
     }
     return answerOf(json::object());
+}
+
+Answer dropFile(const Call& call) {
+    const std::string name = textMember(call.body, "name");
+    const bool isText = call.body.contains("text");
+    std::string bytes = textMember(call.body, isText ? "text" : "base64");
+    if (!isText) {
+        bytes = bytesOfBase64(std::move(bytes));
+    }
+    if (bytes.size() > largestDrop) {
+        throw Refusal{413, inQuotes(name) + " is larger than the 64 MiB that can be dropped",
+                      "put it into the scene's folder yourself"};
+    }
+    return answerOf(takeDrop(call.studio.folder(), name, bytes));
 }
 
 Answer listFiles(const Call& call) {

@@ -204,6 +204,7 @@ private:
         http::response<http::empty_body> message;
         fillHead(message, answer);
         m_chunked = !answer.length;
+        m_streamed = 0;
         if (answer.length) {
             message.content_length(*answer.length);
         } else {
@@ -215,6 +216,11 @@ private:
         if (m_sound && !m_head) {
             answer.stream(*this);
         }
+        if (answer.length && !m_head) {
+            m_sound =
+                m_sound &&
+                m_streamed == *answer.length; // or the next answer would be taken for its rest
+        }
         if (m_sound && m_chunked && !m_head) {
             m_sound = !await(writeTime, [&](auto done) {
                 asio::async_write(m_stream, http::make_chunk_last(), done);
@@ -225,6 +231,7 @@ private:
 
     bool write(std::string_view bytes) override {
         const asio::const_buffer buffer(bytes.data(), bytes.size());
+        m_streamed += bytes.size();
         m_sound = m_sound && !m_ending && !await(writeTime, [&](auto done) {
                       if (m_chunked) {
                           asio::async_write(m_stream, http::make_chunk(buffer), done);
@@ -250,6 +257,7 @@ private:
     bool m_head = false; // the request asked for the head alone
     bool m_keepAlive = false;
     bool m_chunked = false;
+    std::uint64_t m_streamed = 0;
     bool m_sound = true; // everything of a stream so far went out
 };
 

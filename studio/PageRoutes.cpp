@@ -19,4 +19,18 @@ Answer tellTable(const Call& call) {
     return answer;
 }
 
+Answer tellEvents(const Call& call) {
+    Answer answer;
+    answer.type = "application/x-ndjson";
+    answer.stream = [&events = call.studio.events(), isGone = call.request.isGone](BodySink& sink) {
+        events.listen(sink, isGone);
+    };
+    return answer;
+}
+
+Answer endPage(const Call& call) {
+    call.studio.pageEnded();
+    return answerOf(json::object());
+}
+
 } // namespace orbel::studio

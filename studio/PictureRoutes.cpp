@@ -1,7 +1,14 @@
 #include "scene/SceneLimits.h"
+#include "studio/Overlay.h"
+#include "studio/Playback.h"
 #include "studio/Routes.h"
 
+#include <algorithm>
 #include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace orbel::studio {
 
@@ -51,6 +58,38 @@ Answer drawFrame(const Call& call) {
         call.tab, serial,
         since < 0 ? std::nullopt : std::optional(static_cast<std::uint64_t>(since)),
         std::move(frame), millisecondsSince(begin));
+}
+
+Answer playScene(const Call& call) {
+    Preview& preview = call.studio.preview();
+    const auto number = numberMember(call.body, "serial", 0, largestSerial, 0);
+    const Serial serial = preview.announce(call.tab, static_cast<std::uint64_t>(number));
+    FrameWish wish = wishOf(call);
+    wish.exact = false;
+    PlayedRange range;
+    range.loop = flagMember(call.body, "loop");
+    preview.withPlan(wish, [&](ScenePlan& plan) {
+        range.frames = plan.frames;
+        range.rate = plan.frameRate.perSecond();
+    });
+    FrameRange& frames = range.frames;
+    frames.first = numberMember(call.body, "from", 0, lastFrame, frames.first);
+    frames.last =
+        numberMember(call.body, "to", frames.first, lastFrame, std::max(frames.first, frames.last));
+    const auto playback =
+        std::make_shared<Playback>(&preview, wish, serial, call.request.isGone, range);
+    Answer answer;
+    answer.type = "application/octet-stream";
+    answer.stream = [playback](BodySink& sink) { playback->run(sink); };
+    return answer;
+}
+
+Answer tellPath(const Call& call) {
+    json overlay;
+    const FrameWish wish = wishOf(call);
+    call.studio.preview().withPlan(
+        wish, [&](ScenePlan& plan) { overlay = overlayJson(plan, wish.frame); });
+    return answerOf(overlay);
 }
 
 Answer readPixel(const Call& call) {

@@ -24,45 +24,48 @@ FrameSize shownSize(const FrameWish& wish, FrameSize scene) {
     return {std::min(wish.width, scene.width), std::min(wish.height, scene.height)};
 }
 
-Picture straightPicture(const RasterInfo& raster) {
+Picture straightPicture(const DrawnFrame& drawn) {
+    const RasterInfo& raster = drawn.raster;
     Picture picture = makePicture<std::uint8_t>(raster.width, raster.height, true);
     auto* const to = std::get<std::vector<std::uint8_t>>(picture.components).data();
-    encodeStraight(raster, {to, to + 1, to + 2, to + 3, 4, std::ptrdiff_t{4} * raster.width});
+    encodeStraight(raster, drawn.alpha,
+                   {to, to + 1, to + 2, to + 3, 4, std::ptrdiff_t{4} * raster.width});
     return picture;
 }
 
-json numbersOf(const std::array<double, 4>& values) {
-    json list = json::array();
-    for (const double value : values) {
-        list.push_back(value);
+/// The components as the format counts them. What the picture does not hold is computed, and
+/// rounded where the format is of whole numbers.
+template<typename P>
+std::array<double, 4> converted(const std::array<double, 4>& pixel, double factor) {
+    std::array<double, 4> result = pixel;
+    for (std::size_t i = 0; i < 3; ++i) {
+        result[i] *= factor;
+        if constexpr (std::is_integral_v<typename P::Component>) {
+            result[i] = std::min(std::round(result[i]), static_cast<double>(P::MAX_VALUE()));
+        }
     }
-    return list;
+    return result;
 }
 
-/// The components as the format counts them; straight ones are divided and, where the format is of
-/// whole numbers, rounded.
-json pixelOf(const RasterInfo& raster, int x, int y) {
+json pixelOf(const DrawnFrame& drawn, int x, int y) {
     json answer;
-    withTraits(raster.pixelFormat, [&](auto traits) {
+    withTraits(drawn.raster.pixelFormat, [&](auto traits) {
         using P = decltype(traits);
         using Format = typename P::FORMAT;
-        const void* const row = raster.row(y);
+        const void* const row = drawn.raster.row(y);
         const auto* const at = static_cast<const typename P::Component*>(row) + 4 * x;
-        const auto value = [&](auto index) { return static_cast<double>(at[index]); };
-        const double alpha = value(Format::alpha);
-        std::array<double, 4> stored{value(Format::red), value(Format::green), value(Format::blue),
-                                     alpha};
-        answer["premultiplied"] = numbersOf(stored);
+        const auto value = [&](int index) { return static_cast<double>(at[index]); };
+        const std::array<double, 4> held{value(Format::red), value(Format::green),
+                                         value(Format::blue), value(Format::alpha)};
         const auto most = static_cast<double>(P::MAX_VALUE());
-        for (std::size_t i = 0; i < 3; ++i) {
-            stored[i] = alpha > 0 ? stored[i] * most / alpha : 0.0;
-            if constexpr (std::is_integral_v<typename P::Component>) {
-                stored[i] = std::min(std::round(stored[i]), most);
-            }
-        }
-        answer["straight"] = numbersOf(stored);
+        const bool premultiplied = drawn.alpha == OutputAlpha::Premultiplied;
+        const double shrink = held[3] / most;
+        const double factor = premultiplied ? (held[3] > 0 ? 1 / shrink : 0.0) : shrink;
+        const std::array<double, 4> other = converted<P>(held, factor);
+        answer["premultiplied"] = premultiplied ? held : other;
+        answer["straight"] = premultiplied ? other : held;
     });
-    answer["format"] = nameOf(raster.pixelFormat);
+    answer["format"] = nameOf(drawn.raster.pixelFormat);
     return answer;
 }
 
@@ -100,15 +103,12 @@ ShownFrame Preview::draw(const FrameWish& wish, const Aborted& aborted) {
     const FrameSize whole = full.plan().size;
     const FrameSize size = shownSize(wish, whole);
     Stage* const reduced = size == whole || wish.exact ? nullptr : m_stages.reduced(size);
-    if (reduced != nullptr) {
-        return {showRaster(reduced->draw(wish.frame, wish.before, aborted).info(), wish.ground),
-                false};
+    Stage& stage = reduced != nullptr ? *reduced : full;
+    const DrawnFrame drawn = stage.draw(wish.frame, wish.before, aborted);
+    if (reduced != nullptr || size == whole) {
+        return {showRaster(drawn.raster, drawn.alpha, wish.ground), reduced == nullptr};
     }
-    const RasterInfo& raster = full.draw(wish.frame, wish.before, aborted).info();
-    if (size == whole) {
-        return {showRaster(raster, wish.ground), true};
-    }
-    const Picture straight = straightPicture(raster);
+    const Picture straight = straightPicture(drawn);
     return {showPicture(m_scaler.scale(straight, size.width, size.height), wish.ground), true};
 }
 
@@ -122,7 +122,7 @@ json Preview::pixel(const FrameWish& wish, int x, int y, const Aborted& aborted)
     if (x >= size.width || y >= size.height) {
         throw Refusal{400, "this place is outside the picture", ""};
     }
-    return pixelOf(stage.draw(wish.frame, wish.before, aborted).info(), x, y);
+    return pixelOf(stage.draw(wish.frame, wish.before, aborted), x, y);
 }
 
 void Preview::withPlan(const FrameWish& wish, const std::function<void(ScenePlan&)>& action) {

@@ -1,5 +1,7 @@
 #include "studio/Routes.h"
 
+#include "studio/Drop.h"
+
 #include <algorithm>
 
 namespace orbel::studio {
@@ -9,6 +11,8 @@ namespace {
 constexpr std::uint64_t smallBody = 64U << 10;
 /// A scene of 16 MiB as JSON text in JSON.
 constexpr std::uint64_t sceneBody = 40ULL << 20;
+/// A file as large as a drop may be, in base 64, and its name.
+constexpr std::uint64_t dropBody = largestDrop / 3 * 4 + smallBody;
 
 constexpr Route table[] = {
     {"POST", "/api/open", false, smallBody, openPage},
@@ -22,7 +26,16 @@ constexpr Route table[] = {
     {"POST", "/api/journal", true, sceneBody, keepJournal},
     {"POST", "/api/frame", true, sceneBody, drawFrame},
     {"POST", "/api/pixel", true, sceneBody, readPixel},
+    {"POST", "/api/play", true, sceneBody, playScene},
+    {"POST", "/api/path", true, sceneBody, tellPath},
     {"GET", "/api/files", true, 0, listFiles},
+    {"POST", "/api/drop", true, dropBody, dropFile},
+    {"POST", "/api/export", true, sceneBody, exportFilm},
+    {"GET", "/api/jobs", true, 0, listJobs},
+    {"POST", "/api/cancel", true, smallBody, cancelJob},
+    {"POST", "/api/ticket", true, smallBody, makeTicket},
+    {"GET", "/api/events", true, 0, tellEvents},
+    {"POST", "/api/ended", true, smallBody, endPage},
 };
 
 } // namespace

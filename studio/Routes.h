@@ -44,5 +44,14 @@ Answer listFiles(const Call& call);
 Answer saveScene(const Call& call);
 Answer saveSceneAs(const Call& call);
 Answer keepJournal(const Call& call);
+Answer tellEvents(const Call& call);
+Answer endPage(const Call& call);
+Answer dropFile(const Call& call);
+Answer playScene(const Call& call);
+Answer tellPath(const Call& call);
+Answer exportFilm(const Call& call);
+Answer listJobs(const Call& call);
+Answer cancelJob(const Call& call);
+Answer makeTicket(const Call& call);
 
 } // namespace orbel::studio

@@ -217,6 +217,16 @@ void SceneFolder::write(const fs::path& file, std::string_view bytes, Overwrite 
     passing.putInPlace(overwrite);
 }
 
+bool SceneFolder::holds(const fs::path& file, std::string_view bytes) {
+    std::error_code error;
+    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) != bytes.size()) {
+        return false;
+    }
+    std::ifstream stream(file, std::ios::binary);
+    return std::equal(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>(),
+                      bytes.begin(), bytes.end());
+}
+
 std::string SceneFolder::freeName(const std::string& name) const {
     const fs::path whole = name;
     std::string free = name;

@@ -43,6 +43,8 @@ public:
     /// Refusal: 409 when it may not overwrite, 507 when there is no room.
     void write(const std::filesystem::path& file, std::string_view bytes, Overwrite overwrite);
 
+    /// Whether the file is there with these very bytes.
+    [[nodiscard]] static bool holds(const std::filesystem::path& file, std::string_view bytes);
     /// The name itself, or one with a number when it is taken.
     [[nodiscard]] std::string freeName(const std::string& name) const;
     /// `[{name, kind}]`, by name; what is hidden or no file for a scene is left out.

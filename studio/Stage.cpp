@@ -4,8 +4,9 @@
 #include "film/RenderPipeline.h"
 #include "scene/SceneReader.h"
 #include "scene/SceneShapes.h"
+#include "shapes/ShapeCache.h"
+#include "studio/FileStamp.h"
 
-#include <filesystem>
 #include <utility>
 
 namespace orbel::studio {
@@ -55,31 +56,29 @@ bool areAlike(const Scene& a, const Scene& b) {
            a.renderScaleY == b.renderScaleY && isSameInput(a.input, b.input);
 }
 
-/// Changes when the file does.
-std::string stampOf(const std::string& file) {
-    std::error_code error;
-    const auto time = std::filesystem::last_write_time(file, error);
-    const auto size = std::filesystem::file_size(file, error);
-    return error ? ""
-                 : std::to_string(time.time_since_epoch().count()) + "/" + std::to_string(size);
-}
-
 ScenePlan reducedPlan(const ScenePlan& full, FrameSize size) {
     ScenePlan plan;
-    plan.size = size;
+    plan.sceneFile = full.sceneFile;
+    plan.size = full.size;
     plan.format = full.format;
     plan.frameRate = full.frameRate;
     plan.frames = full.frames;
     plan.pixelAspect = full.pixelAspect;
-    plan.renderScaleX = full.renderScaleX * size.width / full.size.width;
-    plan.renderScaleY = full.renderScaleY * size.height / full.size.height;
+    plan.renderScaleX = full.renderScaleX;
+    plan.renderScaleY = full.renderScaleY;
     plan.shapePath = full.shapePath;
     plan.parameters = full.parameters;
     plan.color = full.color;
+    plan.alpha = full.alpha;
     if (full.media != nullptr) {
         plan.media = std::make_unique<BorrowedMedia>(full.media.get());
     }
+    resize(&plan, size);
     return plan;
+}
+
+OutputAlpha carriedBy(SourceAlpha alpha) {
+    return alpha == SourceAlpha::Premultiplied ? OutputAlpha::Premultiplied : OutputAlpha::Straight;
 }
 
 } // namespace
@@ -95,10 +94,10 @@ void Stage::takeStroke(const Scene& scene) {
     m_plan.shapePath = scene.shape.value_or("");
 }
 
-const MemoryImage& Stage::draw(long frame, bool before, const std::function<bool()>& aborted) {
+DrawnFrame Stage::draw(long frame, bool before, const std::function<bool()>& aborted) {
     m_reader.fill(frame, m_input);
     if (before) {
-        return m_input;
+        return {m_input.info(), carriedBy(m_plan.alpha.source)};
     }
     FrameRenderer renderer(&m_plan, aborted, {});
     const int code = renderer.render(frame, m_input, m_output);
@@ -108,12 +107,12 @@ const MemoryImage& Stage::draw(long frame, bool before, const std::function<bool
     if (code != 0) {
         throw RenderError(code);
     }
-    return m_output;
+    return {m_output.info(), m_plan.alpha.output};
 }
 
 Stage& StageKeeper::full(const std::string& text, const std::string& file) {
     if (m_full != nullptr && m_scene && text == m_text && file == m_scene->file &&
-        stampOf(fileOf(m_scene->input)) == m_stamp) {
+        stampOf(fileOf(m_scene->input)) == m_stamp && shapeIsCurrent(*m_scene)) {
         return *m_full;
     }
     Problems problems;
@@ -122,6 +121,9 @@ Stage& StageKeeper::full(const std::string& text, const std::string& file) {
         throw BadScene{problems};
     }
     const std::string stamp = stampOf(fileOf(scene->input));
+    if (!shapeIsCurrent(*scene)) {
+        flushStrokeCache();
+    }
     if (m_full != nullptr && m_scene && areAlike(*m_scene, *scene) && stamp == m_stamp) {
         checkShapes(*scene, &problems);
         if (!problems.empty()) {
@@ -138,6 +140,17 @@ Stage& StageKeeper::full(const std::string& text, const std::string& file) {
     m_stamp = stamp;
     m_scene = std::move(scene);
     return *m_full;
+}
+
+bool StageKeeper::shapeIsCurrent(const Scene& scene) {
+    if (!scene.shape) {
+        return true;
+    }
+    const std::string stamp = stampOf(*scene.shape);
+    std::string& known = m_shapeStamps[*scene.shape];
+    const bool current = known.empty() || known == stamp;
+    known = stamp;
+    return current;
 }
 
 void StageKeeper::plan(const Scene& scene) {

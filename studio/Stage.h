@@ -5,6 +5,7 @@
 #include "scene/Diagnostics.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +20,12 @@ struct BadScene {
 /// A frame that nobody waits for any more.
 struct Superseded {};
 
+/// A frame as it was drawn; the image is the stage's.
+struct DrawnFrame {
+    const RasterInfo& raster;
+    OutputAlpha alpha; ///< how it carries its alpha
+};
+
 /// A planned scene with everything that drawing a frame of it takes. One thread at a time.
 class Stage {
 public:
@@ -29,8 +36,7 @@ public:
     void takeStroke(const Scene& scene);
     /// Draws a frame as the film shows it; with `before` the input alone. The image stays until the
     /// next call. Throws Superseded when `aborted` says so, MediaError, RenderError.
-    [[nodiscard]] const MemoryImage& draw(long frame, bool before,
-                                          const std::function<bool()>& aborted);
+    [[nodiscard]] DrawnFrame draw(long frame, bool before, const std::function<bool()>& aborted);
 
 private:
     ScenePlan m_plan;
@@ -52,10 +58,13 @@ public:
 
 private:
     void plan(const Scene& scene);
+    /// False when the scene's own shape file is another than it was when it was read.
+    [[nodiscard]] bool shapeIsCurrent(const Scene& scene);
 
     std::string m_text;
     std::optional<Scene> m_scene;
     std::string m_stamp; // of the input's file
+    std::map<std::string, std::string> m_shapeStamps;
     std::unique_ptr<Stage> m_full;
     std::unique_ptr<Stage> m_reduced;
 };

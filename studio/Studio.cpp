@@ -9,9 +9,11 @@
 #include "studio/Routes.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <new>
+#include <thread>
 #include <utility>
 
 namespace orbel::studio {
@@ -21,6 +23,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t mostTabs = 64;
+constexpr std::chrono::seconds patience{3};
 
 fs::path folderOf(const std::string& place) {
     std::error_code error;
@@ -143,12 +146,32 @@ Studio::Studio(const StudioSettings& settings)
     : m_folder(folderOf(settings.place)), m_firstScene(firstScene(m_folder, settings.place)) {
     prepareShapeTable();
     m_table = textOf(parameterJson());
+    m_watch = std::make_unique<FolderWatch>(&m_folder, &m_events, [this] { return scenesInUse(); });
     m_server = std::make_unique<HttpServer>(settings.port);
     m_server->serve(this);
 }
 
 Studio::~Studio() {
+    m_events.close();
     m_server.reset(); // before anything that an answer in the making uses
+}
+
+void Studio::end() {
+    m_pagesEnded = 0;
+    m_events.tell({{"event", "ending"}});
+    const auto until = std::chrono::steady_clock::now() + patience;
+    while (m_pagesEnded < m_events.listeners() && std::chrono::steady_clock::now() < until) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+}
+
+std::set<std::string> Studio::scenesInUse() {
+    const std::lock_guard lock(m_mutex);
+    std::set<std::string> names{m_firstScene};
+    for (const auto& [tab, name] : m_scenes) {
+        names.insert(name);
+    }
+    return names;
 }
 
 std::string Studio::address() {
@@ -175,7 +198,7 @@ std::optional<Answer> Studio::refuse(const RequestHead& head) {
     if (!refusal) {
         if (const Route* const route = findRoute(path)) {
             refusal = refuseRoute(*route, head, m_secrets);
-        } else if (findPageFile(path) == nullptr) {
+        } else if (findPageFile(path) == nullptr && !m_results.has(path)) {
             refusal = Refusal{404, "there is nothing here", ""};
         } else if (head.method != "GET" && head.method != "HEAD") {
             refusal = Refusal{405, "this address takes GET only", ""};
@@ -193,6 +216,9 @@ Answer Studio::answer(const Request& request) {
     const std::string_view path = pathOf(request.head.target);
     if (const Route* const route = findRoute(path)) {
         return guarded(*route, *this, request);
+    }
+    if (m_results.has(path)) {
+        return m_results.answer(request.head, path);
     }
     const PageFile& file = *findPageFile(path);
     Answer answer;
