@@ -9,7 +9,8 @@ export function disabledRows(scene: Scene, table: Table, frame: number): Set<num
   for (const rule of table.data.rules) {
     const master = table.row(rule.parameter);
     if (!master) continue;
-    if (Number(valueAt(scene, master, frame)) !== rule.value) rule.rows.forEach((id) => off.add(id));
+    const value = Number(valueAt(scene, master, frame));
+    if (!rule.values.includes(value)) rule.rows.forEach((id) => off.add(id));
   }
   return off;
 }

@@ -13,6 +13,7 @@ import { PictureSource } from "./picture";
 import { readScene } from "./scene";
 import {
   filmRange,
+  groupsInUse,
   keepSettings,
   loadSettings,
   type Notice,
@@ -110,6 +111,7 @@ export class Session {
       panel: null,
     });
     this.setHistory(startHistory(text));
+    this.update({ usedGroups: groupsInUse(this.state.scene) });
     const [first, last] = filmRange(this.state);
     this.update({ frame: first, time: { from: first, to: Math.max(last, first + 1) } });
     this.keeper.offerJournal(text, journal);
@@ -295,6 +297,7 @@ function emptyState(): State {
     copiedValue: null,
     activeRow: null,
     filter: { search: "", changed: false, animated: false },
+    usedGroups: new Set(),
     time: { from: 0, to: 1 },
     loopRange: null,
     playing: 0,

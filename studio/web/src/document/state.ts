@@ -45,6 +45,7 @@ export interface PictureState {
 export type Panel = "export" | "help" | "undo" | "scenes" | null;
 
 export interface Settings {
+  /** In CSS pixels; 0 until a person chose one. */
   timelineHeight: number;
   asTime: boolean;
   snap: boolean;
@@ -74,6 +75,8 @@ export interface State {
   /** The row whose curve is shown and that takes pasted values. */
   activeRow: number | null;
   filter: Filter;
+  /** Groups that are open unless a person folded them: those that the scene uses. */
+  usedGroups: ReadonlySet<string>;
   time: TimeView;
   loopRange: readonly [number, number] | null;
   playing: number;
@@ -90,7 +93,7 @@ export interface State {
 }
 
 export const defaultSettings: Settings = {
-  timelineHeight: 268,
+  timelineHeight: 0,
   asTime: false,
   snap: true,
   curve: false,
@@ -148,4 +151,15 @@ export function isUnsaved(state: State): boolean {
 /** The picture that stands on the screen is not the exact one. */
 export function isReducedPicture(state: State): boolean {
   return !state.picture.exact || state.picture.failure !== null;
+}
+
+/** The height of the timeline: a person's choice, else a share of the window. */
+export function timelineHeight(state: State): number {
+  const usual = Math.round(Math.min(440, Math.max(216, window.innerHeight * 0.31)));
+  return state.settings.timelineHeight || usual;
+}
+
+/** The groups of which the scene states something. */
+export function groupsInUse(scene: Scene | BrokenScene): Set<string> {
+  return new Set(scene.fault ? [] : [...scene.tracks.values()].map((track) => track.row.group));
 }

@@ -32,7 +32,8 @@ export interface Row {
 
 export interface Rule {
   parameter: number;
-  value: number;
+  /** The values at which the rows mean something. */
+  values: number[];
   rows: number[];
 }
 

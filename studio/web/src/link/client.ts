@@ -68,10 +68,17 @@ const lostWords: Failure = {
 async function refusal(answer: Response): Promise<LinkError> {
   const body = (await answer.json().catch(() => ({}))) as Record<string, unknown>;
   const failure: Failure = {
-    error: typeof body.error === "string" ? body.error : `The server answered ${answer.status}.`,
-    remedy: typeof body.remedy === "string" ? body.remedy : "",
+    error: asSentence(typeof body.error === "string" ? body.error : `the server answered ${answer.status}`),
+    remedy: asSentence(typeof body.remedy === "string" ? body.remedy : ""),
   };
   return new LinkError(answer.status, failure, body);
+}
+
+/** Words as a sentence: a capital in front, unless it is a name or a path, and a stop behind. */
+export function asSentence(words: string): string {
+  if (words === "") return "";
+  const capital = /^[a-z]+(?=[ ,])/.test(words) ? words[0]!.toUpperCase() + words.slice(1) : words;
+  return /[.!?]$/.test(capital) ? capital : `${capital}.`;
 }
 
 /** What went wrong, as a sentence and a remedy. */

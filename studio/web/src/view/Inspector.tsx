@@ -105,7 +105,7 @@ interface GroupProps {
 function Group({ section, state, scene, forced, children }: GroupProps) {
   const session = useSession();
   const { title } = section;
-  const folded = !forced && (state.settings.folded[title] ?? !section.open);
+  const folded = !forced && (state.settings.folded[title] ?? !(section.open || state.usedGroups.has(title)));
   const stated = section.rows.filter((row) => isStated(scene, row));
   const animated = stated.some((row) => isAnimated(scene, row));
   const fold = () => session.setSettings({ folded: { ...state.settings.folded, [title]: !folded } });

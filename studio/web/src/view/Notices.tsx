@@ -1,3 +1,4 @@
+import { asSentence } from "../link/client";
 import type { SceneProblem } from "../link/api";
 import type { Notice, State } from "../document/state";
 import { classes, useSession } from "./hooks";
@@ -45,14 +46,10 @@ function sceneNotices(state: State): Notice[] {
   const first = problems[0];
   if (!first) return [];
   const more = problems.length > 1 ? ` (and ${problems.length - 1} more)` : "";
-  return [{ id: "scene", tone: "warn", text: sentence(first) + more, remedy: stop(first.remedy), actions: [] }];
+  return [{ id: "scene", tone: "warn", text: sentence(first) + more, remedy: asSentence(first.remedy), actions: [] }];
 }
 
 function sentence(problem: SceneProblem): string {
   const place = problem.pointer || (problem.line > 0 ? `line ${problem.line}, column ${problem.column}` : "");
-  return stop(place ? `${place}: ${problem.message}` : problem.message);
-}
-
-function stop(words: string): string {
-  return words && !/[.!?]$/.test(words) ? `${words}.` : words;
+  return asSentence(place ? `${place}: ${problem.message}` : problem.message);
 }

@@ -2,7 +2,7 @@ import { useEffect, useRef, useState } from "preact/hooks";
 import { valueText } from "../document/display";
 import { keyId, partsOf, type KeyId } from "../document/edits";
 import { valueAt, type Easing, type Scene, type Track } from "../document/scene";
-import { readable, type State } from "../document/state";
+import { readable, timelineHeight, type State } from "../document/state";
 import { frameAt, scrolled, xOf, zoomed } from "../document/timescale";
 import { copy, deleteSelection, paste } from "./commands";
 import { ContextMenu, type MenuItem } from "./ContextMenu";
@@ -17,18 +17,17 @@ import { Transport } from "./Transport";
 /** Keys over time: a summary and one lane for every parameter that is animated. */
 export function Timeline({ state }: { state: State }) {
   const session = useSession();
-  const { settings } = state;
+  const height = timelineHeight(state);
   const resize = (event: PointerEvent): void => {
-    const start = settings.timelineHeight;
     drag(event, {
       move: (_dx, dy) => {
-        const height = Math.min(window.innerHeight - 320, Math.max(120, start - dy));
-        session.setSettings({ timelineHeight: height });
+        const held = Math.min(window.innerHeight - 320, Math.max(120, height - dy));
+        session.setSettings({ timelineHeight: held });
       },
     });
   };
   return (
-    <section class="time" aria-label="Timeline" style={{ height: `${settings.timelineHeight}px` }}>
+    <section class="time" aria-label="Timeline" style={{ height: `${height}px` }}>
       <div class="splitter" onPointerDown={resize} />
       <Transport state={state} />
       <Lanes state={state} />
