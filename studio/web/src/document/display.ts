@@ -3,10 +3,11 @@
 import type { Row, Value } from "./table";
 import { tidy } from "./writing";
 
-/** A number with as many digits as a row needs, and no more. */
+/** A number as it was set; one that motion passes through with fewer digits. */
 export function numberText(value: number): string {
-  const digits = Math.abs(value) >= 1000 ? 1 : Math.abs(value) >= 100 ? 2 : 3;
-  return String(tidy(value, digits));
+  const exact = tidy(value, 3);
+  if (Math.abs(value - exact) < 1e-9) return String(exact);
+  return String(tidy(value, Math.abs(value) >= 10 ? 1 : 2));
 }
 
 /** Degrees, with whole turns in front where there are any. */
@@ -16,7 +17,6 @@ export function angleText(degrees: number): string {
   return `${turns}× ${numberText(Math.abs(degrees - turns * 360))}°`;
 }
 
-/** The angle again from its turns, for an `angleText` with a negative count of turns. */
 export function valueText(row: Row, value: Value): string {
   switch (row.kind) {
     case "angle":

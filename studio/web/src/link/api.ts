@@ -88,8 +88,9 @@ export interface ExportOrder {
   name: string;
   from: number;
   to: number;
-  width: number | null;
-  height: number | null;
+  /** Absent: the scene's own size. */
+  width?: number | undefined;
+  height?: number | undefined;
   overwrite: boolean;
 }
 

@@ -41,7 +41,7 @@ function ExportForm({ state }: { state: State }) {
   const size = share === 1 ? null : ([even(whole[0]), even(whole[1])] as const);
   const send = (event: Event) => {
     event.preventDefault();
-    void session.film.export({ name: full, from: range[0], to: range[1], width: size?.[0] ?? null, height: size?.[1] ?? null, overwrite: false });
+    void session.film.export({ name: full, from: range[0], to: range[1], width: size?.[0], height: size?.[1], overwrite: false });
   };
   const hold = (frame: number) => Math.round(Math.min(film[1], Math.max(film[0], frame)));
   return (

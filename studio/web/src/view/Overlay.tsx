@@ -154,7 +154,9 @@ function PointHandle({ row, at, placing, scene, frame, factor, kind }: PointHand
     event.preventDefault();
     set(value[0]! + step[0]! * size, value[1]! + step[1]! * size);
   };
-  const sign = kind === "position" ? "M0-9V9M-9 0H9" : "M-3-3H3V3H-3Z";
+  // The camera's ring lies around the position's, so that both can be had where they meet.
+  const sign = kind === "position" ? "M0-9V9M-9 0H9" : "M-18 0H-13M13 0H18M0-18V-13M0 13V18";
+  const radius = kind === "position" ? 9 : 16;
   return (
     <g
       class={`handle ${kind}`}
@@ -166,8 +168,8 @@ function PointHandle({ row, at, placing, scene, frame, factor, kind }: PointHand
       onKeyDown={nudge}
     >
       <title>{row.name}</title>
-      <circle class="grip" r="14" />
-      <circle r={kind === "position" ? 9 : 7} />
+      <circle class="grip" r={radius + 2} />
+      <circle r={radius} />
       <path d={sign} />
     </g>
   );

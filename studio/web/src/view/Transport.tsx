@@ -57,7 +57,6 @@ export function Transport({ state }: { state: State }) {
           <Icon name="close" />
         </button>
       )}
-      {(playing !== 0 || state.dropped > 0) && <span class="quiet dropped">{state.dropped} dropped</span>}
       <span class="space" />
       {selection.size > 0 && <SelectionTools state={state} />}
       <button aria-pressed={settings.snap} title="Dragged keys snap to the playhead and other keys" onClick={toggle("snap")}>
