@@ -37,7 +37,7 @@ std::vector<Point> pointsAlong(PluginHost_API* host, void* path, OutlineChords* 
     BrushStroke pen = stroke;
     pen.thickness = 1.0;
     pen.taper.enabled = 0;
-    pen.step = std::max(step, stroke.pathLength / mostPoints);
+    pen.step = step;
     PointSink sink;
     static_cast<void>(walkStroke(host, nullptr, path, pen, projection, sink, chords));
     return sink.take();
@@ -54,8 +54,10 @@ public:
         BrushStroke whole = stroke;
         whole.startDist = 0.0;
         whole.endDist = stroke.pathLength;
+        const double step = std::max(coarse, stroke.pathLength / mostPoints);
         m_overlay->outlines.push_back(
-            pointsAlong(m_frame.host, path, chords, whole, projection, coarse));
+            {pointsAlong(m_frame.host, path, chords, whole, projection, step), stroke.pathLength,
+             step});
         return 0;
     }
 
@@ -77,7 +79,8 @@ public:
             return 0;
         }
         const std::vector<Point> points =
-            pointsAlong(m_frame.host, path, chords, stroke, projection, fine);
+            pointsAlong(m_frame.host, path, chords, stroke, projection,
+                        std::max(fine, stroke.pathLength / mostPoints));
         if (!points.empty()) {
             m_overlay->start = m_overlay->start.value_or(points.front());
             m_overlay->end = points.back();
@@ -126,6 +129,7 @@ public:
 
     [[nodiscard]] PathOverlay make() {
         PathOverlay overlay;
+        overlay.asOne = m_frame.args.strokeSequentially;
         OutlineFollower follower(m_frame, &overlay);
         draw(m_whole, follower);
         AnimatedParameters drawn = m_frame.now;

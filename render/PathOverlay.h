@@ -13,9 +13,16 @@ namespace orbel {
 struct PathOverlay {
     using Point = std::array<double, 2>;
 
+    struct Outline {
+        std::vector<Point> points;
+        double length = 0.0; ///< along the outline, in pixels before it is projected
+        double step = 0.0;   ///< of that length between two points; what is clipped is missing
+    };
+
     /// Every outline from its beginning to its end, whatever "Start" and "End" say; repeated copies
-    /// are left out. What is clipped is missing.
-    std::vector<std::vector<Point>> outlines;
+    /// are left out.
+    std::vector<Outline> outlines;
+    bool asOne = false;         ///< "Start" and "End" run over all of them, one after the other
     std::optional<Point> start; ///< where the drawn stretch begins
     std::optional<Point> end;   ///< where it ends
     /// The middle of the layer, which "XY Position" moves; absent where nothing is projected.

@@ -141,7 +141,7 @@ Answer keepJournal(const Call& call) {
 
 Answer dropFile(const Call& call) {
     const std::string name = textMember(call.body, "name");
-    const bool isText = call.body.contains("text");
+    const bool isText = hasMember(call.body, "text");
     std::string bytes = textMember(call.body, isText ? "text" : "base64");
     if (!isText) {
         bytes = bytesOfBase64(std::move(bytes));

@@ -13,11 +13,11 @@ constexpr long largestSide = 32767;
 ExportWish wishOf(const json& body) {
     ExportWish wish;
     wish.name = textMember(body, "name");
-    if (body.contains("from") || body.contains("to")) {
+    if (hasMember(body, "from") || hasMember(body, "to")) {
         const long first = numberMember(body, "from", 0, lastFrame);
         wish.frames = FrameRange{first, numberMember(body, "to", first, lastFrame)};
     }
-    if (body.contains("width") || body.contains("height")) {
+    if (hasMember(body, "width") || hasMember(body, "height")) {
         wish.size = FrameSize{static_cast<int>(numberMember(body, "width", 1, largestSide)),
                               static_cast<int>(numberMember(body, "height", 1, largestSide))};
     }

@@ -11,11 +11,6 @@ namespace {
                   "reload the page"};
 }
 
-bool isMissing(const json& body, const char* name) {
-    const auto member = body.find(name);
-    return member == body.end() || member->is_null();
-}
-
 } // namespace
 
 std::string textOf(const json& document) {
@@ -28,19 +23,24 @@ Answer answerOf(const json& document) {
     return answer;
 }
 
+bool hasMember(const json& body, const char* name) {
+    const auto member = body.find(name);
+    return member != body.end() && !member->is_null();
+}
+
 std::string textMember(const json& body, const char* name) {
-    if (isMissing(body, name) || !body[name].is_string()) {
+    if (!hasMember(body, name) || !body[name].is_string()) {
         refuse(name, "a text");
     }
     return body[name].get<std::string>();
 }
 
 std::string textMember(const json& body, const char* name, std::string_view otherwise) {
-    return isMissing(body, name) ? std::string(otherwise) : textMember(body, name);
+    return !hasMember(body, name) ? std::string(otherwise) : textMember(body, name);
 }
 
 bool flagMember(const json& body, const char* name) {
-    if (isMissing(body, name)) {
+    if (!hasMember(body, name)) {
         return false;
     }
     if (!body[name].is_boolean()) {
@@ -51,7 +51,7 @@ bool flagMember(const json& body, const char* name) {
 
 long numberMember(const json& body, const char* name, long least, long most) {
     const double number =
-        !isMissing(body, name) && body[name].is_number() ? body[name].get<double>() : NAN;
+        hasMember(body, name) && body[name].is_number() ? body[name].get<double>() : NAN;
     if (!(number >= static_cast<double>(least) && number <= static_cast<double>(most)) ||
         number != std::floor(number)) {
         refuse(name,
@@ -61,7 +61,7 @@ long numberMember(const json& body, const char* name, long least, long most) {
 }
 
 long numberMember(const json& body, const char* name, long least, long most, long otherwise) {
-    return isMissing(body, name) ? otherwise : numberMember(body, name, least, most);
+    return !hasMember(body, name) ? otherwise : numberMember(body, name, least, most);
 }
 
 } // namespace orbel::studio

@@ -24,6 +24,8 @@ using nlohmann::json;
 [[nodiscard]] std::string textMember(const json& body, const char* name,
                                      std::string_view otherwise);
 [[nodiscard]] bool flagMember(const json& body, const char* name);
+/// Whether the member is there and not null.
+[[nodiscard]] bool hasMember(const json& body, const char* name);
 /// A whole number from `least` to `most`.
 [[nodiscard]] long numberMember(const json& body, const char* name, long least, long most);
 [[nodiscard]] long numberMember(const json& body, const char* name, long least, long most,

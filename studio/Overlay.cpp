@@ -5,6 +5,7 @@
 #include "params/ParameterTable.h"
 #include "render/PathOverlay.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orbel::studio {
@@ -30,6 +31,28 @@ json lineJson(const std::vector<PathOverlay::Point>& points) {
 json pointJson(const std::optional<PathOverlay::Point>& point) {
     json line = point ? lineJson({*point}) : json::array();
     return line.empty() ? json(nullptr) : line;
+}
+
+/// What part of its way the stroke has run at each point of each outline.
+json fractionsJson(const PathOverlay& overlay) {
+    double total = 0.0;
+    for (const PathOverlay::Outline& outline : overlay.outlines) {
+        total += outline.length;
+    }
+    json all = json::array();
+    double before = 0.0;
+    for (const PathOverlay::Outline& outline : overlay.outlines) {
+        const double whole = overlay.asOne ? total : outline.length;
+        json fractions = json::array();
+        for (std::size_t i = 0; i < outline.points.size(); ++i) {
+            const double along =
+                std::min(static_cast<double>(i) * outline.step, outline.length) + before;
+            fractions.push_back(std::round(along / whole * 1e5) / 1e5);
+        }
+        before += overlay.asOne ? outline.length : 0.0;
+        all.push_back(std::move(fractions));
+    }
+    return all;
 }
 
 /// The plan's pictures without their pixels.
@@ -58,13 +81,14 @@ json overlayJson(ScenePlan& plan, long frame) {
     host.setUserData(&shape);
     const PathOverlay overlay = pathOverlay(&host);
     json paths = json::array();
-    for (const auto& outline : overlay.outlines) {
-        paths.push_back(lineJson(outline));
+    for (const PathOverlay::Outline& outline : overlay.outlines) {
+        paths.push_back(lineJson(outline.points));
     }
     ParameterValue camera{};
     plan.parameters.evaluate(PARAM_CAMERA_XY, static_cast<double>(frame), camera);
     return {
         {"paths", std::move(paths)},
+        {"fractions", fractionsJson(overlay)},
         {"start", pointJson(overlay.start)},
         {"end", pointJson(overlay.end)},
         {"position", pointJson(overlay.position)},

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -133,12 +134,15 @@ private:
     int m_handle = -1;
 };
 
-long long millisecondsOf(const fs::path& file) {
+/// When the file was written: "2026-01-31T12:00:00Z".
+std::string timeOf(const fs::path& file) {
     struct stat state = {};
-    if (stat(file.c_str(), &state) != 0) {
-        return 0;
+    struct tm time = {};
+    if (stat(file.c_str(), &state) != 0 || gmtime_r(&state.st_mtim.tv_sec, &time) == nullptr) {
+        return "";
     }
-    return static_cast<long long>(state.st_mtim.tv_sec) * 1000 + state.st_mtim.tv_nsec / 1'000'000;
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &time)};
 }
 
 } // namespace
@@ -264,7 +268,7 @@ fs::path SceneFolder::journalOf(const std::string& scene) const {
 json SceneFolder::journal(const std::string& scene) const {
     const fs::path file = journalOf(scene);
     const std::optional<std::string> text = read(file);
-    return text ? json{{"text", *text}, {"savedAt", millisecondsOf(file)}} : json(nullptr);
+    return text ? json{{"text", *text}, {"savedAt", timeOf(file)}} : json(nullptr);
 }
 
 } // namespace orbel::studio

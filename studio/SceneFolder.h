@@ -52,7 +52,7 @@ public:
 
     /// Unsaved work on a scene, kept beside it.
     [[nodiscard]] std::filesystem::path journalOf(const std::string& scene) const;
-    /// `{text, savedAt}` (milliseconds since 1970), or null.
+    /// `{text, savedAt: "2026-01-31T12:00:00Z"}`, or null.
     [[nodiscard]] json journal(const std::string& scene) const;
 
 private:
