@@ -6,8 +6,9 @@
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
 #include "app/ShapesCommand.h"
-#include "film/BuildInfo.h"
+#include "app/StudioCommand.h"
 #include "app/TextCommand.h"
+#include "film/BuildInfo.h"
 #include "scene/Diagnostics.h"
 #include "scene/NearestName.h"
 #include "scene/Scene.h"
@@ -42,6 +43,7 @@ struct Commands {
     TextCommandOptions text;
     std::string checkedScene;
     std::optional<std::string> sheet;
+    StudioOptions studio;
     bool json = false;
     bool markdown = false;
 };
@@ -213,13 +215,25 @@ void addText(CLI::App& program, TextCommandOptions& options) {
             {"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}));
     CLI::Option* const pen =
         command->add_flag("--single-stroke", lettering.singleStroke, "One pen line a stroke");
-    command->add_flag("--outline", options.outline, "The outlines of the font's letters; the default")
+    command
+        ->add_flag("--outline", options.outline, "The outlines of the font's letters; the default")
         ->excludes(pen);
     command->add_option("--hand", lettering.hand, "Letters of single strokes (cursive)")
         ->type_name("NAME")
         ->needs(pen);
     command->add_flag("--json", options.json, "Tell what was made as JSON");
     command->footer(textExamples);
+}
+
+void addStudio(CLI::App& program, StudioOptions& options) {
+    CLI::App* const command = program.add_subcommand("studio", "Make a scene in the browser");
+    command->add_option("place", options.place, "Scene file or folder")->type_name("SCENE|FOLDER");
+    command->add_option("--port", options.port, "Port on this machine; any that is free by default")
+        ->type_name("N");
+    command->add_flag("--no-open", options.noOpen, "Leave the browser alone");
+    command->footer("Only this machine can reach it, and only with the address that is printed.\n"
+                    "From elsewhere: ssh -L 8080:127.0.0.1:8080 HOST orbel studio --no-open --port "
+                    "8080");
 }
 
 int runChosen(const CLI::App& program, const Commands& commands, std::ostream& out,
@@ -238,6 +252,9 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
     }
     if (program.got_subcommand("doctor")) {
         return doctorCommand(out);
+    }
+    if (program.got_subcommand("studio")) {
+        return studioCommand(commands.studio, out, err);
     }
     if (program.got_subcommand("shapes")) {
         return shapesCommand(commands.sheet, out, err);
@@ -267,6 +284,7 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     params->add_flag("--markdown", commands.markdown, "As a Markdown page")->excludes(json);
     CLI::App* const shapes = program.add_subcommand("shapes", "List the built-in shapes");
     addText(shapes, "--sheet", commands.sheet, "Draw them all into a picture", "OUT.png");
+    addStudio(program, commands.studio);
     program.add_subcommand("doctor", "Tell whether hosts find the plug-ins and their shapes");
     program.footer("\"orbel COMMAND --help\" tells more.");
     if (refusesCommand(program, argc, argv, err)) {

@@ -1,0 +1,93 @@
+#include "studio/Drop.h"
+
+#include "shapes/PathModel.h"
+#include "shapes/SvgParser.h"
+
+#include <boost/archive/iterators/binary_from_base64.hpp>
+#include <boost/archive/iterators/transform_width.hpp>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace orbel::studio {
+
+namespace {
+
+/// Counts notices of one wording, where they first stand.
+class LossCounter final : public SvgReaderObserver {
+public:
+    void notice(const SvgNotice& notice) override {
+        const auto known = std::find_if(m_losses.begin(), m_losses.end(), [&](const json& loss) {
+            return loss["message"] == notice.text;
+        });
+        if (known != m_losses.end()) {
+            (*known)["count"] = (*known)["count"].get<int>() + 1;
+        } else {
+            m_losses.push_back({{"line", notice.line}, {"message", notice.text}, {"count", 1}});
+        }
+    }
+    [[nodiscard]] json take() { return std::move(m_losses); }
+
+private:
+    json m_losses = json::array();
+};
+
+json lossesOf(std::string_view svg) {
+    LossCounter counter;
+    PluginPath_Impl path;
+    svg_parser parser;
+    parser.setPath(&path);
+    parser.setObserver(&counter);
+    parser.parseBuffer({svg.data(), svg.size()});
+    json losses = counter.take();
+    if (path.outlines().empty()) {
+        losses.push_back({{"line", 0}, {"message", "no stroke will be drawn"}, {"count", 1}});
+    }
+    return losses;
+}
+
+/// The name that a file has elsewhere, without what leads out of a folder or hides in one.
+std::string plainName(const std::string& given) {
+    std::string name = given.substr(given.find_last_of("/\\") + 1);
+    std::replace_if(
+        name.begin(), name.end(),
+        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; }, '_');
+    name.erase(0, name.find_first_not_of('.'));
+    return name;
+}
+
+} // namespace
+
+std::string bytesOfBase64(std::string text) {
+    using Decoded = boost::archive::iterators::transform_width<
+        boost::archive::iterators::binary_from_base64<std::string::const_iterator>, 8, 6>;
+    const Refusal unreadable{400, "the file did not arrive whole", "drop it again"};
+    if (text.size() % 4 != 0) {
+        throw unreadable;
+    }
+    std::size_t padding = 0;
+    for (; padding < 2 && !text.empty() && text[text.size() - 1 - padding] == '='; ++padding) {
+        text[text.size() - 1 - padding] = 'A';
+    }
+    try {
+        std::string bytes(Decoded(text.cbegin()), Decoded(text.cend()));
+        bytes.resize(bytes.size() - std::min(padding, bytes.size()));
+        return bytes;
+    } catch (const boost::archive::iterators::dataflow_exception&) {
+        throw unreadable;
+    }
+}
+
+json takeDrop(SceneFolder& folder, const std::string& name, std::string_view bytes) {
+    std::string plain = plainName(name);
+    const auto path = folder.pathOf(plain, {FileKind::Svg, FileKind::Picture, FileKind::Clip});
+    if (!folder.holds(path, bytes)) {
+        plain = folder.freeName(plain);
+        folder.write(folder.pathOf(plain), bytes, Overwrite::No);
+    }
+    json losses = kindOf(plain) == FileKind::Svg ? lossesOf(bytes) : json::array();
+    return {{"name", plain}, {"losses", std::move(losses)}};
+}
+
+} // namespace orbel::studio

@@ -1,0 +1,65 @@
+#include "studio/FolderWatch.h"
+
+#include "studio/FileStamp.h"
+
+#include <chrono>
+#include <utility>
+
+namespace orbel::studio {
+
+namespace {
+
+constexpr std::chrono::milliseconds interval{500};
+constexpr std::chrono::milliseconds step{50};
+
+} // namespace
+
+FolderWatch::FolderWatch(SceneFolder* folder, EventHub* events,
+                         std::function<std::set<std::string>()> scenes)
+    : m_folder(folder),
+      m_events(events),
+      m_scenes(std::move(scenes)),
+      m_folderStamp(stampOf(folder->path())) {
+    m_thread = std::thread([this] {
+        for (auto rest = interval; !m_ending; rest -= step) {
+            if (rest.count() <= 0) {
+                look();
+                rest = interval;
+            }
+            std::this_thread::sleep_for(step);
+        }
+    });
+}
+
+FolderWatch::~FolderWatch() {
+    m_ending = true;
+    m_thread.join();
+}
+
+void FolderWatch::look() {
+    for (const std::string& scene : m_scenes()) {
+        lookAt(scene);
+    }
+    if (std::string stamp = stampOf(m_folder->path()); stamp != m_folderStamp) {
+        m_folderStamp = std::move(stamp);
+        m_events->tell({{"event", "files"}});
+    }
+}
+
+void FolderWatch::lookAt(const std::string& scene) {
+    try {
+        const std::filesystem::path file = m_folder->pathOf(scene);
+        std::string stamp = stampOf(file);
+        const auto [known, isNew] = m_stamps.emplace(scene, stamp);
+        if (isNew || known->second == stamp) {
+            return;
+        }
+        known->second = std::move(stamp);
+        m_events->tell(
+            {{"event", "disk"}, {"name", scene}, {"revision", revisionOf(m_folder->read(file))}});
+    } catch (const Refusal&) {
+        // Became something that is no scene; whoever saves there will hear of it.
+    }
+}
+
+} // namespace orbel::studio

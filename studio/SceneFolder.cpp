@@ -1,0 +1,274 @@
+#include "studio/SceneFolder.h"
+
+#include "scene/Diagnostics.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <ctime>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orbel::studio {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t mostListed = 2000;
+
+using Ending = std::pair<std::string_view, FileKind>;
+constexpr std::array<Ending, 16> endings{{{".svg", FileKind::Svg},
+                                          {".png", FileKind::Picture},
+                                          {".jpg", FileKind::Picture},
+                                          {".jpeg", FileKind::Picture},
+                                          {".tif", FileKind::Picture},
+                                          {".tiff", FileKind::Picture},
+                                          {".exr", FileKind::Picture},
+                                          {".bmp", FileKind::Picture},
+                                          {".webp", FileKind::Picture},
+                                          {".mp4", FileKind::Clip},
+                                          {".mov", FileKind::Clip},
+                                          {".mkv", FileKind::Clip},
+                                          {".webm", FileKind::Clip},
+                                          {".avi", FileKind::Clip},
+                                          {".m4v", FileKind::Clip},
+                                          {".json", FileKind::Scene}}};
+
+const char* wordOf(FileKind kind) {
+    switch (kind) {
+    case FileKind::Svg:
+        return "svg";
+    case FileKind::Picture:
+        return "picture";
+    case FileKind::Clip:
+        return "clip";
+    case FileKind::Scene:
+        return "scene";
+    default:
+        return "other";
+    }
+}
+
+/// Nothing but a name: no way out of the folder, nothing hidden, nothing that no keyboard types.
+bool isPlainName(const std::string& name) {
+    return !name.empty() && name.size() <= 200 && name.front() != '.' &&
+           std::none_of(name.begin(), name.end(), [](char c) {
+               return c == '/' || c == '\\' || c == 0x7f || static_cast<unsigned char>(c) < 0x20;
+           });
+}
+
+[[noreturn]] void refuseWriting(const fs::path& file, int code) {
+    const bool full = code == ENOSPC || code == EDQUOT || code == EFBIG;
+    throw Refusal{full ? 507 : 500,
+                  inQuotes(file.filename().string()) + " cannot be written (" +
+                      std::generic_category().message(code) + ")",
+                  full ? "free some room; what was there before is unharmed"
+                       : "check the folder and its permissions"};
+}
+
+/// A file under a passing name, gone again unless it is put in its place.
+class PassingFile {
+public:
+    explicit PassingFile(const fs::path& target)
+        : m_target(target), m_name((target.parent_path() / ".orbel-XXXXXX").string()) {
+        m_handle = mkstemp(m_name.data());
+        if (m_handle < 0) {
+            refuseWriting(target, errno);
+        }
+    }
+    PassingFile(const PassingFile&) = delete;
+    PassingFile& operator=(const PassingFile&) = delete;
+    ~PassingFile() {
+        close(m_handle);
+        unlink(m_name.c_str());
+    }
+
+    void write(std::string_view bytes) const {
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(m_handle, bytes.data(), bytes.size());
+            if (written < 0 && errno != EINTR) {
+                refuseWriting(m_target, errno);
+            }
+            bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+        }
+        if (fsync(m_handle) != 0) {
+            refuseWriting(m_target, errno);
+        }
+    }
+
+    void takePermissions() const {
+        struct stat old = {};
+        const bool exists = stat(m_target.c_str(), &old) == 0;
+        static_cast<void>(fchmod(m_handle, exists ? old.st_mode & 07777 : usualMode()));
+    }
+
+    void putInPlace(Overwrite overwrite) const {
+        const int code = overwrite == Overwrite::Yes ? rename(m_name.c_str(), m_target.c_str())
+                                                     : link(m_name.c_str(), m_target.c_str());
+        if (code != 0 && errno == EEXIST) {
+            throw Refusal{409, inQuotes(m_target.filename().string()) + " exists already",
+                          "choose another name, or overwrite it"};
+        }
+        if (code != 0) {
+            refuseWriting(m_target, errno);
+        }
+    }
+
+private:
+    static mode_t usualMode() {
+        const mode_t mask = umask(022);
+        umask(mask);
+        return 0666 & ~mask;
+    }
+
+    const fs::path& m_target;
+    std::string m_name;
+    int m_handle = -1;
+};
+
+/// When the file was written: "2026-01-31T12:00:00Z".
+std::string timeOf(const fs::path& file) {
+    struct stat state = {};
+    struct tm time = {};
+    if (stat(file.c_str(), &state) != 0 || gmtime_r(&state.st_mtim.tv_sec, &time) == nullptr) {
+        return "";
+    }
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &time)};
+}
+
+} // namespace
+
+FileKind kindOf(std::string_view name) {
+    std::string small(name);
+    std::transform(small.begin(), small.end(), small.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    const auto found = std::find_if(endings.begin(), endings.end(), [&](const Ending& ending) {
+        return small.size() > ending.first.size() && small.ends_with(ending.first);
+    });
+    return found == endings.end() ? FileKind::Other : found->second;
+}
+
+std::string revisionOf(const std::optional<std::string>& bytes) {
+    return bytes ? std::to_string(bytes->size()) + "-" +
+                       std::to_string(std::hash<std::string>{}(*bytes))
+                 : "";
+}
+
+SceneFolder::SceneFolder(fs::path folder) : m_folder(std::move(folder)) {}
+
+fs::path SceneFolder::pathOf(const std::string& name) const {
+    const Refusal unknown{404, "there is no such file in the scene's folder",
+                          "name a file, without a folder"};
+    if (!isPlainName(name)) {
+        throw unknown;
+    }
+    fs::path file = m_folder / name;
+    std::error_code error;
+    const fs::path real = fs::weakly_canonical(file, error);
+    if (error || real.parent_path() != fs::weakly_canonical(m_folder, error)) {
+        throw unknown;
+    }
+    return file;
+}
+
+fs::path SceneFolder::pathOf(const std::string& name, std::initializer_list<FileKind> kinds) const {
+    fs::path file = pathOf(name);
+    if (std::find(kinds.begin(), kinds.end(), kindOf(name)) == kinds.end()) {
+        throw Refusal{400, "the ending of " + inQuotes(name) + " does not fit",
+                      "scenes end in .json, shapes in .svg"};
+    }
+    return file;
+}
+
+std::optional<std::string> SceneFolder::read(const fs::path& file) const {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (!fs::exists(status)) {
+        return std::nullopt;
+    }
+    const std::string name = inQuotes(file.filename().string());
+    if (!fs::is_regular_file(status)) {
+        throw Refusal{400, name + " is not a file", "name a scene file"};
+    }
+    if (fs::file_size(file, error) > largestScene) {
+        throw Refusal{400, name + " is larger than 16 MiB", "is it a scene?"};
+    }
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (!stream.is_open() || stream.bad()) {
+        throw Refusal{400, name + " cannot be read", "check its permissions"};
+    }
+    return bytes;
+}
+
+void SceneFolder::write(const fs::path& file, std::string_view bytes, Overwrite overwrite) {
+    std::error_code error;
+    const bool linked = fs::is_symlink(file, error);
+    const fs::path target = linked ? fs::weakly_canonical(file, error) : file;
+    const PassingFile passing(target);
+    passing.takePermissions();
+    passing.write(bytes);
+    passing.putInPlace(overwrite);
+}
+
+bool SceneFolder::holds(const fs::path& file, std::string_view bytes) {
+    std::error_code error;
+    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) != bytes.size()) {
+        return false;
+    }
+    std::ifstream stream(file, std::ios::binary);
+    return std::equal(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>(),
+                      bytes.begin(), bytes.end());
+}
+
+std::string SceneFolder::freeName(const std::string& name) const {
+    const fs::path whole = name;
+    std::string free = name;
+    std::error_code error;
+    for (int number = 2; fs::exists(fs::symlink_status(m_folder / free, error)); ++number) {
+        free = whole.stem().string() + "-" + std::to_string(number) + whole.extension().string();
+    }
+    return free;
+}
+
+json SceneFolder::list() const {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator file(m_folder, error), end; !error && file != end;
+         file.increment(error)) {
+        std::string name = file->path().filename().string();
+        std::error_code unknown;
+        if (isPlainName(name) && kindOf(name) != FileKind::Other &&
+            file->is_regular_file(unknown) && names.size() < mostListed) {
+            names.push_back(std::move(name));
+        }
+    }
+    std::sort(names.begin(), names.end());
+    json files = json::array();
+    for (const std::string& name : names) {
+        files.push_back({{"name", name}, {"kind", wordOf(kindOf(name))}});
+    }
+    return files;
+}
+
+fs::path SceneFolder::journalOf(const std::string& scene) const {
+    return m_folder / ("." + scene + ".orbel-journal");
+}
+
+json SceneFolder::journal(const std::string& scene) const {
+    const fs::path file = journalOf(scene);
+    const std::optional<std::string> text = read(file);
+    return text ? json{{"text", *text}, {"savedAt", timeOf(file)}} : json(nullptr);
+}
+
+} // namespace orbel::studio

@@ -1,0 +1,161 @@
+// Playing and exporting: everything in which frames follow each other.
+
+import type { ExportOrder, Job } from "../link/api";
+import { LinkError } from "../link/client";
+import type { Session } from "./session";
+import { filmRange, filmRate, filmSize, playRange } from "./state";
+import { shownSize } from "./picture";
+
+export class Film {
+  #stop: AbortController | null = null;
+
+  constructor(private readonly session: Session) {}
+
+  /** Device pixels in which the picture stands on the screen; the viewport keeps it right. */
+  shown: readonly [number, number] = [1280, 720];
+
+  get playing(): boolean {
+    return this.session.state.playing !== 0;
+  }
+
+  toggle(): void {
+    if (this.playing) this.stop();
+    else this.play(1);
+  }
+
+  stop(): void {
+    this.#stop?.abort();
+    this.#stop = null;
+    if (this.playing) this.session.update({ playing: 0 });
+  }
+
+  /** Plays at a rate in films' seconds a second: 1 forward, -1 backward, 2 twice as fast. */
+  play(rate: number): void {
+    this.stop();
+    const [first, last] = playRange(this.session.state);
+    if (first >= last) return;
+    const stop = new AbortController();
+    this.#stop = stop;
+    this.session.update({ playing: rate, dropped: 0 });
+    const run = rate === 1 ? this.stream(stop) : this.chase(rate, stop);
+    run
+      .catch((reason: unknown) => {
+        if (!stop.signal.aborted) this.session.fail("play", reason);
+      })
+      .finally(() => {
+        if (this.#stop === stop) this.stop();
+      });
+  }
+
+  /** The server's own pace: frames it cannot draw in time are left out and counted here. */
+  private async stream(stop: AbortController): Promise<void> {
+    const { session } = this;
+    const [first, last] = playRange(session.state);
+    const start = this.startFrame(first, last, 1);
+    let before = start - 1;
+    const orders = this.order();
+    const show = (frame: number) => {
+      const skipped = frame > before ? frame - before - 1 : last - before + frame - first;
+      before = frame;
+      const dropped = session.state.dropped + Math.max(0, skipped);
+      session.update({ frame, dropped });
+      if (frame >= last && !session.state.settings.loop) stop.abort();
+    };
+    for (let from = start; !stop.signal.aborted; from = first) {
+      await session.frames.play({ ...orders, from, to: last }, stop.signal, (pixels) => {
+        if (stop.signal.aborted) return;
+        session.picture.screen?.paint(pixels);
+        show(pixels.frame);
+      });
+      if (!session.state.settings.loop) return;
+      before = first - 1;
+    }
+  }
+
+  private order() {
+    const { state, text } = this.session;
+    const size = filmSize(state);
+    const [width, height] = shownSize({ size, shown: this.shown });
+    return { text, width, height, ground: state.settings.ground };
+  }
+
+  private startFrame(first: number, last: number, rate: number): number {
+    const { frame } = this.session.state;
+    if (frame < first || frame > last) return rate > 0 ? first : last;
+    if (rate > 0 && frame >= last) return first;
+    return rate < 0 && frame <= first ? last : frame;
+  }
+
+  /** Backward and at other speeds: the playhead follows the clock, the picture follows it. */
+  private async chase(rate: number, stop: AbortController): Promise<void> {
+    const { session } = this;
+    const [first, last] = playRange(session.state);
+    const length = last - first + 1;
+    const start = this.startFrame(first, last, rate);
+    const since = performance.now();
+    const fps = filmRate(session.state);
+    for (let before = start; !stop.signal.aborted; ) {
+      await nextDisplayFrame();
+      if (!session.picture.idle || stop.signal.aborted) continue;
+      const gone = Math.floor(((performance.now() - since) / 1000) * fps * Math.abs(rate)) * Math.sign(rate);
+      const frame = first + (((start - first + gone) % length) + length) % length;
+      if (frame === before) continue;
+      const moved = (((frame - before) * Math.sign(rate)) % length + length) % length;
+      before = frame;
+      const skipped = Math.max(0, moved - Math.max(1, Math.abs(rate)));
+      session.update({ frame, dropped: session.state.dropped + skipped });
+    }
+  }
+
+  // ---- Export
+
+  async export(order: Omit<ExportOrder, "text">): Promise<void> {
+    const { session } = this;
+    try {
+      await session.api.export({ ...order, text: session.text });
+      session.dismiss("export");
+      await this.readJobs();
+    } catch (reason) {
+      if (!(reason instanceof LinkError) || reason.status !== 409) return session.fail("export", reason);
+      session.tell("export", reason.failure.error, reason.failure.remedy, [
+        { label: "Write over it", run: () => void this.export({ ...order, overwrite: true }) },
+      ]);
+    }
+  }
+
+  async cancel(job: Job["job"]): Promise<void> {
+    try {
+      await this.session.api.cancel(job);
+      await this.readJobs();
+    } catch (reason) {
+      this.session.fail("export", reason);
+    }
+  }
+
+  async readJobs(told?: readonly Job[]): Promise<void> {
+    try {
+      this.session.setJobs(told ?? (await this.session.api.jobs()).jobs);
+    } catch (reason) {
+      this.session.fail("export", reason);
+    }
+  }
+
+  /** A place where the finished film can be seen. */
+  async result(job: Job["job"]): Promise<string | null> {
+    try {
+      const { ticket } = await this.session.api.ticket(job);
+      return `/result/${ticket}`;
+    } catch (reason) {
+      this.session.fail("export", reason);
+      return null;
+    }
+  }
+
+  exportRange(): readonly [number, number] {
+    return filmRange(this.session.state);
+  }
+}
+
+function nextDisplayFrame(): Promise<void> {
+  return new Promise((resolve) => requestAnimationFrame(() => resolve()));
+}

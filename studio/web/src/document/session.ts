@@ -1,0 +1,315 @@
+// The studio as a whole: holds the state, applies what a person does, and keeps the server told.
+
+import { Api, type Job, type SceneAnswer } from "../link/api";
+import { Client, failureOf, LinkError } from "../link/client";
+import { listen, type ServerEvent } from "../link/events";
+import { FrameLink } from "../link/frames";
+import { Newest } from "../link/newest";
+import { Editor, type KeyEdit, type KeyId } from "./edits";
+import { Film } from "./film";
+import { record, redo, redoName, startHistory, undo, undoName, type History } from "./history";
+import { Keeper } from "./keeper";
+import { PictureSource } from "./picture";
+import { readScene } from "./scene";
+import {
+  filmRange,
+  groupsInUse,
+  keepSettings,
+  loadSettings,
+  type Notice,
+  type NoticeAction,
+  type Settings,
+  type State,
+} from "./state";
+import { Table, type Row, type Value } from "./table";
+
+export class Session {
+  readonly client = new Client();
+  readonly api = new Api(this.client, () => this.state.file.name);
+  readonly frames = new FrameLink(this.client, () => this.state.file.name);
+  readonly picture = new PictureSource(
+    this.frames,
+    ({ milliseconds, exact, frame }) =>
+      this.update({ picture: { milliseconds, exact, frame, failure: null } }),
+    (failure, lost) => {
+      if (lost) this.lost();
+      this.update({ picture: { ...this.state.picture, failure } });
+    },
+  );
+  readonly film = new Film(this);
+  readonly keeper = new Keeper(this);
+  state: State;
+  #listeners = new Set<() => void>();
+  #gestures = 0;
+  #gesture: number | null = null;
+  readonly #checks = new Newest(
+    (text: string) => this.api.check(text),
+    (check) => this.update({ check }),
+    () => undefined,
+  );
+
+  constructor() {
+    this.state = emptyState();
+  }
+
+  subscribe(listener: () => void): () => void {
+    this.#listeners.add(listener);
+    return () => this.#listeners.delete(listener);
+  }
+
+  update(part: Partial<State>): void {
+    this.state = { ...this.state, ...part };
+    this.#listeners.forEach((listener) => listener());
+  }
+
+  setSettings(part: Partial<Settings>): void {
+    const settings = { ...this.state.settings, ...part };
+    keepSettings(settings);
+    this.update({ settings });
+  }
+
+  // ---- Opening
+
+  /** Opens with the key of the address, or with the token that this tab kept. */
+  async start(key: string | null): Promise<void> {
+    try {
+      if (key) await this.client.open(key);
+      const [table, scene] = await Promise.all([this.api.table(), this.api.scene()]);
+      this.update({ table: new Table(table) });
+      this.load(scene);
+      void listen(this.client, (event) => this.hear(event), (up, reason) => this.line(up, reason));
+      void this.film.readJobs();
+    } catch (reason) {
+      this.update({ phase: "locked" });
+      this.tell("locked", failureOf(reason).error, failureOf(reason).remedy);
+    }
+  }
+
+  /** A new key while the page is open: the server was started again. The work stays. */
+  async reopen(key: string): Promise<void> {
+    if (this.state.phase !== "ready") return this.start(key);
+    try {
+      await this.client.open(key);
+      this.line(true);
+    } catch (reason) {
+      this.fail("link", reason);
+    }
+  }
+
+  /** Shows a scene that the server sent. */
+  load(answer: SceneAnswer): void {
+    const { name, folder, revision, exists, files, text, journal } = answer;
+    this.film.stop();
+    this.picture.stale();
+    this.update({
+      phase: "ready",
+      file: { name, folder, revision, exists, files, savedText: text },
+      selection: new Set(),
+      loopRange: null,
+      check: null,
+      lastScene: null,
+      panel: null,
+    });
+    this.setHistory(startHistory(text));
+    this.update({ usedGroups: groupsInUse(this.state.scene) });
+    const [first, last] = filmRange(this.state);
+    this.update({ frame: first, time: { from: first, to: Math.max(last, first + 1) } });
+    this.keeper.offerJournal(text, journal);
+  }
+
+  // ---- Changing the text
+
+  get text(): string {
+    return this.state.history.text;
+  }
+
+  edit(): Editor {
+    return new Editor(this.text, this.state.table);
+  }
+
+  editOf(text: string): Editor {
+    return new Editor(text, this.state.table);
+  }
+
+  private setHistory(history: History): void {
+    const scene = readScene(history.text, this.state.table);
+    const lastScene = scene.fault ? this.state.lastScene : scene;
+    this.update({ history, scene, lastScene });
+    this.#checks.request(history.text);
+    this.keeper.changed();
+  }
+
+  /** One step of the undo list, or a part of the gesture that is under way. */
+  change(name: string, text: string): void {
+    const next = record(this.state.history, name, text, this.#gesture);
+    if (next === this.state.history) return;
+    this.setHistory(next);
+  }
+
+  beginGesture(): void {
+    this.#gesture = ++this.#gestures;
+  }
+
+  endGesture(): void {
+    this.#gesture = null;
+  }
+
+  changeKeys(name: string, edit: KeyEdit): void {
+    this.change(name, edit.text);
+    this.update({ selection: edit.selection });
+  }
+
+  setValue(row: Row, value: Value, name = `change ${row.label}`): void {
+    const asKey = this.state.settings.autoKey && row.animatable;
+    this.change(name, this.edit().setValue(row, this.state.frame, value, asKey));
+  }
+
+  select(selection: ReadonlySet<KeyId>): void {
+    this.update({ selection });
+  }
+
+  undo(): void {
+    const name = undoName(this.state.history);
+    if (name) this.setHistory(undo(this.state.history));
+  }
+
+  redo(): void {
+    const name = redoName(this.state.history);
+    if (name) this.setHistory(redo(this.state.history));
+  }
+
+  // ---- Time
+
+  /** The playhead to a frame of the film; playing ends. */
+  goTo(frame: number): void {
+    this.film.stop();
+    const [first, last] = filmRange(this.state);
+    const held = Math.min(last, Math.max(first, Math.round(frame)));
+    if (held !== this.state.frame) this.update({ frame: held });
+  }
+
+  // ---- Telling
+
+  tell(
+    id: string,
+    text: string,
+    remedy = "",
+    actions: NoticeAction[] = [],
+    tone: Notice["tone"] = "warn",
+  ): void {
+    const others = this.state.notices.filter((notice) => notice.id !== id);
+    this.update({ notices: [...others, { id, tone, text, remedy, actions }] });
+  }
+
+  fail(id: string, reason: unknown): void {
+    if (reason instanceof LinkError && reason.lost) return this.lost();
+    const { error, remedy } = failureOf(reason);
+    this.tell(id, error, remedy);
+  }
+
+  dismiss(id: string): void {
+    this.update({ notices: this.state.notices.filter((notice) => notice.id !== id) });
+  }
+
+  // ---- The server's line
+
+  private hear(event: ServerEvent): void {
+    switch (event.event) {
+      case "disk":
+        void this.keeper.diskChanged(event.revision);
+        break;
+      case "jobs":
+        void this.film.readJobs(event.jobs);
+        break;
+      case "files":
+        void this.readFiles();
+        break;
+      case "ending":
+        void this.keeper.ending();
+        break;
+      case "alive":
+        break;
+    }
+  }
+
+  async readFiles(): Promise<void> {
+    try {
+      const { files } = await this.api.files();
+      this.update({ file: { ...this.state.file, files } });
+      this.picture.stale();
+      this.update({});
+    } catch (reason) {
+      this.fail("files", reason);
+    }
+  }
+
+  private line(connected: boolean, reason?: unknown): void {
+    if (!connected) {
+      const refused = reason instanceof LinkError && reason.status === 403;
+      return this.lost(refused);
+    }
+    this.dismiss("link");
+    if (this.state.connected) return;
+    this.update({ connected: true });
+    this.picture.stale();
+    this.#checks.request(this.text);
+    this.keeper.returned();
+  }
+
+  /** The server is away, or was started anew and wants its own key. */
+  lost(refused = false): void {
+    this.film.stop();
+    this.keeper.keepHere();
+    if (this.state.connected) this.update({ connected: false });
+    const remedy = refused
+      ? "Open the address that orbel studio printed in this tab; what you did stays."
+      : "What you did stays in this page; start orbel studio again and open its address in this tab.";
+    this.tell("link", refused ? "The studio was started anew." : "The studio's server does not answer.", remedy);
+  }
+
+  setJobs(jobs: readonly Job[]): void {
+    this.update({ jobs });
+  }
+}
+
+function emptyState(): State {
+  const table = new Table({
+    version: "",
+    rows: [],
+    groups: [],
+    rules: [],
+    shapes: [],
+    formats: [],
+    easings: [],
+    endings: [],
+  });
+  return {
+    phase: "opening",
+    table,
+    file: { name: "", folder: "", revision: "", savedText: "", exists: false, files: [] },
+    history: startHistory("{}"),
+    scene: readScene("{}", table),
+    lastScene: null,
+    check: null,
+    frame: 0,
+    selection: new Set(),
+    copiedKeys: [],
+    copiedValue: null,
+    activeRow: null,
+    filter: { search: "", changed: false, animated: false },
+    usedGroups: new Set(),
+    time: { from: 0, to: 1 },
+    loopRange: null,
+    playing: 0,
+    dropped: 0,
+    before: false,
+    picture: { milliseconds: 0, exact: true, failure: null, frame: 0 },
+    panel: null,
+    notices: [],
+    jobs: [],
+    losses: null,
+    connected: true,
+    saving: false,
+    settings: loadSettings(),
+  };
+}

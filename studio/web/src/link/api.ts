@@ -1,0 +1,130 @@
+// The server's calls and the shapes of their answers.
+
+import type { TableData } from "../document/table";
+import type { Client } from "./client";
+
+export interface FolderFile {
+  name: string;
+  kind: "svg" | "picture" | "clip" | "scene";
+}
+
+export interface SceneAnswer {
+  name: string;
+  path: string;
+  folder: string;
+  text: string;
+  revision: string;
+  exists: boolean;
+  journal: { text: string; savedAt: string } | null;
+  files: FolderFile[];
+}
+
+export interface SceneProblem {
+  message: string;
+  pointer: string;
+  line: number;
+  column: number;
+  remedy: string;
+}
+
+export interface Plan {
+  size: [number, number];
+  fps: number;
+  frames: [number, number];
+  format: string;
+  input: {
+    kind: string;
+    size?: [number, number] | null;
+    fps?: number | null;
+    frames?: number | null;
+  };
+}
+
+export interface CheckAnswer {
+  problems: SceneProblem[];
+  plan: Plan | null;
+}
+
+export interface PixelAnswer {
+  straight: number[];
+  premultiplied: number[];
+  format: string;
+}
+
+export interface PathAnswer {
+  paths: number[][];
+  fractions?: number[][];
+  start: [number, number] | null;
+  end: [number, number] | null;
+  position: [number, number];
+  camera: [number, number];
+}
+
+export interface Job {
+  job: number | string;
+  name: string;
+  state: "waiting" | "running" | "done" | "failed" | "cancelled";
+  done: number;
+  total: number;
+  secondsLeft: number | null;
+  error: string;
+  remedy: string;
+}
+
+export interface Loss {
+  line: number;
+  message: string;
+  count: number;
+}
+
+export interface DropAnswer {
+  name: string;
+  losses: Loss[];
+  converted?: boolean;
+}
+
+export interface ExportOrder {
+  text: string;
+  name: string;
+  from: number;
+  to: number;
+  /** Absent: the scene's own size. */
+  width?: number | undefined;
+  height?: number | undefined;
+  overwrite: boolean;
+}
+
+export class Api {
+  /** `scene` names the scene that calls are about: a server that was restarted does not know. */
+  constructor(
+    readonly client: Client,
+    private readonly sceneName: () => string,
+  ) {}
+
+  table = () => this.client.get<TableData>("/api/table");
+  scene = () => this.client.get<SceneAnswer>("/api/scene");
+  files = () => this.client.get<{ files: FolderFile[] }>("/api/files");
+  jobs = () => this.client.get<{ jobs: Job[] }>("/api/jobs");
+
+  openScene = (name: string) => this.client.post<SceneAnswer>("/api/open-scene", { name });
+  check = (text: string) => this.about<CheckAnswer>("/api/check", { text });
+  save = (text: string, revision: string, overwrite: boolean) =>
+    this.about<{ revision: string }>("/api/save", { text, revision, overwrite });
+  saveAs = (name: string, text: string, overwrite: boolean) =>
+    this.client.post<{ name: string; revision: string }>("/api/save-as", { name, text, overwrite });
+  journal = (text: string) => this.about<object>("/api/journal", { text });
+  clearJournal = () => this.about<object>("/api/journal", { clear: true });
+  pixel = (text: string, frame: number, x: number, y: number) =>
+    this.about<PixelAnswer>("/api/pixel", { text, frame, x, y });
+  path = (text: string, frame: number) => this.about<PathAnswer>("/api/path", { text, frame });
+  dropFile = (name: string, base64: string) =>
+    this.client.post<DropAnswer>("/api/drop", { name, base64 });
+  export = (order: ExportOrder) =>
+    this.client.post<{ job: Job["job"] }>("/api/export", { ...order, scene: this.sceneName() });
+  cancel = (job: Job["job"]) => this.client.post<object>("/api/cancel", { job });
+  ticket = (job: Job["job"]) => this.client.post<{ ticket: string }>("/api/ticket", { job });
+
+  private about<T>(path: string, body: object): Promise<T> {
+    return this.client.post<T>(path, { ...body, name: this.sceneName() });
+  }
+}

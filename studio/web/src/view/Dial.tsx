@@ -1,0 +1,79 @@
+import type { Row } from "../document/table";
+import { tidy } from "../document/writing";
+import { drag } from "./hooks";
+
+interface Props {
+  row: Row;
+  value: number;
+  shown: string;
+  disabled: boolean;
+  change: (value: number) => void;
+  begin: () => void;
+  end: () => void;
+}
+
+/** Degrees on a dial; going round counts turns. Ctrl snaps to 15 degrees. */
+export function Dial({ row, value, shown, disabled, change, begin, end }: Props) {
+  const press = (event: PointerEvent & { currentTarget: HTMLElement }): void => {
+    if (disabled || event.button !== 0) return;
+    const box = event.currentTarget.getBoundingClientRect();
+    const centre = [box.left + box.width / 2, box.top + box.height / 2] as const;
+    let last = bearing(centre, event);
+    let turned = value;
+    begin();
+    drag(event, {
+      threshold: 2,
+      move: (_dx, _dy, next) => {
+        const now = bearing(centre, next);
+        turned += ((now - last + 540) % 360) - 180;
+        last = now;
+        const step = next.ctrlKey ? 15 : next.shiftKey ? 0.1 : 1;
+        change(tidy(Math.round(turned / step) * step));
+      },
+      end,
+    });
+  };
+  const turn = (event: KeyboardEvent): void => {
+    const direction = { ArrowLeft: -1, ArrowDown: -1, ArrowRight: 1, ArrowUp: 1 }[event.key] ?? 0;
+    if (direction === 0 || disabled || event.altKey) return;
+    event.preventDefault();
+    change(tidy(value + direction * (event.shiftKey ? 0.1 : event.ctrlKey ? 15 : 1)));
+  };
+  return (
+    <div class="dialplace">
+      <div
+        class="dial"
+        role="slider"
+        tabIndex={disabled ? -1 : 0}
+        aria-label={row.label}
+        aria-disabled={disabled}
+        aria-valuemin={row.min ?? -3600}
+        aria-valuemax={row.max ?? 3600}
+        aria-valuenow={value}
+        aria-valuetext={shown}
+        onPointerDown={press}
+        onKeyDown={turn}
+      >
+        <i style={{ transform: `rotate(${value}deg)` }} />
+      </div>
+      <Turns value={value} />
+    </div>
+  );
+}
+
+/** Whole turns as dots behind the dial. */
+function Turns({ value }: { value: number }) {
+  const turns = Math.min(10, Math.abs(Math.trunc(value / 360)));
+  return (
+    <span class="turns" aria-hidden="true">
+      {Array.from({ length: turns }, (_, index) => (
+        <i key={index} />
+      ))}
+    </span>
+  );
+}
+
+/** Degrees clockwise from twelve o'clock. */
+function bearing([x, y]: readonly [number, number], event: PointerEvent): number {
+  return (Math.atan2(event.clientX - x, y - event.clientY) * 180) / Math.PI;
+}

@@ -1,0 +1,59 @@
+import { sliderShare, sliderValue } from "../document/display";
+import type { Row } from "../document/table";
+import { drag } from "./hooks";
+
+interface Props {
+  row: Row;
+  value: number;
+  shown: string;
+  disabled: boolean;
+  change: (value: number) => void;
+  begin: () => void;
+  end: () => void;
+}
+
+/** A slider over the row's slider range; the value itself may lie beyond it. */
+export function Slider({ row, value, shown, disabled, change, begin, end }: Props) {
+  const low = sliderShare(row, Math.max(row.sliderMin ?? 0, 0));
+  const share = sliderShare(row, value);
+  const press = (event: PointerEvent & { currentTarget: HTMLElement }): void => {
+    if (disabled || event.button !== 0) return;
+    const box = event.currentTarget.getBoundingClientRect();
+    const at = (x: number, fine: boolean) => change(sliderValue(row, (x - box.left - 5) / (box.width - 10), fine));
+    begin();
+    at(event.clientX, event.shiftKey);
+    drag(event, { move: (_dx, _dy, next) => at(next.clientX, next.shiftKey), end });
+  };
+  const step = (event: KeyboardEvent): void => {
+    const direction = { ArrowLeft: -1, ArrowDown: -1, ArrowRight: 1, ArrowUp: 1 }[event.key] ?? 0;
+    if (direction === 0 || disabled || event.altKey) return;
+    event.preventDefault();
+    const size = sliderStep(row) * (event.shiftKey ? 0.1 : event.ctrlKey ? 10 : 1);
+    change(value + direction * size);
+  };
+  return (
+    <div
+      class="slider"
+      role="slider"
+      tabIndex={disabled ? -1 : 0}
+      aria-label={row.label}
+      aria-disabled={disabled}
+      aria-valuemin={row.sliderMin ?? 0}
+      aria-valuemax={row.sliderMax ?? 1}
+      aria-valuenow={value}
+      aria-valuetext={shown}
+      onPointerDown={press}
+      onKeyDown={step}
+    >
+      <span class="groove">
+        <i style={{ left: `${Math.min(low, share) * 100}%`, width: `${Math.abs(share - low) * 100}%` }} />
+        <b style={{ left: `${share * 100}%` }} />
+      </span>
+    </div>
+  );
+}
+
+function sliderStep(row: Row): number {
+  const span = (row.sliderMax ?? 1) - (row.sliderMin ?? 0);
+  return 10 ** Math.floor(Math.log10(span / 20));
+}

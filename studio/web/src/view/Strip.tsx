@@ -1,0 +1,109 @@
+import { hexOf } from "../document/display";
+import { isReducedPicture, type State } from "../document/state";
+import type { PixelAnswer } from "../link/api";
+import type { Ground } from "../link/frames";
+import { useSession } from "./hooks";
+import { Icon, type IconName } from "./icons";
+
+export interface Pointed {
+  x: number;
+  y: number;
+}
+
+interface Props {
+  state: State;
+  scale: number;
+  fits: boolean;
+  pointed: Pointed | null;
+  pixel: PixelAnswer | null;
+  setZoom: (kind: string) => void;
+}
+
+/** What is shown: zoom, pointer, pixel, time to draw, exact or preview, frames dropped. */
+export function Strip({ state, scale, fits, pointed, pixel, setZoom }: Props) {
+  const { picture, dropped, playing } = state;
+  const percent = Math.round(scale * 100);
+  return (
+    <div class="strip">
+      <button aria-pressed={fits} title="Fit the picture (F)" onClick={() => setZoom("fit")}>
+        Fit
+      </button>
+      <button aria-pressed={!fits && percent === 100} title="One to one (1)" onClick={() => setZoom("full")}>
+        100 %
+      </button>
+      <b class="zoom">{percent} %</b>
+      <Readout pointed={pointed} pixel={pixel} />
+      <span class="space" />
+      <span class="drawn" title="Time the frame took to draw; a preview stands for the exact frame while something moves">
+        {playing === 0 && <>{picture.milliseconds.toFixed(1)} ms · </>}
+        {playing === 0 && !isReducedPicture(state) ? "exact" : "preview"}
+      </span>
+      {(playing !== 0 || dropped > 0) && <span class="dropped">{dropped} dropped</span>}
+      <ViewSwitches state={state} />
+    </div>
+  );
+}
+
+function Readout({ pointed, pixel }: { pointed: Pointed | null; pixel: PixelAnswer | null }) {
+  if (!pointed) return <span class="readout" />;
+  const whole = pixel?.format.endsWith("8") ?? true;
+  const part = (value: number) => (whole ? String(value) : Number(value.toPrecision(4)).toString());
+  const scale = pixel?.format.endsWith("16") ? 32768 : whole ? 255 : 1;
+  return (
+    <span class="readout">
+      x {pointed.x} y {pointed.y}
+      {pixel && (
+        <>
+          <i class="chip" style={{ background: hexOf(pixel.straight.slice(0, 3).map((c) => c / scale)) }} />
+          <b title="Straight">{pixel.straight.slice(0, 3).map(part).join(" ")}</b>
+          <span>α {part(pixel.straight[3] ?? 0)}</span>
+          <span title="Premultiplied" class="premultiplied">
+            {pixel.premultiplied.slice(0, 3).map(part).join(" ")}
+          </span>
+        </>
+      )}
+    </span>
+  );
+}
+
+const switches: { name: "path" | "handles" | "safe"; label: string; icon: IconName }[] = [
+  { name: "path", label: "Path (P)", icon: "path" },
+  { name: "handles", label: "Handles (H)", icon: "handles" },
+  { name: "safe", label: "Safe areas (Shift S)", icon: "safe" },
+];
+
+function ViewSwitches({ state }: { state: State }) {
+  const session = useSession();
+  const { settings } = state;
+  return (
+    <span class="switches">
+      {switches.map(({ name, label, icon }) => (
+        <button
+          key={name}
+          class="square"
+          title={label}
+          aria-label={label}
+          aria-pressed={settings[name]}
+          onClick={() => session.setSettings({ [name]: !settings[name] })}
+        >
+          <Icon name={icon} />
+        </button>
+      ))}
+      <select
+        class="select"
+        aria-label="What lies under the picture"
+        title="What lies under the picture"
+        value={settings.ground}
+        onChange={(event) => {
+          session.setSettings({ ground: event.currentTarget.value as Ground });
+          event.currentTarget.blur();
+        }}
+      >
+        <option value="grid">Grid</option>
+        <option value="black">Black</option>
+        <option value="white">White</option>
+        <option value="#808080">Grey</option>
+      </select>
+    </span>
+  );
+}

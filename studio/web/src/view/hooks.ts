@@ -1,0 +1,103 @@
+// Small helpers that several components share.
+
+import { Component, createContext, h, type ComponentChild, type FunctionComponent } from "preact";
+import { useContext, useEffect, useRef, useState } from "preact/hooks";
+import type { Session } from "../document/session";
+
+export const Studio = createContext<Session | null>(null);
+
+export function useSession(): Session {
+  const session = useContext(Studio);
+  if (!session) throw new Error("no session around this component");
+  return session;
+}
+
+/** A component that is drawn again only when one of its properties is another value. */
+export function memo<P extends object>(view: FunctionComponent<P>): FunctionComponent<P> {
+  class Memo extends Component<P> {
+    override shouldComponentUpdate(next: P): boolean {
+      const now = this.props as unknown as Record<string, unknown>;
+      const then = next as unknown as Record<string, unknown>;
+      return Object.keys({ ...now, ...then }).some((key) => now[key] !== then[key]);
+    }
+    override render(): ComponentChild {
+      return h(view as FunctionComponent<object>, this.props);
+    }
+  }
+  return Memo as unknown as FunctionComponent<P>;
+}
+
+export interface DragMoves {
+  /** Movement since the press, in CSS pixels. */
+  move: (dx: number, dy: number, event: PointerEvent) => void;
+  end?: (moved: boolean, event: PointerEvent) => void;
+  /** Pixels before a press becomes a drag. */
+  threshold?: number;
+}
+
+/** Follows the pointer from a press to its release, wherever it goes. */
+export function drag(event: PointerEvent, { move, end, threshold = 0 }: DragMoves): void {
+  const { clientX, clientY, pointerId } = event;
+  let moved = false;
+  const onMove = (next: PointerEvent) => {
+    if (next.pointerId !== pointerId) return;
+    const dx = next.clientX - clientX;
+    const dy = next.clientY - clientY;
+    if (!moved && Math.hypot(dx, dy) < threshold) return;
+    moved = true;
+    move(dx, dy, next);
+  };
+  const onEnd = (next: PointerEvent) => {
+    if (next.pointerId !== pointerId) return;
+    window.removeEventListener("pointermove", onMove);
+    window.removeEventListener("pointerup", onEnd);
+    window.removeEventListener("pointercancel", onEnd);
+    end?.(moved, next);
+  };
+  window.addEventListener("pointermove", onMove);
+  window.addEventListener("pointerup", onEnd);
+  window.addEventListener("pointercancel", onEnd);
+}
+
+/** The size of an element in CSS pixels, kept up to date. */
+export function useSize<E extends HTMLElement>() {
+  const ref = useRef<E>(null);
+  const [size, setSize] = useState({ width: 0, height: 0 });
+  useEffect(() => {
+    const element = ref.current;
+    if (!element) return;
+    const observer = new ResizeObserver(() => {
+      setSize({ width: element.clientWidth, height: element.clientHeight });
+    });
+    observer.observe(element);
+    return () => observer.disconnect();
+  }, []);
+  return [ref, size] as const;
+}
+
+/** Calls when a press or the Escape key happens outside of the element. */
+export function useLeaving<E extends HTMLElement>(leave: () => void, active = true) {
+  const ref = useRef<E>(null);
+  useEffect(() => {
+    if (!active) return;
+    const press = (event: Event) => {
+      if (ref.current && !ref.current.contains(event.target as Node)) leave();
+    };
+    const key = (event: KeyboardEvent) => {
+      if (event.key !== "Escape") return;
+      event.stopPropagation();
+      leave();
+    };
+    window.addEventListener("pointerdown", press, true);
+    window.addEventListener("keydown", key, true);
+    return () => {
+      window.removeEventListener("pointerdown", press, true);
+      window.removeEventListener("keydown", key, true);
+    };
+  }, [active, leave]);
+  return ref;
+}
+
+export function classes(...names: (string | false | null | undefined)[]): string {
+  return names.filter(Boolean).join(" ");
+}
