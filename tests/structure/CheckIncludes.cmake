@@ -29,7 +29,10 @@ set(may_tools "(tools/.+|${films})")
 # The shape cache keeps its entries for an effect instance, so it alone knows instance data.
 set(may_shapes_ShapeCache "(shapes/.+|${seam}|params/InstanceData[.]h)")
 
-# A plug-in that takes scenes renders them through the in-memory host.
+# Plug-ins hold their own pictures as the in-memory host does; one that takes scenes renders them
+# through it.
+set(may_doors_ofx "(doors/(ofx|memory)/.+|${core})")
+set(may_doors_fxplug "(doors/(fxplug|memory)/.+|${core})")
 set(may_doors_frei0r "(doors/(frei0r|memory)/.+|scene/.+|${core})")
 
 # System headers of the core: the C++ library, the XML parser, what opens a file, vectors and
