@@ -5,7 +5,6 @@
 #include "shapes/SvgReport.h"
 
 #include <array>
-#include <bitset>
 #include <cstddef>
 #include <string_view>
 
@@ -15,8 +14,8 @@ namespace orbel {
 /// the file's own; with `relative` they are offsets from the current point.
 class path_renderer {
 public:
-    /// `report` is borrowed; null for none.
-    explicit path_renderer(SvgReport* report) : m_report(report) {}
+    /// `report` is borrowed, never null.
+    explicit path_renderer(SvgReport* report = SvgReport::silent()) : m_report(report) {}
 
     /// The shape that finished outlines go to, borrowed; until it is set they are dropped.
     void setPath(PluginPath_Impl* target);
@@ -77,7 +76,6 @@ private:
     void append(Point in, Point anchor, Point out);
     void draw(char command, bool relative, const std::array<double, 6>& arguments);
     void reportOddities(char command, bool commandRead);
-    void reportOnce(SvgIssue issue, std::string_view text, char subject);
 
     PluginPath_Impl* m_target = nullptr;
     PluginPath_Impl::Vx_PathOutline m_outline;
@@ -85,7 +83,6 @@ private:
     Point m_lastControl{0.0, 0.0}; // second control point of the last cubic
     bool m_lastWasCurve = false;
     std::size_t m_parts = 0;
-    std::bitset<16> m_reported; // issues of this outline that the observer knows of
     SvgReport* m_report;
 };
 

@@ -9,8 +9,8 @@ namespace orbel {
 /// Splits path data into commands and numbers.
 class path_tokenizer {
 public:
-    /// `report` is borrowed; null for none.
-    explicit path_tokenizer(SvgReport* report);
+    /// `report` is borrowed, never null.
+    explicit path_tokenizer(SvgReport* report = SvgReport::silent());
 
     /// Starts on a new text, NUL-terminated and borrowed, with no last command and number 0.
     void set_path_str(const char* text);

@@ -1,8 +1,11 @@
 #include "shapes/ShapeTable.h"
 
+#include "tests/support/AllocationCounter.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -11,16 +14,25 @@ namespace {
 
 constexpr const char* variable = "QUARVEX_ORBEL_SVG_DIR";
 
-/// Completes the table once for each folder in the environment (null: unset), then ends the process
-/// with an entry's file on the error output.
+/// Completes the table once for each folder in the environment (null: unset), running out of memory
+/// at every allocation once if asked to, then ends the process with an entry's file on the error
+/// output.
 [[noreturn]] void completeAndTell(const std::vector<const char*>& folders, const char* base,
-                                  int index) {
+                                  int index, bool outOfMemory) {
     for (const char* const folder : folders) {
         if (folder == nullptr) {
             unsetenv(variable);
         } else {
             setenv(variable, folder, 1);
         }
+        for (long i = 0; outOfMemory && g_numSVGShapes == 0; ++i) {
+            test::AllocationCounter::failOnce(i);
+            try {
+                buildStaticSVGShapeInfo(base);
+            } catch (const std::bad_alloc&) {
+            }
+        }
+        test::AllocationCounter::failOnce(-1);
         buildStaticSVGShapeInfo(base);
     }
     std::fprintf(stderr, "%d shapes, <%s>\n", static_cast<int>(g_numSVGShapes),
@@ -38,6 +50,7 @@ TEST(ShapeTable, isCompletedOnceFromTheEnvironmentOrTheBase) {
         const char* base;
         int index;
         const char* told;
+        bool outOfMemory = false;
     };
     const Row rows[] = {
         {{"/my/shapes"}, "/base", 1, "41 shapes, </my/shapes/Basic Circle.svg>"},
@@ -46,10 +59,11 @@ TEST(ShapeTable, isCompletedOnceFromTheEnvironmentOrTheBase) {
         {{"/first", "/second"}, "/base", 9, "41 shapes, </first/Funky star.svg>"},
         {{longFolder.c_str()}, "/base", 1, "<f{255}>"}, // cut
         {{"/my/shapes"}, "/base", 0, "<>"},             // "None"
+        {{"/my/shapes"}, "/base", 2, "41 shapes, </my/shapes/Basic Square.svg>", true},
     };
     for (const Row& row : rows) {
-        EXPECT_EXIT(completeAndTell(row.folders, row.base, row.index), testing::ExitedWithCode(0),
-                    row.told);
+        EXPECT_EXIT(completeAndTell(row.folders, row.base, row.index, row.outOfMemory),
+                    testing::ExitedWithCode(0), row.told);
     }
     GTEST_FLAG_SET(death_test_style, style);
 }
