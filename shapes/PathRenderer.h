@@ -11,7 +11,9 @@
 namespace orbel {
 
 /// Builds one outline at a time from drawing commands and hands it to the target. Coordinates are
-/// the file's own; with `relative` they are offsets from the current point.
+/// the file's own; with `relative` they are offsets from the current point. Numbers are taken as
+/// they come, NaN and infinities included. Several of its ways are not those of a drawing program;
+/// what is marked as meant below is what projects were made with.
 class path_renderer {
 public:
     /// `report` is borrowed, never null.
@@ -24,7 +26,8 @@ public:
     void begin_path();
     /// Completes the outline and hands a copy of it over, even one without vertices.
     void end_path();
-    /// Only moves the current point.
+    /// Only moves the current point: an outline is never split, and a further move inside it leaves
+    /// no gap.
     void move_to(double x, double y, bool relative);
     void line_to(double x, double y, bool relative);
     void hline_to(double x, bool relative);

@@ -6,7 +6,8 @@
 
 namespace orbel {
 
-/// Splits path data into commands and numbers.
+/// Splits path data ("M 10 20 L 5-5") into commands and numbers. Numbers are read with "." whatever
+/// the locale says, at most 255 characters of each; one that cannot be read is 0.
 class path_tokenizer {
 public:
     /// `report` is borrowed, never null.
