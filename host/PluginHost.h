@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace orbel {
 
@@ -363,6 +364,9 @@ public:
     // --- Behind the slots of old ---
     /// How the input carries its alpha and how the output is to; asked once per frame.
     virtual AlphaHandling getAlphaHandling() { return {}; }
+    /// The contents of an SVG file, drawn where the instance's path names none that can be read;
+    /// empty without. Borrowed until the render ends, and never part of a project.
+    virtual std::string_view getShapeText() { return {}; }
 
 protected:
     PluginHost_API() = default;

@@ -78,6 +78,9 @@ public:
 
     void* getUserData() override { return m_userData; }
     void setUserData(void* data) override { m_userData = data; }
+    std::string_view getShapeText() override { return m_shapeText; }
+    /// Borrowed.
+    void setShapeText(std::string_view svg) { m_shapeText = svg; }
     void getOrigin(int& x, int& y) override;
     void setOrigin(int x, int y) override;
     int acquireSuite(const char* name, int version, const char* error, void** suite) override;
@@ -115,6 +118,7 @@ private:
     PluginRaster_API* m_outputOverride = nullptr;
     PluginPath_API* m_path = nullptr;
     void* m_userData = nullptr;
+    std::string_view m_shapeText;
     int m_originX = 0;
     int m_originY = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "params/ParameterTable.h"
+#include "pixel/TransferCodes.h"
 
 /// The declaration list itself, for what is decided while compiling. Everything else asks
 /// `parameterTable()`.
@@ -11,10 +12,13 @@ inline constexpr const char* ORDER_ENTRIES[] = {"Rotate Translate", "Translate R
 inline constexpr const char* VIEW_ENTRIES[] = {"Camera", "Front", "Left",  "Top",
                                                "Back",   "Right", "Bottom"};
 inline constexpr const char* MOTION_BLUR_ENTRIES[] = {"Off", "On"};
-inline constexpr const char* TRANSFER_MODE_ENTRIES[] = {
-    "None",       "Normal",     "Add",         "Multiply",   "Screen", "Overlay",
-    "Soft Light", "Hard Light", "Color Dodge", "Color Burn", "Darken", "Lighten",
-    "Difference", "Exclusion",  "Hue",         "Saturation", "Color",  "Luminosity"};
+inline constexpr auto TRANSFER_MODE_ENTRIES = [] {
+    std::array<const char*, TRANSFER_MENU.size()> names{};
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        names.at(i) = TRANSFER_MENU.at(i).name;
+    }
+    return names;
+}();
 
 inline constexpr Range WHOLE{0, 100};
 inline constexpr Range TEN_TURNS{-3600, 3600};

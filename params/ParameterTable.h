@@ -89,13 +89,13 @@ enum ParamId : int {
 /// Parameter flag bits as the FxPlug hosts number them.
 enum ParamFlag : int {
     PARAM_NOT_ANIMATABLE = 1,
-    PARAM_DISABLED = 4,
-    PARAM_COLLAPSED = 8,
+    PARAM_DISABLED = 4,  ///< until an `EnablingRule` enables it
+    PARAM_COLLAPSED = 8, ///< a group that starts closed; on others of no effect
     PARAM_NOT_IN_DASHBOARD = 32,
-    PARAM_CUSTOM_UI = 64,
+    PARAM_CUSTOM_UI = 64, ///< the host shows a control of the effect's own
 };
 
-/// What a row of the declaration list declares.
+/// What a row of the declaration list declares, and so how its value is read and written.
 enum class RowKind {
     Custom,            ///< the shape file; a path, and the only value that is no number
     Presets,           ///< popup of the built-in shapes; the value is an index into their table

@@ -6,7 +6,9 @@
 namespace orbel {
 
 /// Every value-carrying parameter of one render, read once at one time, as the user sees it:
-/// percents stay percents, angles degrees, menus indices. The shape is resolved separately.
+/// percents stay percents, angles degrees, menus indices. The shape is resolved separately. Values
+/// are not checked: a host may hand out what lies outside the declared ranges, infinities and NaN
+/// too, and the drawing copes. Ranges and names stand in ParameterTable.h.
 struct RenderArguments {
     double scaleX = 0.0;
     double scaleY = 0.0;

@@ -10,6 +10,10 @@ namespace orbel {
 
 // The six pixel formats. Rendering code is written once as templates over a trait and takes the
 // range of a component and its arithmetic from it; nothing else knows 255 or 1.0.
+//
+// The three depths differ on purpose: 8 bits compute in `int` and divide by 256, 16 bits compute in
+// single precision over 0 to 65535 and keep fractions until they are stored, floats neither clamp
+// nor round. Components are stored straight or premultiplied as the pass at hand says.
 
 /// Component indices within a pixel whose alpha stands first.
 struct AlphaFirstOrder {

@@ -2,7 +2,6 @@
 
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
-#include "shapes/FormatText.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
 
@@ -46,9 +45,9 @@ std::vector<int> chosenPresets(const Scene& scene) {
 }
 
 std::string presetFile(int index) {
-    char path[sizeof Orbel_UserData::path];
-    expandFormatText(path, sizeof path, g_svgShapes[index].file);
-    return path;
+    Orbel_UserData data;
+    setPresetPath(&data, index);
+    return data.path;
 }
 
 void checkShapes(const Scene& scene, Problems* problems) {

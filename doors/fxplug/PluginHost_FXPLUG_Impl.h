@@ -41,8 +41,9 @@ public:
 
     // --- Host record ---
     ParameterReader& reader() override;
-    int readUserData(Orbel_UserData* data) override;
-    int writeUserData(const Orbel_UserData* data) override;
+    int readPreset() override;
+    void readShapeFile(Orbel_UserData* data) override;
+    void writeShapeFile(const Orbel_UserData* data) override;
     int cameraMatrix(long time, long timeScale, Vx_Matrix4* camera, double* zoom) override;
 
     // --- Images ---

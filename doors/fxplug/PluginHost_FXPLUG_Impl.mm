@@ -9,8 +9,6 @@
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
 #include "render/Matrix4.h"
-#include "shapes/FormatText.h"
-#include "shapes/ShapeTable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -90,14 +88,14 @@ ParameterReader& PluginHost_FXPLUG_Impl::reader() {
     return m_reader;
 }
 
-int PluginHost_FXPLUG_Impl::readUserData(Orbel_UserData* data) {
+int PluginHost_FXPLUG_Impl::readPreset() {
     int preset = 0;
     FxPlugParameters(m_retrieval, m_info == nullptr ? 0.0 : m_info->frame)
         .getInt(PARAM_PRESETS, preset);
-    if (preset > 0 && preset < g_numSVGShapes) {
-        expandFormatText(data->path, sizeof data->path, g_svgShapes[preset].file);
-        return 0;
-    }
+    return preset;
+}
+
+void PluginHost_FXPLUG_Impl::readShapeFile(Orbel_UserData* data) {
     id<NSCoding> value = nil;
     [m_retrieval getCustomParameterValue:&value fromParm:PARAM_SHAPE];
     const id object = value;
@@ -107,16 +105,14 @@ int PluginHost_FXPLUG_Impl::readUserData(Orbel_UserData* data) {
         // A damaged project may hold a name without an end.
         data->path[sizeof data->path - 1] = '\0';
     }
-    return 0;
 }
 
-int PluginHost_FXPLUG_Impl::writeUserData(const Orbel_UserData* data) {
+void PluginHost_FXPLUG_Impl::writeShapeFile(const Orbel_UserData* data) {
     const double time = m_info == nullptr ? 0.0 : m_info->frame;
     Vo_Orbel_CustomParam* const value =
         [[[Vo_Orbel_CustomParam alloc] initWith:data->path] autorelease];
     [m_setting setCustomParameterValue:value toParm:PARAM_SHAPE];
     FxPlugParameterWriter(m_setting, time).setInt(PARAM_PRESETS, 0);
-    return 0;
 }
 
 int PluginHost_FXPLUG_Impl::cameraMatrix(long time, long timeScale, Vx_Matrix4* camera,

@@ -23,7 +23,7 @@ PluginHost_OFX_Impl::PluginHost_OFX_Impl(const ofx::EffectInstance* instance,
       m_ticks(saturateTo<int>(TICKS_PER_FRAME * when.time)),
       m_ticksDropped(TICKS_PER_FRAME * when.time - m_ticks) {
     setUserDataPath(&m_shape, instance->shapeFile(when.time).c_str());
-    m_shape.svg = m_shapeText;
+    setShapeText(m_shapeText);
     setUserData(&m_shape);
 }
 

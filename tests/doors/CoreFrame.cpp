@@ -25,7 +25,7 @@ MemoryImage CoreFrame::over(const RasterInfo& picture) const {
     PluginHost_MEMORY_Impl host(input.info(), output.info(), &values, settings);
     Orbel_UserData shape;
     setUserDataPath(&shape, shapeFile.c_str());
-    shape.svg = shapeText;
+    host.setShapeText(shapeText);
     host.setUserData(&shape);
     EXPECT_EQ(Render(&host), 0);
     return output;

@@ -84,14 +84,18 @@ TEST_F(InstanceData, aHostRecordAnswersInsteadOfTheSlot) {
         test::FakeFxPlugHost record;
         FXPLUGHost* getFXPLUGHost() override { return &record; }
     } host;
-    host.record.status = 7;
     host.setUserData(&m_slot);
     Orbel_UserData data;
     setUserDataPath(&data, "/project.svg");
-    EXPECT_EQ(setUserData(&host, &data), 7);
-    EXPECT_EQ(getUserData(&host, &data), 7);
-    EXPECT_STREQ(data.path, "/project.svg");
+    EXPECT_EQ(setUserData(&host, &data), 0);
+    EXPECT_EQ(host.record.path, "/project.svg");
     EXPECT_STREQ(m_slot.path, "/home/mine.svg");
+    host.record.path = "/other.svg";
+    EXPECT_EQ(getUserData(&host, &data), 0);
+    EXPECT_STREQ(data.path, "/other.svg");
+    host.record.preset = 2;
+    EXPECT_EQ(getUserData(&host, &data), 0);
+    EXPECT_STREQ(data.path, g_svgShapes[2].file);
 }
 
 TEST_F(InstanceData, pathsAreCutAndTheRestOfTheBufferIsZero) {

@@ -141,18 +141,14 @@ class FakeFxPlugHost final : public FXPLUGHost, private ParameterReader {
 public:
     std::vector<int> asked; ///< identifiers in the order in which they were read
     std::string path;
-    int status = 0;
+    int preset = 0;
+    int cameraStatus = 0;
 
     ParameterReader& reader() override { return *this; }
-    int readUserData(Orbel_UserData* data) override {
-        setUserDataPath(data, path.c_str());
-        return status;
-    }
-    int writeUserData(const Orbel_UserData* data) override {
-        path = data->path;
-        return status;
-    }
-    int cameraMatrix(long, long, Vx_Matrix4*, double*) override { return status; }
+    int readPreset() override { return preset; }
+    void readShapeFile(Orbel_UserData* data) override { setUserDataPath(data, path.c_str()); }
+    void writeShapeFile(const Orbel_UserData* data) override { path = data->path; }
+    int cameraMatrix(long, long, Vx_Matrix4*, double*) override { return cameraStatus; }
 
 private:
     void readFloat(int param, double& value) override { value = ask(param); }
