@@ -289,8 +289,8 @@ public:
     /// 0..1 each.
     virtual int GetColorValue(int param, int sub, const TimeObject& time, double& r, double& g,
                               double& b) = 0;
-    /// Asked often during long strokes, `done` of `total` stamps along. Non-zero when the render
-    /// must stop; the value travels up as the frame's result.
+    /// Asked often during long strokes, `done` of `total` along an outline. Non-zero when the
+    /// render must stop; the value travels up as the frame's result.
     virtual int progress(long done, long total) = 0;
 
     // --- The path being stroked. Borrowed: the host object does not own it. ---

@@ -31,7 +31,7 @@ public:
     FXPLUGHost* getFXPLUGHost() override { return nullptr; }
     SPARKHost* getSPARKHost() override { return nullptr; }
 
-    // The float overloads compute in double and round the result.
+    // The C library's; the float overloads compute in double and round the result.
     double math_sqrt(double x) override;
     float math_sqrt(float x) override;
     double math_floor(double x) override;

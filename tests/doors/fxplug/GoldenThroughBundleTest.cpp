@@ -8,8 +8,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <thread>
 
 namespace orbel::fxtest {
 namespace {
@@ -111,37 +109,6 @@ INSTANTIATE_TEST_SUITE_P(Scenes, FieldThroughBundle,
                          testing::Combine(testing::Values("blur", "camera", "placement",
                                                           "half-scale"),
                                           testing::Values(Field::Upper, Field::Lower)));
-
-// Hosts render several instances at once; renders take turns and do not see one another.
-TEST(SeveralInstances, drawTheirOwnFramesFromTheirOwnThreads) {
-    const std::vector<std::string> names{"blur", "repeater", "taper-dynamic", "camera"};
-    std::vector<std::string> results(names.size());
-    std::vector<std::unique_ptr<LoadedEffect>> effects;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        effects.push_back(std::make_unique<LoadedEffect>(ORBEL_BUNDLE, Application::FinalCutPro));
-    }
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        threads.emplace_back([&, i] {
-            test::HostedScene scene = sceneOf(names[i]);
-            apply(scene, *effects[i]);
-            for (long frame = 0; frame < 3; ++frame) {
-                const MemoryImage input = scene.input(frame, RF_ARGB32F);
-                const MemoryImage expected =
-                    expectedFrame(scene, static_cast<double>(frame), input);
-                const MemoryImage actual = scene.image(RF_ARGB32F);
-                const bool done = effects[i]->render(requestOf(scene, frame, Field::None),
-                                                     input.info(), actual.info());
-                results[i] +=
-                    done && test::sameBytes(actual.info(), expected.info()) ? "same " : "not ";
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(results, std::vector<std::string>(names.size(), "same same same "));
-}
 
 // Motion hands over fields at full height: they are rendered as the frames they are.
 TEST(FieldThroughMotion, isAFullFrame) {

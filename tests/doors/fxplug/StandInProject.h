@@ -59,11 +59,6 @@ struct Project {
     /// Writes the components that have a place.
     bool read(UInt32 param, double time, double* first, double* second, double* third);
     bool write(UInt32 param, double time, const ParameterValue& value, const char* kind);
-
-    /// A keyed archive of all values at frame 0, flags and custom values.
-    [[nodiscard]] NSData* save() const;
-    /// Replaces values and flags by those of an archive.
-    void reopen(NSData* archive);
 };
 
 /// The user's value of a parameter in the host's units, or back.

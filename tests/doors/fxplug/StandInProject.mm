@@ -6,14 +6,6 @@
 
 namespace orbel::fxtest {
 
-namespace {
-
-NSString* key(UInt32 param, const char* what) {
-    return [NSString stringWithFormat:@"%u %s", param, what];
-}
-
-} // namespace
-
 ParameterValue toHost(ValueKind kind, const ParameterValue& value) {
     if (kind == ValueKind::Angle) {
         return {value[0] * std::numbers::pi / 180.0};
@@ -92,41 +84,6 @@ bool Project::write(UInt32 param, double time, const ParameterValue& value, cons
     }
     set(param, value);
     return true;
-}
-
-NSData* Project::save() const {
-    NSMutableData* const data = [NSMutableData data];
-    NSKeyedArchiver* const archiver =
-        [[[NSKeyedArchiver alloc] initForWritingWithMutableData:data] autorelease];
-    for (const auto& [param, declared] : parameters) {
-        [archiver encodeInt:static_cast<int>(declared.flags) forKey:key(param, "flags")];
-        if (declared.kind == ValueKind::Custom) {
-            [archiver encodeObject:static_cast<id>(declared.custom) forKey:key(param, "custom")];
-        }
-        const ParameterValue saved = value(param, 0.0);
-        for (const char* const part : {"0", "1", "2"}) {
-            [archiver encodeDouble:saved[static_cast<std::size_t>(*part - '0')]
-                            forKey:key(param, part)];
-        }
-    }
-    [archiver finishEncoding];
-    return data;
-}
-
-void Project::reopen(NSData* archive) {
-    NSKeyedUnarchiver* const reader =
-        [[[NSKeyedUnarchiver alloc] initForReadingWithData:archive] autorelease];
-    for (auto& [param, declared] : parameters) {
-        declared.flags =
-            static_cast<FxParameterFlags>([reader decodeIntForKey:key(param, "flags")]);
-        if (declared.kind == ValueKind::Custom) {
-            setCustom(param, [reader decodeObjectForKey:key(param, "custom")]);
-        }
-        for (const char* const part : {"0", "1", "2"}) {
-            declared.constant[static_cast<std::size_t>(*part - '0')] =
-                [reader decodeDoubleForKey:key(param, part)];
-        }
-    }
 }
 
 } // namespace orbel::fxtest

@@ -8,8 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <set>
-
 namespace orbel::ofxtest {
 namespace {
 
@@ -120,17 +118,6 @@ TEST_F(OfxInstance, aChosenShapeTakesThePlaceOfThePreset) {
     change(instance, "shapeText", "OfxChangeUserEdited");
     EXPECT_EQ(preset.written.size(), 2U);
     EXPECT_EQ(change(instance, "nobody", "OfxChangeUserEdited"), ofx::STAT_REPLY_DEFAULT);
-}
-
-TEST_F(OfxInstance, namesBelongToOneParameterEach) {
-    std::set<std::string> names{ofx::SHAPE_TEXT, ofx::PAGE};
-    for (const ParameterRow& row : parameterTable()) {
-        if (row.id != 0) {
-            ASSERT_NE(ofx::parameterName(row.id), nullptr) << row.name;
-            EXPECT_TRUE(names.insert(ofx::parameterName(row.id)).second) << row.name;
-            EXPECT_EQ(ofx::parameterId(ofx::parameterName(row.id)), row.id);
-        }
-    }
 }
 
 TEST_F(OfxInstance, identityIsWhereNothingIsDrawnOverThePicture) {
