@@ -2,6 +2,7 @@
 
 #include "app/CheckCommand.h"
 #include "app/DoctorCommand.h"
+#include "app/FarmCommand.h"
 #include "app/ImportCommand.h"
 #include "app/ParamsCommand.h"
 #include "app/RenderCommand.h"
@@ -41,6 +42,7 @@ struct Commands {
     RenderOptions render;
     ImportCommandOptions import;
     TextCommandOptions text;
+    FarmOptions farm;
     std::string checkedScene;
     std::optional<std::string> sheet;
     StudioOptions studio;
@@ -63,12 +65,7 @@ void addText(CLI::App* command, const std::string& name, std::optional<std::stri
     command->add_option(name, value, help)->type_name(form);
 }
 
-CLI::App* addRender(CLI::App& program, RenderOptions& options) {
-    CLI::App* const command = program.add_subcommand("render", "Render a scene into a film");
-    addText(command, "scene", options.scene, "Scene file", "SCENE");
-    addText(command, "-o,--output", options.output, "Film, picture or numbered pictures", "OUT");
-    addText(command, "--raw", options.rawFolder, "Write raw frames into this folder", "DIR");
-    SceneOptions& scene = options.overrides;
+void addSceneOptions(CLI::App* command, SceneOptions& scene) {
     addText(command, "--frames", scene.frames, "First and last frame, or one", "A-B");
     addText(command, "--format", scene.format,
             "Pixel format: argb8, rgba8, argb16, rgba16, argb32f, rgba32f", "F");
@@ -83,6 +80,14 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     addRepeated(command, "--animate", scene.animate,
                 "Animate a parameter; easings are linear, hold, ease, ease-in, ease-out",
                 "NAME=FRAME:VALUE[:EASING],...");
+}
+
+CLI::App* addRender(CLI::App& program, RenderOptions& options) {
+    CLI::App* const command = program.add_subcommand("render", "Render a scene into a film");
+    addText(command, "scene", options.scene, "Scene file", "SCENE");
+    addText(command, "-o,--output", options.output, "Film, picture or numbered pictures", "OUT");
+    addText(command, "--raw", options.rawFolder, "Write raw frames into this folder", "DIR");
+    addSceneOptions(command, options.overrides);
     command->add_option("--threads", options.threads, "Threads; 1 does everything on one")
         ->type_name("N")
         ->check(CLI::Range(1, 1024));
@@ -101,6 +106,78 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     command->add_flag("-q,--quiet", options.quiet, "Tell nothing but problems");
     command->footer(renderExamples);
     return command;
+}
+
+void addThreads(CLI::App* command, int& threads) {
+    command->add_option("--threads", threads, "Threads of a task")
+        ->type_name("N")
+        ->check(CLI::Range(0, 1024));
+}
+
+/// A command about a job that is there.
+CLI::App* addJobCommand(CLI::App* farm, FarmOptions& options, const std::string& name,
+                        const std::string& help) {
+    CLI::App* const command = farm->add_subcommand(name, help);
+    command->add_option("job", options.job, "The job's folder, such as film.mp4.orbel")
+        ->type_name("JOB")
+        ->required();
+    command->callback([&options, name] { options.command = name; });
+    return command;
+}
+
+void addSubmit(CLI::App* farm, FarmOptions& options) {
+    CLI::App* const command = farm->add_subcommand("submit", "Hand a film in");
+    command->callback([&options] { options.command = "submit"; });
+    command->add_option("scene", options.scene, "Scene file")->type_name("SCENE")->required();
+    addText(command, "-o,--output", options.output, "Film or numbered pictures", "OUT");
+    addText(command, "--raw", options.rawFolder, "Write raw frames into this folder", "DIR");
+    addSceneOptions(command, options.overrides);
+    command->add_option("--chunk", options.chunk, "Frames of a task; 60 if not said")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1'000'000));
+    command->add_option("--engine", options.engine, "slurm, or local for this machine alone")
+        ->check(CLI::IsMember({"slurm", "local"}));
+    command->add_flag("--dry-run", options.dryRun, "Show what would be handed in, and estimates");
+    command->add_flag("--restart", options.restart, "Throw away what an earlier job has left");
+}
+
+/// What the tasks themselves are called with.
+void addTasks(CLI::App* farm, FarmOptions& options) {
+    for (const char* const name : {"task", "join", "supervise"}) {
+        CLI::App* const command = addJobCommand(farm, options, name, "");
+        command->group(""); // not for people
+        command->add_option("--list", options.list);
+        command->add_option("--index", options.index);
+        command->add_option("--scratch", options.scratch);
+        command->add_option("--nodes", options.nodes);
+        addThreads(command, options.threads);
+    }
+}
+
+void addFarm(CLI::App& program, FarmOptions& options) {
+    CLI::App* const farm = program.add_subcommand("farm", "Make a film on many machines");
+    farm->require_subcommand(1);
+    addSubmit(farm, options);
+    CLI::App* const status = addJobCommand(farm, options, "status", "Tell how far a job is");
+    status->add_flag("--json", options.json, "As JSON");
+    addJobCommand(farm, options, "resume", "Hand in what a job still lacks");
+    addJobCommand(farm, options, "cancel", "End a job's tasks; what is complete stays");
+    CLI::App* const verify =
+        addJobCommand(farm, options, "verify", "Compare every chunk with its checksum");
+    verify->add_option("--sample", options.sample, "And render so many frames again")
+        ->type_name("K")
+        ->check(CLI::Range(0, 1'000'000));
+    for (const char* const name : {"submit", "resume"}) {
+        CLI::App* const command = farm->get_subcommand(name);
+        command->add_option("--nodes", options.nodes, "Most tasks at the same time")
+            ->type_name("N")
+            ->check(CLI::Range(1, 100'000));
+        command->add_option("--program", options.program,
+                            "This program, as the machines that render see it");
+        addThreads(command, options.threads);
+    }
+    addThreads(verify, options.threads);
+    addTasks(farm, options);
 }
 
 std::vector<std::string> commandNames(const CLI::App& program) {
@@ -250,6 +327,9 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
     if (program.got_subcommand("check")) {
         return checkCommand(commands.checkedScene, out);
     }
+    if (program.got_subcommand("farm")) {
+        return farmCommand(commands.farm, out, err);
+    }
     if (program.got_subcommand("doctor")) {
         return doctorCommand(out);
     }
@@ -276,6 +356,7 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     addRender(program, commands.render);
     addImport(program, commands.import);
     addText(program, commands.text);
+    addFarm(program, commands.farm);
     CLI::App* const check =
         program.add_subcommand("check", "Tell everything that is wrong with a scene");
     check->add_option("scene", commands.checkedScene, "Scene file")->type_name("SCENE")->required();

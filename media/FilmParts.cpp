@@ -97,6 +97,19 @@ std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec&
     return std::make_unique<FilmWriter>(path, spec, target);
 }
 
+std::string codedFrame(const std::string& part, long index) {
+    VideoDecoder source(part, 1);
+    const auto packet = libav::owned<libav::PacketPtr>(av_packet_alloc());
+    for (long i = 0; source.nextPacket(*packet); ++i) {
+        if (i == index) {
+            return {reinterpret_cast<const char*>(packet->data),
+                    static_cast<std::size_t>(packet->size)};
+        }
+    }
+    throw MediaError(part, framePlace(index), "this part of the film has no such frame",
+                     "render it again");
+}
+
 class FilmAssembly::Film {
 public:
     Film(const std::string& path, const WriterSpec& spec)

@@ -26,6 +26,9 @@ enum class PartKind {
 [[nodiscard]] std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec& spec,
                                                     const OutputTarget& target);
 
+/// The coded bytes of a frame of a part, from 0 on. Throws MediaError when it has no such frame.
+[[nodiscard]] std::string codedFrame(const std::string& part, long index);
+
 /// Puts a film together. What is not finished leaves nothing behind.
 class FilmAssembly {
 public:
