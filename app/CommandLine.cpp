@@ -67,6 +67,7 @@ CLI::App* addRender(CLI::App& program, RenderOptions& options) {
     addText(command, "--format", scene.format,
             "Pixel format: argb8, rgba8, argb16, rgba16, argb32f, rgba32f", "F");
     addText(command, "--shape", scene.shape, "Built-in shape or SVG file", "NAME");
+    command->add_flag("--import", scene.import, "The shape is any SVG drawing: convert it first");
     addText(command, "--input", scene.input,
             "Picture, sequence (name-%04d.png), clip or colour (#rrggbb)", "INPUT");
     addText(command, "--size", scene.size, "Size of the frame", "WxH");
@@ -172,7 +173,8 @@ void addText(CLI::App& program, TextCommandOptions& options) {
             {"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}));
     CLI::Option* const pen =
         command->add_flag("--single-stroke", lettering.singleStroke, "One pen line a stroke");
-    command->add_flag("--outline", options.outline, "The outlines of the font's letters; the default")
+    command
+        ->add_flag("--outline", options.outline, "The outlines of the font's letters; the default")
         ->excludes(pen);
     command->add_option("--hand", lettering.hand, "Letters of single strokes (cursive)")
         ->type_name("NAME")

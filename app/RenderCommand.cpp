@@ -2,6 +2,7 @@
 
 #include "app/Interrupt.h"
 #include "app/Progress.h"
+#include "app/SceneDrawings.h"
 #include "film/Film.h"
 #include "film/ShapeFolder.h"
 #include "pixel/Acceleration.h"
@@ -52,6 +53,11 @@ public:
     Rendering(const RenderOptions& options, std::ostream& err) : m_options(options), m_err(err) {
         m_request.outputs = {options.output, options.rawFolder};
         m_request.threads = options.threads;
+        m_request.convertShape = shapeConverter([this](const std::string& note) {
+            if (!m_options.quiet) {
+                m_err << "note: " << note << '\n';
+            }
+        });
     }
 
     int run() {

@@ -127,6 +127,7 @@ public:
 
     void apply() {
         applyShape();
+        applyImport();
         applyInput();
         applySize();
         applyRate();
@@ -155,6 +156,8 @@ private:
             if (names[i] == *m_options.shape) {
                 setPreset(static_cast<double>(i));
                 m_scene->shape.reset();
+                m_scene->import.reset();
+                m_scene->lettering.reset();
                 return;
             }
         }
@@ -168,6 +171,19 @@ private:
         }
         setPreset(0.0);
         m_scene->shape = m_options.shape;
+        m_scene->import.reset();
+        m_scene->lettering.reset();
+    }
+
+    void applyImport() {
+        if (!m_options.import || m_scene->import) {
+            return;
+        }
+        if (!m_scene->shape) {
+            site("--import").report("there is no drawing to import", "name one with --shape FILE");
+            return;
+        }
+        m_scene->import = ImportOptions{};
     }
 
     void setPreset(double index) {
