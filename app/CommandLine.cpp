@@ -70,6 +70,7 @@ void addSceneOptions(CLI::App* command, SceneOptions& scene) {
     addText(command, "--format", scene.format,
             "Pixel format: argb8, rgba8, argb16, rgba16, argb32f, rgba32f", "F");
     addText(command, "--shape", scene.shape, "Built-in shape or SVG file", "NAME");
+    command->add_flag("--import", scene.import, "The shape is any SVG drawing: convert it first");
     addText(command, "--input", scene.input,
             "Picture, sequence (name-%04d.png), clip or colour (#rrggbb)", "INPUT");
     addText(command, "--first", scene.first, "Number of a sequence's first file, if not 0 or 1",

@@ -2,6 +2,7 @@
 
 #include "app/FilmTeller.h"
 #include "app/Interrupt.h"
+#include "app/SceneDrawings.h"
 #include "farm/Resume.h"
 #include "film/Film.h"
 #include "film/ShapeFolder.h"
@@ -92,6 +93,11 @@ int renderCommand(const RenderOptions& options, std::ostream& err) {
     request.outputs.file = options.output;
     request.outputs.rawFolder = options.rawFolder;
     request.threads = options.threads;
+    request.convertShape = shapeConverter([&](const std::string& note) {
+        if (!options.quiet && options.progress != "json") {
+            err << "note: " << note << '\n';
+        }
+    });
     setRenderThreads(request.threadCount());
     prepareShapeTable();
     const std::unique_ptr<FilmTeller> teller = tellerFor(options, err);

@@ -130,6 +130,7 @@ public:
 
     void apply() {
         applyShape();
+        applyImport();
         applyInput();
         applyFirst();
         applySize();
@@ -159,6 +160,8 @@ private:
             if (names[i] == *m_options.shape) {
                 setPreset(static_cast<double>(i));
                 m_scene->shape.reset();
+                m_scene->import.reset();
+                m_scene->lettering.reset();
                 return;
             }
         }
@@ -172,6 +175,19 @@ private:
         }
         setPreset(0.0);
         m_scene->shape = m_options.shape;
+        m_scene->import.reset();
+        m_scene->lettering.reset();
+    }
+
+    void applyImport() {
+        if (!m_options.import || m_scene->import) {
+            return;
+        }
+        if (!m_scene->shape) {
+            site("--import").report("there is no drawing to import", "name one with --shape FILE");
+            return;
+        }
+        m_scene->import = ImportOptions{};
     }
 
     void setPreset(double index) {

@@ -142,7 +142,8 @@ std::optional<ScenePlan> planFilm(const Scene& scene, const FilmRequest& request
     Scene asked = scene;
     asked.frames = request.frames ? request.frames : scene.frames;
     asked.format = request.format.value_or(scene.format);
-    std::optional<ScenePlan> plan = planScene(asked, request.threadCount(), problems);
+    std::optional<ScenePlan> plan =
+        planScene(asked, request.threadCount(), problems, request.convertShape);
     checkOutputs(request.outputs, scene, plan ? plan->frames.count() : 1, problems);
     if (!plan || !problems->empty()) {
         return std::nullopt;

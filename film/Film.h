@@ -43,6 +43,7 @@ struct FilmRequest {
     /// Another size for the same picture: whatever the scene counts in pixels is scaled with it.
     std::optional<FrameSize> size;
     std::optional<RasterFormat> format;
+    ShapeConverter convertShape; ///< for drawings and texts; without it they are refused
     int threads = 0; ///< for reading, rendering and writing; 0: as many as the machine has
 
     /// `threads`, or the number of the machine's processors.

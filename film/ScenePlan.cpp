@@ -6,6 +6,7 @@
 #include "scene/RationalRate.h"
 #include "scene/SceneLimits.h"
 #include "scene/SceneShapes.h"
+#include "shapes/InlineShapes.h"
 #include "shapes/ShapeFile.h"
 
 #include <algorithm>
@@ -49,8 +50,8 @@ std::optional<long> framesCovered(const MediaProperties& media, const FrameRate&
 
 class Planner {
 public:
-    Planner(const Scene& scene, int threads, Problems* problems)
-        : m_scene(scene), m_threads(threads), m_problems(problems) {}
+    Planner(const Scene& scene, int threads, Problems* problems, const ShapeConverter& convert)
+        : m_scene(scene), m_threads(threads), m_problems(problems), m_convert(convert) {}
 
     [[nodiscard]] ScenePlan plan() {
         m_plan.sceneFile = m_scene.file;
@@ -66,8 +67,7 @@ public:
         planFrames();
         planSize();
         checkRawInput();
-        m_plan.shapePath = m_scene.shape.value_or("");
-        checkShapes(m_scene, m_problems);
+        planShape();
         return std::move(m_plan);
     }
 
@@ -167,6 +167,21 @@ private:
         }
     }
 
+    void planShape() {
+        if (!m_scene.needsConversion() || !m_convert) {
+            m_plan.shapePath = m_scene.shape.value_or("");
+            checkShapes(m_scene, m_problems);
+            return;
+        }
+        checkPresets(m_scene, m_problems);
+        m_plan.shapeText = m_convert(m_scene, m_problems).value_or("");
+        if (m_plan.shapeText.size() > maxInlineShapeBytes) {
+            site("/shape", "--shape")
+                .report("the shape has more points than can be drawn",
+                        R"(simplify it: "import": {"simplify": 0.5})");
+        }
+    }
+
     void checkRawInput() {
         const auto* const raw = std::get_if<RawInput>(&m_scene.input);
         if (raw == nullptr || frameBytes(m_plan.size, m_plan.format) == 0) {
@@ -205,14 +220,16 @@ private:
     const Scene& m_scene;
     int m_threads;
     Problems* m_problems;
+    const ShapeConverter& m_convert;
     ScenePlan m_plan;
     bool m_inputFailed = false;
 };
 
 } // namespace
 
-std::optional<ScenePlan> planScene(const Scene& scene, int threads, Problems* problems) {
-    ScenePlan plan = Planner(scene, threads, problems).plan();
+std::optional<ScenePlan> planScene(const Scene& scene, int threads, Problems* problems,
+                                   const ShapeConverter& convert) {
+    ScenePlan plan = Planner(scene, threads, problems, convert).plan();
     if (!problems->empty()) {
         return std::nullopt;
     }

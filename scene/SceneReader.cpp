@@ -4,6 +4,7 @@
 #include "scene/NearestName.h"
 #include "scene/ParameterValues.h"
 #include "scene/SceneLimits.h"
+#include "scene/ShapeKeys.h"
 
 #include <algorithm>
 #include <cmath>
@@ -238,9 +239,7 @@ private:
     }
 
     void readShape(const json& value, const Site& site) {
-        if (auto file = path(value, site)) {
-            m_scene.shape = std::move(*file);
-        }
+        readShapeKeys(value, site, m_folder, &m_scene);
     }
 
     void readParameters(const json& value, const Site& site) {

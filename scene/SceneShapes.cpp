@@ -50,10 +50,7 @@ std::string presetFile(int index) {
     return data.path;
 }
 
-void checkShapes(const Scene& scene, Problems* problems) {
-    if (scene.shape) {
-        checkOwnShape(scene, problems);
-    }
+void checkPresets(const Scene& scene, Problems* problems) {
     for (const int preset : chosenPresets(scene)) {
         const std::string file = presetFile(preset);
         if (isUnreadable(file)) {
@@ -63,6 +60,18 @@ void checkShapes(const Scene& scene, Problems* problems) {
                         "set QUARVEX_ORBEL_SVG_DIR to the folder of the built-in shapes");
         }
     }
+}
+
+void checkShapes(const Scene& scene, Problems* problems) {
+    if (scene.needsConversion()) {
+        siteIn(scene, "/shape", "--import", problems)
+            .report(scene.lettering ? "a text is no shape yet" : "a drawing is no shape yet",
+                    scene.lettering ? "write it with \"orbel text\", and name what that made"
+                                    : "convert it with \"orbel import\", and name what that made");
+    } else if (scene.shape) {
+        checkOwnShape(scene, problems);
+    }
+    checkPresets(scene, problems);
 }
 
 } // namespace orbel
