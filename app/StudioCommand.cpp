@@ -44,7 +44,7 @@ void openBrowser(const std::string& address) {
 }
 
 int serve(const StudioOptions& options, std::ostream& out) {
-    studio::Studio studio({options.place, options.port});
+    studio::Studio studio({options.place, options.port, {}});
     const InterruptGuard guard;
     const std::string address = studio.address();
     out << address << std::endl;

@@ -14,8 +14,8 @@ namespace {
 
 using Point = PathOverlay::Point;
 
-constexpr double coarse = 3.0; // pixels along the outline between two points of a line
-constexpr double fine = 1.0;
+constexpr double coarseStep = 3.0; // pixels along the outline between two points of a line
+constexpr double fineStep = 1.0;
 constexpr double mostPoints = 20000; // of one outline
 constexpr double leastPercent = 0.02;
 constexpr double nudge = 1.0 / 1024;
@@ -54,7 +54,7 @@ public:
         BrushStroke whole = stroke;
         whole.startDist = 0.0;
         whole.endDist = stroke.pathLength;
-        const double step = std::max(coarse, stroke.pathLength / mostPoints);
+        const double step = std::max(coarseStep, stroke.pathLength / mostPoints);
         m_overlay->outlines.push_back(
             {pointsAlong(m_frame.host, path, chords, whole, projection, step), stroke.pathLength,
              step});
@@ -80,7 +80,7 @@ public:
         }
         const std::vector<Point> points =
             pointsAlong(m_frame.host, path, chords, stroke, projection,
-                        std::max(fine, stroke.pathLength / mostPoints));
+                        std::max(fineStep, stroke.pathLength / mostPoints));
         if (!points.empty()) {
             m_overlay->start = m_overlay->start.value_or(points.front());
             m_overlay->end = points.back();

@@ -8,9 +8,9 @@ namespace orbel::studio {
 namespace {
 
 constexpr std::size_t mostKept = 64;
-constexpr std::chrono::milliseconds rest{500};
+constexpr std::chrono::milliseconds listenRest{500};
 constexpr std::uint64_t restsBetweenSigns = 10;
-constexpr const char* alive = "{\"event\":\"alive\"}\n";
+constexpr const char* aliveLine = "{\"event\":\"alive\"}\n";
 
 } // namespace
 
@@ -26,7 +26,7 @@ void EventHub::tell(const json& event) {
 
 std::string EventHub::next(std::uint64_t* seen, std::uint64_t* rests) {
     std::unique_lock lock(m_mutex);
-    m_told.wait_for(lock, rest, [&] { return m_closed || m_count > *seen; });
+    m_told.wait_for(lock, listenRest, [&] { return m_closed || m_count > *seen; });
     std::string lines;
     const auto missed = static_cast<std::size_t>(m_count - *seen);
     const std::size_t kept = std::min(missed, m_lines.size());
@@ -35,7 +35,7 @@ std::string EventHub::next(std::uint64_t* seen, std::uint64_t* rests) {
     }
     *seen = m_count;
     if (lines.empty() && ++*rests % restsBetweenSigns == 0) {
-        lines = alive;
+        lines = aliveLine;
     }
     return lines;
 }
@@ -48,7 +48,7 @@ void EventHub::listen(BodySink& sink, const std::function<bool()>& isGone) {
         ++m_listeners;
     }
     std::uint64_t rests = 0;
-    bool sound = sink.write(alive);
+    bool sound = sink.write(aliveLine);
     while (sound && !isGone()) {
         const std::string lines = next(&seen, &rests);
         sound = lines.empty() || sink.write(lines);

@@ -7,10 +7,9 @@ namespace orbel::studio {
 
 namespace {
 
-constexpr long mostJobs = 1L << 31;
-constexpr long largestSide = 32767;
+constexpr long highestJob = 1L << 31;
 
-ExportWish wishOf(const json& body) {
+ExportWish exportWishOf(const json& body) {
     ExportWish wish;
     wish.name = textMember(body, "name");
     if (hasMember(body, "from") || hasMember(body, "to")) {
@@ -35,7 +34,7 @@ Answer exportFilm(const Call& call) {
     if (!scene || !problems.empty()) {
         throw BadScene{problems};
     }
-    return answerOf({{"job", call.studio.exports().add(*scene, wishOf(call.body))}});
+    return answerOf({{"job", call.studio.exports().add(*scene, exportWishOf(call.body))}});
 }
 
 Answer listJobs(const Call& call) {
@@ -43,7 +42,7 @@ Answer listJobs(const Call& call) {
 }
 
 Answer cancelJob(const Call& call) {
-    if (!call.studio.exports().cancel(numberMember(call.body, "job", 0, mostJobs))) {
+    if (!call.studio.exports().cancel(numberMember(call.body, "job", 0, highestJob))) {
         throw Refusal{404, "there is no such film", ""};
     }
     return answerOf(json::object());
@@ -51,7 +50,7 @@ Answer cancelJob(const Call& call) {
 
 Answer makeTicket(const Call& call) {
     const std::string result =
-        call.studio.exports().resultOf(numberMember(call.body, "job", 0, mostJobs));
+        call.studio.exports().resultOf(numberMember(call.body, "job", 0, highestJob));
     if (result.empty()) {
         throw Refusal{404, "this film is not finished", "wait for it"};
     }

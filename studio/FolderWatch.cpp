@@ -9,8 +9,8 @@ namespace orbel::studio {
 
 namespace {
 
-constexpr std::chrono::milliseconds interval{500};
-constexpr std::chrono::milliseconds step{50};
+constexpr std::chrono::milliseconds lookInterval{500};
+constexpr std::chrono::milliseconds lookStep{50};
 
 } // namespace
 
@@ -21,12 +21,12 @@ FolderWatch::FolderWatch(SceneFolder* folder, EventHub* events,
       m_scenes(std::move(scenes)),
       m_folderStamp(stampOf(folder->path())) {
     m_thread = std::thread([this] {
-        for (auto rest = interval; !m_ending; rest -= step) {
-            if (rest.count() <= 0) {
+        for (auto left = lookInterval; !m_ending; left -= lookStep) {
+            if (left.count() <= 0) {
                 look();
-                rest = interval;
+                left = lookInterval;
             }
-            std::this_thread::sleep_for(step);
+            std::this_thread::sleep_for(lookStep);
         }
     });
 }

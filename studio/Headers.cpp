@@ -4,7 +4,7 @@ namespace orbel::studio {
 
 namespace {
 
-constexpr std::pair<std::string_view, std::string_view> headers[] = {
+constexpr std::pair<std::string_view, std::string_view> protection[] = {
     {"Content-Security-Policy",
      "default-src 'self'; img-src 'self' data: blob:; media-src 'self' blob:; object-src 'none'; "
      "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
@@ -19,7 +19,7 @@ constexpr std::pair<std::string_view, std::string_view> headers[] = {
 } // namespace
 
 std::span<const std::pair<std::string_view, std::string_view>> protectingHeaders() {
-    return headers;
+    return protection;
 }
 
 } // namespace orbel::studio

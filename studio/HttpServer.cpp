@@ -30,23 +30,22 @@ namespace {
 namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
-using Seconds = std::chrono::seconds;
+using Milliseconds = std::chrono::milliseconds;
 using asio::ip::tcp;
 
 constexpr std::uint32_t headLimit = 16U << 10;
-constexpr std::size_t mostConnections = 64;
-constexpr Seconds headTime{10}; // also how long a connection may rest between two requests
-constexpr Seconds idleTime{60};
-constexpr Seconds bodyTime{60};
-constexpr Seconds writeTime{30};
-constexpr Seconds drainTime{3};
+constexpr Milliseconds drainTime{3000};
 
 /// One connection: requests and answers in turn, each step within its time.
 class Connection final : private BodySink {
 public:
     Connection(asio::io_context& context, tcp::socket socket, HttpService* service,
-               const std::atomic<bool>& ending)
-        : m_context(context), m_stream(std::move(socket)), m_service(service), m_ending(ending) {
+               const HttpLimits& limits, const std::atomic<bool>& ending)
+        : m_context(context),
+          m_stream(std::move(socket)),
+          m_service(service),
+          m_limits(limits),
+          m_ending(ending) {
         m_stream.socket().set_option(tcp::no_delay(true));
     }
 
@@ -64,7 +63,7 @@ private:
 
     /// Waits for one asynchronous step, which is how each of them can have a limit of its own.
     template<typename Start>
-    beast::error_code await(Seconds limit, const Start& start) {
+    beast::error_code await(Milliseconds limit, const Start& start) {
         beast::error_code result;
         m_stream.expires_after(limit);
         start([&result](beast::error_code error, std::size_t /*bytes*/) { result = error; });
@@ -78,7 +77,8 @@ private:
         Parser parser;
         parser.header_limit(headLimit);
         parser.body_limit(std::numeric_limits<std::uint64_t>::max());
-        const Seconds patience = m_buffer.size() == 0 && m_used ? idleTime : headTime;
+        const Milliseconds patience =
+            m_buffer.size() == 0 && m_used ? m_limits.idle : m_limits.head;
         m_used = true;
         if (const beast::error_code error = await(patience, [&](auto done) {
                 http::async_read_header(m_stream, m_buffer, parser, done);
@@ -136,8 +136,8 @@ private:
             return answerOf(tooLarge);
         }
         parser.body_limit(limit);
-        const beast::error_code error =
-            await(bodyTime, [&](auto done) { http::async_read(m_stream, m_buffer, parser, done); });
+        const beast::error_code error = await(
+            m_limits.body, [&](auto done) { http::async_read(m_stream, m_buffer, parser, done); });
         if (error == http::error::body_limit) {
             return answerOf(tooLarge);
         }
@@ -159,7 +159,7 @@ private:
         const auto until = std::chrono::steady_clock::now() + drainTime;
         std::array<char, 65536> waste{};
         while (!error && std::chrono::steady_clock::now() < until) {
-            error = await(Seconds(1),
+            error = await(Milliseconds(1000),
                           [&](auto done) { m_stream.async_read_some(asio::buffer(waste), done); });
         }
         return false;
@@ -191,7 +191,7 @@ private:
             message.body() = {answer.body.data(), answer.body.size()};
         }
         http::response_serializer<http::span_body<const char>> serializer(message);
-        return !await(writeTime, [&](auto done) {
+        return !await(m_limits.write, [&](auto done) {
             if (m_head) {
                 http::async_write_header(m_stream, serializer, done);
             } else {
@@ -211,7 +211,7 @@ private:
             message.chunked(true);
         }
         http::response_serializer<http::empty_body> serializer(message);
-        m_sound = !await(writeTime,
+        m_sound = !await(m_limits.write,
                          [&](auto done) { http::async_write_header(m_stream, serializer, done); });
         if (m_sound && !m_head) {
             answer.stream(*this);
@@ -222,7 +222,7 @@ private:
                 m_streamed == *answer.length; // or the next answer would be taken for its rest
         }
         if (m_sound && m_chunked && !m_head) {
-            m_sound = !await(writeTime, [&](auto done) {
+            m_sound = !await(m_limits.write, [&](auto done) {
                 asio::async_write(m_stream, http::make_chunk_last(), done);
             });
         }
@@ -232,7 +232,7 @@ private:
     bool write(std::string_view bytes) override {
         const asio::const_buffer buffer(bytes.data(), bytes.size());
         m_streamed += bytes.size();
-        m_sound = m_sound && !m_ending && !await(writeTime, [&](auto done) {
+        m_sound = m_sound && !m_ending && !await(m_limits.write, [&](auto done) {
                       if (m_chunked) {
                           asio::async_write(m_stream, http::make_chunk(buffer), done);
                       } else {
@@ -251,6 +251,7 @@ private:
     asio::io_context& m_context;
     beast::tcp_stream m_stream;
     HttpService* m_service;
+    const HttpLimits& m_limits;
     const std::atomic<bool>& m_ending;
     beast::flat_buffer m_buffer;
     bool m_used = false;
@@ -266,8 +267,9 @@ private:
 /// Takes connections and keeps book of them.
 class HttpServer::Listener {
 public:
-    explicit Listener(std::uint16_t port)
-        : m_acceptor(m_context, tcp::endpoint(asio::ip::address_v4::loopback(), port)) {}
+    Listener(std::uint16_t port, const HttpLimits& limits)
+        : m_limits(limits),
+          m_acceptor(m_context, tcp::endpoint(asio::ip::address_v4::loopback(), port)) {}
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
@@ -310,7 +312,7 @@ private:
 
     void begin(tcp::socket socket) {
         const std::lock_guard lock(m_mutex);
-        if (m_connections == mostConnections) {
+        if (m_connections == m_limits.connections) {
             return; // closes it
         }
         // The context must outlive its socket, so both go into the thread together.
@@ -323,7 +325,7 @@ private:
     void handle(asio::io_context& context, tcp::socket socket) {
         {
             beast::error_code ignored;
-            Connection connection(context, std::move(socket), m_service, m_ending);
+            Connection connection(context, std::move(socket), m_service, m_limits, m_ending);
             const int handle = connection.handle();
             note(handle, true);
             connection.serve();
@@ -346,6 +348,7 @@ private:
         }
     }
 
+    HttpLimits m_limits;
     HttpService* m_service = nullptr;
     asio::io_context m_context{1};
     tcp::acceptor m_acceptor;
@@ -358,7 +361,8 @@ private:
     std::size_t m_connections = 0;
 };
 
-HttpServer::HttpServer(std::uint16_t port) : m_listener(std::make_unique<Listener>(port)) {}
+HttpServer::HttpServer(std::uint16_t port, const HttpLimits& limits)
+    : m_listener(std::make_unique<Listener>(port, limits)) {}
 
 HttpServer::~HttpServer() = default;
 

@@ -2,6 +2,8 @@
 
 #include "studio/Message.h"
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,12 +23,21 @@ protected:
     ~HttpService() = default;
 };
 
+/// What a server gives a connection before it is cut.
+struct HttpLimits {
+    std::size_t connections = 64; ///< at once
+    std::chrono::milliseconds head{10'000};
+    std::chrono::milliseconds idle{60'000}; ///< between two requests
+    std::chrono::milliseconds body{60'000};
+    std::chrono::milliseconds write{30'000}; ///< for each piece of an answer
+};
+
 /// Speaks HTTP/1.1 with this machine alone: listens on 127.0.0.1, one thread a connection. Heads,
 /// bodies, connections and the time that anything takes are limited.
 class HttpServer {
 public:
     /// Takes a port, 0 any that is free. Throws std::system_error when it cannot be had.
-    explicit HttpServer(std::uint16_t port);
+    explicit HttpServer(std::uint16_t port, const HttpLimits& limits = {});
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
     /// Cuts every connection and waits for what is being answered.

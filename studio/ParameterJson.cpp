@@ -19,24 +19,24 @@ namespace {
 
 constexpr double shapeSide = 100.0;
 
-constexpr ParamId percents[] = {PARAM_FEATHER,
-                                PARAM_START,
-                                PARAM_END,
-                                PARAM_OFFSET,
-                                PARAM_START_THICKNESS,
-                                PARAM_END_THICKNESS,
-                                PARAM_TAPER_START,
-                                PARAM_TAPER_END,
-                                PARAM_REPEATER_OPACITY,
-                                PARAM_REPEATER_SCALE,
-                                PARAM_ADJUST_STEP,
-                                PARAM_INTERNAL_OPACITY,
-                                PARAM_LOW_ALPHA_SAT_BOOST,
-                                PARAM_HI_ALPHA_BRIGHT_BOOST,
-                                PARAM_OPACITY};
-constexpr ParamId degrees[] = {PARAM_LOW_ALPHA_HUE_ROTATION, PARAM_SHUTTER_ANGLE,
-                               PARAM_SHUTTER_PHASE};
-constexpr ParamId lengths[] = {
+constexpr ParamId inPercent[] = {PARAM_FEATHER,
+                                 PARAM_START,
+                                 PARAM_END,
+                                 PARAM_OFFSET,
+                                 PARAM_START_THICKNESS,
+                                 PARAM_END_THICKNESS,
+                                 PARAM_TAPER_START,
+                                 PARAM_TAPER_END,
+                                 PARAM_REPEATER_OPACITY,
+                                 PARAM_REPEATER_SCALE,
+                                 PARAM_ADJUST_STEP,
+                                 PARAM_INTERNAL_OPACITY,
+                                 PARAM_LOW_ALPHA_SAT_BOOST,
+                                 PARAM_HI_ALPHA_BRIGHT_BOOST,
+                                 PARAM_OPACITY};
+constexpr ParamId inDegrees[] = {PARAM_LOW_ALPHA_HUE_ROTATION, PARAM_SHUTTER_ANGLE,
+                                 PARAM_SHUTTER_PHASE};
+constexpr ParamId inPixels[] = {
     PARAM_THICKNESS,    PARAM_POSITION_Z,  PARAM_DISPLACE_X, PARAM_DISPLACE_Y, PARAM_DISPLACE_Z,
     PARAM_Z_CLIP_FRONT, PARAM_Z_CLIP_BACK, PARAM_START_FADE, PARAM_CAMERA_Z,   PARAM_ZOOM};
 
@@ -46,13 +46,13 @@ bool isOneOf(int id, const ParamId (&ids)[N]) {
 }
 
 const char* unitOf(const ParameterRow& row) {
-    if (row.kind == RowKind::Angle || isOneOf(row.id, degrees)) {
+    if (row.kind == RowKind::Angle || isOneOf(row.id, inDegrees)) {
         return "°";
     }
-    if (isOneOf(row.id, percents)) {
+    if (isOneOf(row.id, inPercent)) {
         return "%";
     }
-    return isOneOf(row.id, lengths) ? "px" : "";
+    return isOneOf(row.id, inPixels) ? "px" : "";
 }
 
 const char* kindOf(const ParameterRow& row) {

@@ -16,7 +16,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr long largestSide = 32767;
 constexpr long largestSerial = 1L << 52;
 
 FrameWish wishOf(const Call& call) {

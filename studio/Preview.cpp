@@ -14,7 +14,7 @@ namespace orbel::studio {
 
 namespace {
 
-constexpr std::size_t mostTabs = 8;
+constexpr std::size_t mostKeptTabs = 8;
 
 /// Never larger than the scene: enlarging is the page's business.
 FrameSize shownSize(const FrameWish& wish, FrameSize scene) {
@@ -73,7 +73,7 @@ json pixelOf(const DrawnFrame& drawn, int x, int y) {
 
 Preview::Tab& Preview::tabOf(const std::string& name) {
     const auto found = m_tabs.find(name);
-    if (found == m_tabs.end() && m_tabs.size() == mostTabs) {
+    if (found == m_tabs.end() && m_tabs.size() == mostKeptTabs) {
         const auto oldest =
             std::min_element(m_tabs.begin(), m_tabs.end(), [](const auto& a, const auto& b) {
                 return a.second.used < b.second.used;

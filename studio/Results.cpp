@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t pieceSize = std::size_t{256} << 10;
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 8> types{
+constexpr std::array<std::pair<std::string_view, std::string_view>, 8> mediaTypes{
     {{".mp4", "video/mp4"},
      {".mov", "video/quicktime"},
      {".mkv", "video/x-matroska"},
@@ -28,9 +28,9 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 8> types{
      {".exr", "image/x-exr"}}};
 
 std::string_view typeOf(const std::string& file) {
-    const auto found = std::find_if(types.begin(), types.end(),
+    const auto found = std::find_if(mediaTypes.begin(), mediaTypes.end(),
                                     [&](const auto& type) { return file.ends_with(type.first); });
-    return found == types.end() ? "application/octet-stream" : found->second;
+    return found == mediaTypes.end() ? "application/octet-stream" : found->second;
 }
 
 /// Bytes `first` to `last`, both included.

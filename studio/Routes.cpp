@@ -14,10 +14,10 @@ constexpr std::uint64_t sceneBody = 40ULL << 20;
 /// A file as large as a drop may be, in base 64, and its name.
 constexpr std::uint64_t dropBody = largestDrop / 3 * 4 + smallBody;
 
-constexpr Route table[] = {
+constexpr Route routeTable[] = {
     {"POST", "/api/open", false, smallBody, openPage},
     {"POST", "/api/key", true, smallBody, makeKey},
-    {"GET", "/api/table", true, 0, tellTable},
+    {"GET", "/api/routeTable", true, 0, tellTable},
     {"GET", "/api/scene", true, 0, tellScene},
     {"POST", "/api/open-scene", true, smallBody, openScene},
     {"POST", "/api/check", true, sceneBody, checkScene},
@@ -41,13 +41,13 @@ constexpr Route table[] = {
 } // namespace
 
 std::span<const Route> routes() {
-    return table;
+    return routeTable;
 }
 
 const Route* findRoute(std::string_view path) {
-    const auto* const found = std::find_if(std::begin(table), std::end(table),
+    const auto* const found = std::find_if(std::begin(routeTable), std::end(routeTable),
                                            [&](const Route& route) { return route.path == path; });
-    return found == std::end(table) ? nullptr : found;
+    return found == std::end(routeTable) ? nullptr : found;
 }
 
 } // namespace orbel::studio

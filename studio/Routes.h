@@ -8,6 +8,9 @@
 
 namespace orbel::studio {
 
+/// Of a picture; what a scene may ask for as well.
+inline constexpr long largestSide = 32767;
+
 /// A request that has passed every check.
 struct Call {
     Studio& studio;

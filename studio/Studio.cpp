@@ -147,7 +147,7 @@ Studio::Studio(const StudioSettings& settings)
     prepareShapeTable();
     m_table = textOf(parameterJson());
     m_watch = std::make_unique<FolderWatch>(&m_folder, &m_events, [this] { return scenesInUse(); });
-    m_server = std::make_unique<HttpServer>(settings.port);
+    m_server = std::make_unique<HttpServer>(settings.port, settings.limits);
     m_server->serve(this);
 }
 

@@ -24,6 +24,7 @@ namespace orbel::studio {
 struct StudioSettings {
     std::string place;      ///< a scene file, there or not, or a folder; empty for the current one
     std::uint16_t port = 0; ///< 0: any that is free
+    HttpLimits limits;
 };
 
 /// `[{message, remedy, pointer, line, column}]`; line and column for errors of syntax alone.

@@ -34,6 +34,7 @@ export class PictureSource {
     link: FrameLink,
     shown: (pixels: FramePixels) => void,
     failed: (failure: Failure, lost: boolean) => void,
+    private readonly busy: () => void,
   ) {
     this.#newest = new Newest<FrameQuestion, FramePixels>(
       (question) => link.frame(question, this.serialFor(question)),
@@ -52,6 +53,7 @@ export class PictureSource {
   want(wanted: Wanted): void {
     if (this.#wanted && sameWanted(this.#wanted, wanted)) return;
     this.#wanted = wanted;
+    this.busy();
     clearTimeout(this.#settle);
     if (isReduced(wanted)) {
       this.#newest.request(question(wanted, false));
@@ -69,6 +71,11 @@ export class PictureSource {
 
   get idle(): boolean {
     return this.#newest.idle;
+  }
+
+  /** Whether these are the pixels that the last wish ends with. */
+  settles({ exact, frame }: FramePixels): boolean {
+    return exact && this.#newest.last && frame === this.#wanted?.frame;
   }
 
   private serialFor({ width, height }: FrameQuestion): number {

@@ -23,23 +23,31 @@ import {
 } from "./state";
 import { Table, type Row, type Value } from "./table";
 
+/** How long nothing may change before the server checks the scene, in milliseconds. */
+const checkPause = 80;
+
 export class Session {
   readonly client = new Client();
   readonly api = new Api(this.client, () => this.state.file.name);
   readonly frames = new FrameLink(this.client, () => this.state.file.name);
   readonly picture = new PictureSource(
     this.frames,
-    ({ milliseconds, exact, frame }) =>
-      this.update({ picture: { milliseconds, exact, frame, failure: null } }),
+    (pixels) => {
+      const { milliseconds, exact, frame } = pixels;
+      const busy = !this.picture.settles(pixels);
+      this.update({ picture: { milliseconds, exact, frame, busy, failure: null } });
+    },
     (failure, lost) => {
       if (lost) this.lost();
-      this.update({ picture: { ...this.state.picture, failure } });
+      this.update({ picture: { ...this.state.picture, busy: false, failure } });
     },
+    () => this.update({ picture: { ...this.state.picture, busy: true } }),
   );
   readonly film = new Film(this);
   readonly keeper = new Keeper(this);
   state: State;
   #listeners = new Set<() => void>();
+  #checkPause: ReturnType<typeof setTimeout> | undefined;
   #gestures = 0;
   #gesture: number | null = null;
   readonly #checks = new Newest(
@@ -135,7 +143,8 @@ export class Session {
     const scene = readScene(history.text, this.state.table);
     const lastScene = scene.fault ? this.state.lastScene : scene;
     this.update({ history, scene, lastScene });
-    this.#checks.request(history.text);
+    clearTimeout(this.#checkPause);
+    this.#checkPause = setTimeout(() => this.#checks.request(this.text), checkPause);
     this.keeper.changed();
   }
 
@@ -303,7 +312,7 @@ function emptyState(): State {
     playing: 0,
     dropped: 0,
     before: false,
-    picture: { milliseconds: 0, exact: true, failure: null, frame: 0 },
+    picture: { milliseconds: 0, exact: true, busy: true, failure: null, frame: 0 },
     panel: null,
     notices: [],
     jobs: [],

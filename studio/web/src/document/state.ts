@@ -37,6 +37,8 @@ export interface FileState {
 export interface PictureState {
   milliseconds: number;
   exact: boolean;
+  /** A better picture is on its way. */
+  busy: boolean;
   failure: Failure | null;
   /** The frame that is shown, which may lag behind the playhead. */
   frame: number;

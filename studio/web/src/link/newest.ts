@@ -24,9 +24,9 @@ export class Newest<Q, A> {
     return !this.#running;
   }
 
-  /** Forgets what waits; what is under way still arrives. */
-  forget(): void {
-    this.#waiting = null;
+  /** Nothing waits behind what is under way. */
+  get last(): boolean {
+    return this.#waiting === null;
   }
 
   private async run(first: Q): Promise<void> {

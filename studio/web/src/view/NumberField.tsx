@@ -56,7 +56,8 @@ export function NumberField({ label, value, shown, step, disabled, class: name, 
       onFocus={(event) => {
         setTyped(String(value));
         const field = event.currentTarget;
-        requestAnimationFrame(() => field.select());
+        // After the press that gave the focus, which would put the caret.
+        requestAnimationFrame(() => document.activeElement === field && field.select());
       }}
       onInput={(event) => setTyped(event.currentTarget.value)}
       onKeyDown={press}

@@ -162,7 +162,7 @@ function PointHandle({ row, at, placing, scene, frame, factor, kind }: PointHand
       class={`handle ${kind}`}
       transform={`translate(${x} ${y})`}
       role="button"
-      tabIndex={0}
+      tabindex={0}
       aria-label={`Move ${row.name}`}
       onPointerDown={press}
       onKeyDown={nudge}
@@ -219,7 +219,7 @@ function Bead({ row, at, lines, shift, placing, value, kind }: BeadProps) {
       class={`bead ${kind}`}
       transform={`translate(${x} ${y})`}
       role="slider"
-      tabIndex={0}
+      tabindex={0}
       aria-label={`${row.label} on the path`}
       aria-valuemin={row.min ?? 0}
       aria-valuemax={row.max ?? 100}

@@ -35,6 +35,7 @@ export const RowView = memo(function RowView(props: RowProps) {
       data-row={row.name}
       role="group"
       aria-label={row.name}
+      aria-disabled={disabled}
       onPointerDown={activate}
       onFocusIn={activate}
       onContextMenu={(event) => {

@@ -29,6 +29,7 @@ export function Screen({ state, placing, scale }: { state: State; placing: Placi
         style={box}
         role="img"
         aria-label={`Frame ${state.picture.frame}`}
+        aria-busy={state.picture.busy || state.picture.frame !== state.frame}
       />
       {failure && (
         <p class="fault" role="status">

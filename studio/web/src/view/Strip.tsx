@@ -48,7 +48,7 @@ function Readout({ pointed, pixel }: { pointed: Pointed | null; pixel: PixelAnsw
   if (!pointed) return <span class="readout" />;
   const whole = pixel?.format.endsWith("8") ?? true;
   const part = (value: number) => (whole ? String(value) : Number(value.toPrecision(4)).toString());
-  const scale = pixel?.format.endsWith("16") ? 32768 : whole ? 255 : 1;
+  const scale = pixel?.format.endsWith("16") ? 65535 : whole ? 255 : 1;
   return (
     <span class="readout">
       x {pointed.x} y {pointed.y}

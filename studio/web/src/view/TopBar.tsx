@@ -14,6 +14,7 @@ export function TopBar({ state }: { state: State }) {
   const running = state.jobs.filter((job) => job.state === "running" || job.state === "waiting").length;
   return (
     <header class="bar">
+      <h1 class="unseen">Orbel studio</h1>
       <svg class="logo" viewBox="0 0 20 20" aria-hidden="true">
         <path d="M10 2a8 8 0 1 0 8 8" />
         <path d="M10 6a4 4 0 1 0 4 4" opacity=".55" />

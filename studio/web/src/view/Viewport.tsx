@@ -163,7 +163,7 @@ function usePath(state: State): PathAnswer | null {
       new Newest<{ text: string; frame: number }, PathAnswer>(
         ({ text, frame }) => session.api.path(text, frame),
         setPath,
-        () => setPath(null),
+        () => undefined,
       ),
   );
   const { settings, playing, frame, history, connected, phase } = state;

@@ -1,0 +1,57 @@
+// From nothing to a film, with pointer and keyboard.
+
+import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
+import { join } from "node:path";
+import { after, test } from "node:test";
+import { closeAll, openStudio, orbel } from "../support/studio.mjs";
+
+after(closeAll);
+
+test("an empty scene becomes a film, the one that orbel render makes", async () => {
+  const studio = await openStudio();
+  const { page } = studio;
+  await page.getByRole("button", { name: "Petals", exact: true }).click();
+  await page.getByLabel("Width", { exact: true }).fill("320");
+  await page.getByLabel("Width", { exact: true }).press("Enter");
+  await page.getByLabel("Height", { exact: true }).fill("180");
+  await page.getByLabel("Height", { exact: true }).press("Enter");
+  await page.getByLabel("Last frame", { exact: true }).and(page.locator("input")).fill("24");
+  await page.keyboard.press("Enter");
+  await page.keyboard.press("Shift+F");
+
+  await studio.goTo(0);
+  await studio.type("End", "0");
+  await studio.row("End").getByLabel("Key of End here").click();
+  await page.keyboard.press("End");
+  await studio.type("End", "25*4");
+  await studio.key("End", 0).click();
+  await page.getByLabel("Easing of the selected keys").selectOption("ease");
+  await studio.drag(studio.row("Thickness").locator(".label"), 40, 0);
+  await studio.type("Color", "#ffb84f");
+
+  await page.keyboard.press("Home");
+  await page.keyboard.press(" ");
+  await page.waitForFunction(() => Number(document.querySelector('[aria-label="Current frame"]').value) > 5);
+  await page.keyboard.press(" ");
+  await studio.settled();
+
+  await page.keyboard.press("Control+s");
+  await page.locator(".unsaved").waitFor({ state: "detached" });
+  await page.keyboard.press("Control+e");
+  await page.getByRole("textbox", { name: "Name" }).fill("petals");
+  await page.getByRole("button", { name: "Export petals.mp4" }).click();
+  await page.locator(".job.done").waitFor({ timeout: 30_000 });
+
+  await page.getByRole("button", { name: "Export petals.mp4" }).click();
+  await studio.notice("export").waitFor();
+
+  const name = await page.locator(".scenename b").textContent();
+  const scene = join(studio.folder, `${name}.json`);
+  const { parameters } = JSON.parse(await readFile(scene, "utf8"));
+  assert.deepEqual(parameters.End, { keys: [[0, 0, "ease"], [24, 100]] });
+  await orbel("render", scene, "-o", join(studio.folder, "again.mp4"));
+  const [film, again] = await Promise.all(["petals.mp4", "again.mp4"].map((each) => readFile(join(studio.folder, each))));
+  assert.ok(film.equals(again), "the export differs from orbel render");
+  await studio.close();
+});

@@ -1,0 +1,90 @@
+// Nothing that a person did is lost: reload, crash, another writer, a second tab.
+
+import assert from "node:assert/strict";
+import { readFile, writeFile } from "node:fs/promises";
+import { join } from "node:path";
+import { after, test } from "node:test";
+import { closeAll, openStudio, startProgram } from "../support/studio.mjs";
+
+after(closeAll);
+
+const text = `{
+  "orbel": 1, "size": [320, 180],
+  "parameters": {"Presets": "Basic Star", "Thickness": 1.20e1}
+}
+`;
+
+const journalled = (studio) =>
+  studio.page.waitForResponse((answer) => answer.url().endsWith("/api/journal") && answer.ok());
+
+test("unsaved work survives a reload", async () => {
+  const studio = await openStudio({ text });
+  const kept = journalled(studio);
+  await studio.type("Feather", "40");
+  await kept;
+  await studio.page.reload();
+  await studio.settled();
+  await studio.notice("journal").getByRole("button", { name: "Take it up" }).click();
+  assert.equal(await studio.row("Feather").locator("input").inputValue(), "40 %");
+  assert.equal((await studio.parameters()).Feather, 40);
+  assert.match(await readFile(studio.file, "utf8"), /1\.20e1/);
+  await studio.page.reload();
+  await studio.settled();
+  assert.equal(await studio.notice("journal").count(), 0);
+  await studio.close();
+});
+
+test("a killed server comes back and the page goes on", async () => {
+  const studio = await openStudio({ text });
+  const { page } = studio;
+  await studio.server.end("SIGKILL");
+  await studio.notice("link").waitFor();
+  await studio.type("Feather", "55");
+  const again = await startProgram(studio.file, "--port", new URL(studio.server.address).port);
+  studio.server = again;
+  await page.goto(again.address);
+  await studio.notice("link").waitFor({ state: "detached" });
+  await studio.settled();
+  assert.equal(await studio.row("Feather").locator("input").inputValue(), "55 %");
+  assert.equal((await studio.parameters()).Feather, 55);
+  await studio.close();
+});
+
+test("what somebody else wrote is offered, never lost", async () => {
+  const studio = await openStudio({ text });
+  await studio.type("Feather", "40");
+  const theirs = text.replace("1.20e1", "33");
+  await writeFile(studio.file, theirs);
+  await studio.notice("disk").waitFor();
+  await studio.page.keyboard.press("Control+s");
+  await studio.notice("save").waitFor();
+  assert.equal(await readFile(studio.file, "utf8"), theirs);
+  await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
+  assert.equal(await studio.row("Thickness").locator("input").inputValue(), "33 px");
+  await studio.page.keyboard.press("Control+z");
+  assert.equal(await studio.row("Feather").locator("input").inputValue(), "40 %");
+  await studio.close();
+});
+
+test("a broken scene and a wrong value are told in place", async () => {
+  const studio = await openStudio({ text });
+  await writeFile(studio.file, text.replace("1.20e1", "-4"));
+  await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
+  assert.match(await studio.notice("scene").textContent(), /parameters\/Thickness/);
+  await studio.type("Thickness", "8");
+  await studio.notice("scene").waitFor({ state: "detached" });
+  await studio.settled();
+  await studio.close();
+});
+
+test("a drawing dropped on the page becomes the shape", async () => {
+  const studio = await openStudio({ text });
+  const svg = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 100 100"><path d="M10 10L90 90"/><circle cx="50" cy="50" r="20" transform="rotate(45)"/></svg>`;
+  await studio.page.locator('input[type="file"]').setInputFiles({ name: "line.svg", mimeType: "image/svg+xml", buffer: Buffer.from(svg) });
+  await studio.page.locator(".losses").waitFor();
+  const scene = await studio.saved();
+  assert.equal(scene.shape, "line.svg");
+  assert.equal(scene.parameters.Presets, undefined);
+  assert.equal(await readFile(join(studio.folder, "line.svg"), "utf8"), svg);
+  await studio.close();
+});
