@@ -42,7 +42,12 @@ std::string rangeText(const ParameterRow& row) {
     if (row.isMenu()) {
         return "0 to " + std::to_string(menuSize(row) - 1);
     }
-    return row.range ? numberText(row.range->min) + " to " + numberText(row.range->max) : "";
+    if (!row.range) {
+        return "";
+    }
+    const std::string range = numberText(row.range->min) + " to " + numberText(row.range->max);
+    const bool said = row.unit == Unit::None || row.kind == RowKind::Angle;
+    return said ? range : range + " " + unitText(row.unit);
 }
 
 std::string defaultText(const ParameterRow& row) {

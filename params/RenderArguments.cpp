@@ -133,7 +133,8 @@ public:
     FieldReader(ParameterReader& reader, A* args) : m_reader(reader), m_args(args) {}
 
     void read(const Field& field) const {
-        std::visit([&](const auto& place) { read(*findParameter(field.id), place); }, field.place);
+        std::visit([&](const auto& place) { this->read(*findParameter(field.id), place); },
+                   field.place);
     }
 
 private:

@@ -33,7 +33,7 @@ F layerAlpha(typename P::Component alpha, float opacity) {
         return scaled;
     } else {
         constexpr float limit = 16777216.0F;
-        return static_cast<F>(truncateTo<int>(std::clamp(scaled, -limit, limit)));
+        return P::truncated(std::clamp(scaled, -limit, limit));
     }
 }
 

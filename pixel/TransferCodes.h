@@ -59,8 +59,8 @@ enum class TransferMode {
 
 /// What a code does. Tables by code are filled from this list and nothing else.
 struct TransferRow {
-    int code;
-    TransferMode mode;
+    int code = TRANSFER_NOTHING;
+    TransferMode mode = TransferMode::InFront;
     bool mayBeOpaque = true; ///< whether the caller may have the output's alpha forced to maximum
 };
 

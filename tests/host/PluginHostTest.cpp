@@ -55,6 +55,7 @@ TEST(PluginHost, operationsKeepTheirSlots) {
     EXPECT_EQ(slotOf(&Base::ignoreNormalComposite), 121U);
     EXPECT_EQ(slotOf(&Base::makeUpdateApi), 122U);
     EXPECT_EQ(slotOf(&Base::getAlphaHandling), 123U);
+    EXPECT_EQ(slotOf(&Base::getShapeText), 124U);
 }
 
 TEST(PluginUpdate, renamesBeforeItEnables) {
