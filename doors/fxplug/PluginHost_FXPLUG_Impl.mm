@@ -61,7 +61,7 @@ PluginHost_FXPLUG_Impl::PluginHost_FXPLUG_Impl(id<FxParameterCreationAPI> creati
       m_reader(retrieval, 0.0) {}
 
 void PluginHost_FXPLUG_Impl::setHostVersionNum(id<PROAPIAccessing> manager) {
-    const Owned<FxHostCapabilities*> capabilities(makeHostCapabilities(manager));
+    const Owned<FxHostCapabilities*> capabilities = makeHostCapabilities(manager);
     const auto version = static_cast<UInt32>([capabilities.get() hostVersionNumber]);
     if (version != 0) {
         m_majorVersion = static_cast<int>((version >> 24) & 0xF);

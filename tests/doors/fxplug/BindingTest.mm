@@ -599,7 +599,8 @@ std::vector<int> rowsOf(FxBitmap* bitmap) {
 
 TEST_F(Binding, doublesLines) {
     for (const FxUInt height : {1U, 3U}) {
-        FxBitmap* const frame = [render_lineDouble(rows(4, height, 16, 2, 7)) autorelease];
+        const Owned<FxBitmap*> doubled = render_lineDouble(rows(4, height, 16, 2, 7));
+        FxBitmap* const frame = doubled.get();
         EXPECT_THAT(rowsOf(frame),
                     height == 1 ? std::vector({7, 7}) : std::vector({7, 7, 8, 8, 9, 9}));
         EXPECT_EQ([frame pixelAspect], 0.75);
@@ -607,8 +608,8 @@ TEST_F(Binding, doublesLines) {
     }
     FxBitmap* const field = rows(1, 1, 8, 2, 0);
     manners().bitmapsUntilFailure = 0;
-    EXPECT_EQ(render_lineDouble(field), nil);
-    EXPECT_EQ(render_lineDouble(nil), nil);
+    EXPECT_EQ(render_lineDouble(field).get(), nil);
+    EXPECT_EQ(render_lineDouble(nil).get(), nil);
 }
 
 TEST_F(Binding, halvesLines) {
