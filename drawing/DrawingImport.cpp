@@ -6,6 +6,7 @@
 #include "drawing/SvgRecorder.h"
 #include "shapes/SvgParser.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -52,6 +53,10 @@ std::vector<PaintedOutlines> withSources(std::vector<PaintedPath> painted,
     return result;
 }
 
+bool isSign(const PaintedPath& path) {
+    return path.colour && signNumber(*path.colour);
+}
+
 bool paintsAlike(const PaintedPath& a, const PaintedPath& b) {
     return a.kind == b.kind && a.curves == b.curves;
 }
@@ -62,16 +67,24 @@ void dropHidden(const std::vector<PaintedPath>& clipped, std::vector<PaintedPath
                 std::vector<std::string>* notes) {
     std::vector<PaintedPath> seen;
     std::size_t next = 0;
-    for (PaintedPath& path : *painted) {
-        if (next < clipped.size() && paintsAlike(path, clipped[next])) {
-            seen.push_back(path);
-            ++next;
+    std::size_t hidden = 0;
+    for (const PaintedPath& path : *painted) {
+        while (next < clipped.size() && isSign(clipped[next])) {
+            ++next; // a sign may be hidden where what it stands for is not
         }
+        const bool shows = next < clipped.size() && paintsAlike(path, clipped[next]);
+        if (shows || isSign(path)) {
+            seen.push_back(path);
+        } else {
+            ++hidden;
+        }
+        next += shows ? 1U : 0U;
     }
-    if (next < clipped.size()) {
+    if (std::any_of(clipped.begin() + static_cast<std::ptrdiff_t>(next), clipped.end(),
+                    [](const auto& path) { return !isSign(path); })) {
         return; // they do not pair off, so nothing is known
     }
-    if (const std::size_t hidden = painted->size() - seen.size(); hidden > 0) {
+    if (hidden > 0) {
         notes->push_back(std::to_string(hidden) + " painted path" + (hidden == 1 ? "" : "s") +
                          " left out: hidden by a clip");
     }
@@ -80,12 +93,12 @@ void dropHidden(const std::vector<PaintedPath>& clipped, std::vector<PaintedPath
 
 ConvertedPage convert(std::string_view bytes, const ImportOptions& options) {
     DrawingDocument document = prepareDrawing(bytes);
-    const SvgRecorder recorder(document.svg);
-    RecordedDrawing recorded = recorder.record(false);
+    RecordedDrawing recorded = SvgRecorder(document.svg, false).record();
     ConvertedPage result;
     result.notes = std::move(document.notes);
     if (document.clips) {
-        dropHidden(recorder.record(true).painted, &recorded.painted, &result.notes);
+        dropHidden(SvgRecorder(document.svg, true).record().painted, &recorded.painted,
+                   &result.notes);
     }
     result.page.width = recorded.width;
     result.page.height = recorded.height;

@@ -177,7 +177,8 @@ std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordTurned(double
     return painted;
 }
 
-SvgRecorder::SvgRecorder(const std::string& svg) : m_handle(std::make_unique<Handle>()) {
+SvgRecorder::SvgRecorder(const std::string& svg, bool clipped)
+    : m_handle(std::make_unique<Handle>()) {
     GError* error = nullptr;
     m_handle->handle =
         rsvg_handle_new_from_data(reinterpret_cast<const guint8*>(svg.data()), svg.size(), &error);
@@ -186,19 +187,18 @@ SvgRecorder::SvgRecorder(const std::string& svg) : m_handle(std::make_unique<Han
                            "save the drawing as plain SVG"};
     }
     rsvg_handle_set_dpi(m_handle->handle, pixelsPerInch);
+    const std::string look = std::string(plainLook) + (clipped ? "" : nothingCut);
+    if (rsvg_handle_set_stylesheet(m_handle->handle, reinterpret_cast<const guint8*>(look.data()),
+                                   look.size(), &error) == FALSE) {
+        throw DrawingError{"the drawing cannot be read: " + textOf(error), ""};
+    }
 }
 
 SvgRecorder::~SvgRecorder() {
     g_clear_object(&m_handle->handle);
 }
 
-RecordedDrawing SvgRecorder::record(bool clipped) const {
-    const std::string look = std::string(plainLook) + (clipped ? "" : nothingCut);
-    GError* error = nullptr;
-    if (!rsvg_handle_set_stylesheet(m_handle->handle, reinterpret_cast<const guint8*>(look.data()),
-                                    look.size(), &error)) {
-        throw DrawingError{"the drawing cannot be read: " + textOf(error), ""};
-    }
+RecordedDrawing SvgRecorder::record() const {
     m_handle->measurePage();
     for (const double turn : turns) {
         if (auto painted = m_handle->recordTurned(turn)) {

@@ -21,13 +21,13 @@ struct RecordedDrawing {
 /// drawing may bring the libraries down.
 class SvgRecorder {
 public:
-    explicit SvgRecorder(const std::string& svg);
+    /// With `clipped`, what clips and viewports hide wholly is not painted.
+    SvgRecorder(const std::string& svg, bool clipped);
     ~SvgRecorder();
     SvgRecorder(const SvgRecorder&) = delete;
     SvgRecorder& operator=(const SvgRecorder&) = delete;
 
-    /// With `clipped`, what clips and the page hide wholly is not painted.
-    [[nodiscard]] RecordedDrawing record(bool clipped) const;
+    [[nodiscard]] RecordedDrawing record() const;
 
 private:
     struct Handle;

@@ -58,9 +58,9 @@ std::vector<OutlineCurve> outlinesOfElement(const std::string& element, double w
                   "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%.9f\" height=\"%.9f\" "
                   "viewBox=\"0 0 %.9f %.9f\">",
                   width, height, width, height);
-    const SvgRecorder recorder(page + element + "</svg>");
+    const SvgRecorder recorder(page + element + "</svg>", false);
     std::vector<OutlineCurve> curves;
-    for (PaintedPath& painted : recorder.record(false).painted) {
+    for (PaintedPath& painted : recorder.record().painted) {
         curves.insert(curves.end(), painted.curves.begin(), painted.curves.end());
     }
     return curves;
