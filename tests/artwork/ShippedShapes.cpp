@@ -42,7 +42,7 @@ constexpr ShippedShape shapes[] = {
     {"Squiggle Outline 03", 1, 0, 0, 12, 1, 46.1, 25.8, NONE},
     {"Squiggle Outline 04", 1, 0, 10, 0, 1, 40.6, 42.5, NONE},
     {"Squiggle Outline 05", 1, 0, 0, 48, 1, 63.0, 7.2, NONE},
-    {"Squiggle Outline 06", 1, 0, 0, 8, 1, 26.4, 18.9, 17.6},
+    {"Squiggle Outline 06", 1, 0, 0, 8, 1, 24.1, 18.4, 25.7},
     {"Squiggle Outline 07", 1, 0, 0, 0, -8, 0.4, 22.6, 0},
     {"Squiggle Outline 08", 1, 0, 0, 22, 1, 34.4, 7.5, 36.7},
     {"Squiggly Star", 1, 0, 0, 30, 1, 35.0, 17.9, NONE},
@@ -51,7 +51,7 @@ constexpr ShippedShape shapes[] = {
     {"Talk Square", 1, 0, 3, 0, 1, 55.8, 55.0, NONE},
     {"Tapered Flame", 2, 0, 3, 5, 2, 33.0, 26.7, 41.1},
     {"Target Lines", 3, 24, 0, 0, 3, 30.3, 26.7, 0},
-    {"Wild Splat", 10, 0, 0, 24, 10, 28.7, 5.8, 21.1},
+    {"Wild Splat", 10, 0, 0, 24, 10, 28.5, 6.8, 18.9},
     {"Wrinkled Petals", 6, 0, 5, 40, 6, 36.5, 6.1, 16.1},
 };
 

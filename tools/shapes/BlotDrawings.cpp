@@ -113,15 +113,15 @@ Outline drop(double degrees, double distance, double size, double stretch) {
 
 std::vector<Outline> wildSplat() {
     return {splat(),
-            drop(7, 130, 5, 1.5),
-            drop(48, 99, 4, 1.1),
-            drop(63, 119, 4.5, 1.3),
-            drop(82, 93, 4.5, 1),
-            drop(133.5, 135, 5.5, 1.5),
-            drop(208, 98, 4.2, 1.1),
-            drop(225, 125, 5, 1.4),
-            drop(268, 96, 4.5, 1.1),
-            drop(318, 121, 4.2, 1.4)};
+            drop(7, 130, 6, 1.5),
+            drop(48.5, 101, 5, 1.1),
+            drop(62, 120, 5.5, 1.3),
+            drop(82, 96, 5.5, 1),
+            drop(133.5, 135, 6.5, 1.5),
+            drop(207, 100, 5, 1.1),
+            drop(225.5, 126, 6, 1.4),
+            drop(268, 100, 5.5, 1.1),
+            drop(318.5, 122, 5, 1.4)};
 }
 
 } // namespace

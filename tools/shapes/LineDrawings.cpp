@@ -113,7 +113,7 @@ double contrast(const std::vector<Stick>& sticks, const Stick& stick) {
 /// The longest stick about a place that stays clear of the others, or one without length.
 Stick longestAt(const std::vector<Stick>& sticks, Point place, double degrees) {
     constexpr double CLEARANCE = 8;
-    for (double half = 30; half >= 12; half -= 2) {
+    for (int half = 30; half >= 12; half -= 2) {
         const Point reach = onClock({}, half, degrees);
         const Stick stick{place - reach, place + reach};
         if (gap(sticks, stick) >= CLEARANCE && length(stick.from) <= 100 &&

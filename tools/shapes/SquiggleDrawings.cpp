@@ -92,7 +92,7 @@ Outline wavySquare() {
 
 /// A worm: a tube with round ends about a line that winds, fattest in the middle.
 Outline worm() {
-    const BentLine spine([](double t) { return -105 * wave(2.0 * t); });
+    const BentLine spine([](double t) { return -103 * wave(2.0 * t); });
     const auto side = [&](double right) {
         return [&spine, right](double t) {
             return spine.beside(t, right * (0.016 + 0.014 * std::pow(std::sin(PI * t), 2)));
