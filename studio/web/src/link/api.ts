@@ -57,6 +57,8 @@ export interface PathAnswer {
   start: [number, number] | null;
   end: [number, number] | null;
   position: [number, number];
+  /** Picture pixels that the position moves for a whole unit of its x and of its y. */
+  positionAxes?: [[number, number], [number, number]];
   camera: [number, number];
 }
 
@@ -113,6 +115,8 @@ export class Api {
   saveAs = (name: string, text: string, overwrite: boolean) =>
     this.client.post<{ name: string; revision: string }>("/api/save-as", { name, text, overwrite });
   journal = (text: string) => this.about<object>("/api/journal", { text });
+  /** The journal is written: the server may end. */
+  ended = () => this.client.post<object>("/api/ended", {});
   clearJournal = () => this.about<object>("/api/journal", { clear: true });
   pixel = (text: string, frame: number, x: number, y: number) =>
     this.about<PixelAnswer>("/api/pixel", { text, frame, x, y });
