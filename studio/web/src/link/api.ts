@@ -53,13 +53,13 @@ export interface PixelAnswer {
 
 export interface PathAnswer {
   paths: number[][];
-  fractions?: number[][];
+  fractions?: number[][] | null;
   start: [number, number] | null;
   end: [number, number] | null;
-  position: [number, number];
+  position: [number, number] | null;
   /** Picture pixels that the position moves for a whole unit of its x and of its y. */
-  positionAxes?: [[number, number], [number, number]];
-  camera: [number, number];
+  positionAxes?: [[number, number], [number, number]] | null;
+  camera: [number, number] | null;
 }
 
 export interface Job {

@@ -95,10 +95,10 @@ function Handles({ state, scene, path, placing }: HandlesProps) {
   const endAt = path.end ?? (first && pointAt(first, (number(end) + shift) / 100));
   return (
     <g>
-      {camera && (
+      {camera && path.camera && (
         <PointHandle row={camera} at={path.camera} placing={placing} scene={scene} frame={frame} axes={plainAxes} kind="camera" />
       )}
-      {position && (
+      {position && path.position && (
         <PointHandle row={position} at={path.position} placing={placing} scene={scene} frame={frame} axes={path.positionAxes ?? plainAxes} kind="position" />
       )}
       {offset && origin && <Bead row={offset} at={origin} lines={lines} shift={0} placing={placing} value={shift} kind="offset" />}
