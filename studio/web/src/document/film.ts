@@ -61,8 +61,10 @@ export class Film {
       session.update({ frame, dropped });
       if (frame >= last && !session.state.settings.loop) stop.abort();
     };
+    // From the playhead to the end once, and then round and round.
     for (let from = start; !stop.signal.aborted; from = first) {
-      await session.frames.play({ ...orders, from, to: last }, stop.signal, (pixels) => {
+      const loop = session.state.settings.loop && from === first;
+      await session.frames.play({ ...orders, from, to: last, loop }, stop.signal, (pixels) => {
         if (stop.signal.aborted) return;
         session.picture.screen?.paint(pixels);
         show(pixels.frame);

@@ -198,6 +198,7 @@ export class Keeper {
     this.#journalled = "";
     await this.writeJournal();
     this.keepHere();
+    await session.api.ended().catch(() => undefined);
     session.tell("link", "The studio was ended.", "What is not saved will be offered at its next start.", [], "info");
   }
 

@@ -62,3 +62,13 @@ export function shareNear(lines: readonly Outline[], [x, y]: Place): number {
 export function unwound(share: number, current: number): number {
   return share + Math.round(current - share);
 }
+
+/** The vectors that a unit of a point's x and of its y stand for on the picture. */
+export type Axes = readonly [Place, Place];
+
+/** The point's own movement that shows as (dx, dy) on the picture; nothing where it cannot be seen. */
+export function alongAxes([[ax, ay], [bx, by]]: Axes, [dx, dy]: Place): Place | null {
+  const area = ax * by - ay * bx;
+  if (Math.abs(area) < 1e-6) return null;
+  return [(dx * by - dy * bx) / area, (dy * ax - dx * ay) / area];
+}

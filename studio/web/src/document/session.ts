@@ -21,7 +21,7 @@ import {
   type Settings,
   type State,
 } from "./state";
-import { Table, type Row, type Value } from "./table";
+import { isContinuous, Table, type Row, type Value } from "./table";
 
 /** How long nothing may change before the server checks the scene, in milliseconds. */
 const checkPause = 80;
@@ -169,7 +169,8 @@ export class Session {
   }
 
   setValue(row: Row, value: Value, name = `change ${row.label}`): void {
-    const asKey = this.state.settings.autoKey && row.animatable;
+    // Switches and menus get keys by hand alone: a step in time is seldom meant.
+    const asKey = this.state.settings.autoKey && row.animatable && isContinuous(row);
     this.change(name, this.edit().setValue(row, this.state.frame, value, asKey));
   }
 

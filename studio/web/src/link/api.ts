@@ -53,11 +53,13 @@ export interface PixelAnswer {
 
 export interface PathAnswer {
   paths: number[][];
-  fractions?: number[][];
+  fractions?: number[][] | null;
   start: [number, number] | null;
   end: [number, number] | null;
-  position: [number, number];
-  camera: [number, number];
+  position: [number, number] | null;
+  /** Picture pixels that the position moves for a whole unit of its x and of its y. */
+  positionAxes?: [[number, number], [number, number]] | null;
+  camera: [number, number] | null;
 }
 
 export interface Job {
@@ -113,6 +115,8 @@ export class Api {
   saveAs = (name: string, text: string, overwrite: boolean) =>
     this.client.post<{ name: string; revision: string }>("/api/save-as", { name, text, overwrite });
   journal = (text: string) => this.about<object>("/api/journal", { text });
+  /** The journal is written: the server may end. */
+  ended = () => this.client.post<object>("/api/ended", {});
   clearJournal = () => this.about<object>("/api/journal", { clear: true });
   pixel = (text: string, frame: number, x: number, y: number) =>
     this.about<PixelAnswer>("/api/pixel", { text, frame, x, y });

@@ -64,7 +64,7 @@ export class FrameLink {
 
   /** Plays until `signal` ends it or the server closes; `show` gets every frame that arrives. */
   async play(
-    order: Omit<FrameQuestion, "frame" | "before" | "exact"> & { from: number; to: number },
+    order: Omit<FrameQuestion, "frame" | "before" | "exact"> & { from: number; to: number; loop: boolean },
     signal: AbortSignal,
     show: (frame: FramePixels) => void,
   ): Promise<void> {

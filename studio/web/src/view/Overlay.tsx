@@ -1,6 +1,6 @@
-import { outline, pointAt, shareNear, unwound, type Outline, type Place } from "../document/outline";
+import { alongAxes, outline, pointAt, shareNear, unwound, type Axes, type Outline, type Place } from "../document/outline";
 import { valueAt, type Scene } from "../document/scene";
-import { readable, type State } from "../document/state";
+import { filmSize, readable, type State } from "../document/state";
 import { clampToRow, type Row } from "../document/table";
 import { tidy } from "../document/writing";
 import type { PathAnswer } from "../link/api";
@@ -80,6 +80,11 @@ function Handles({ state, scene, path, placing }: HandlesProps) {
   const row = (name: string) => table.find(name);
   const position = row("Transform/XY Position");
   const camera = row("Camera/XY Position");
+  const [wide, high] = filmSize(state);
+  const plainAxes: Axes = [
+    [wide, 0],
+    [0, high],
+  ];
   const start = row("Start");
   const end = row("End");
   const offset = row("Offset");
@@ -90,11 +95,11 @@ function Handles({ state, scene, path, placing }: HandlesProps) {
   const endAt = path.end ?? (first && pointAt(first, (number(end) + shift) / 100));
   return (
     <g>
-      {camera && (
-        <PointHandle row={camera} at={path.camera} placing={placing} scene={scene} frame={frame} factor={1} kind="camera" />
+      {camera && path.camera && (
+        <PointHandle row={camera} at={path.camera} placing={placing} scene={scene} frame={frame} axes={plainAxes} kind="camera" />
       )}
-      {position && (
-        <PointHandle row={position} at={path.position} placing={placing} scene={scene} frame={frame} factor={magnification(state, scene)} kind="position" />
+      {position && path.position && (
+        <PointHandle row={position} at={path.position} placing={placing} scene={scene} frame={frame} axes={path.positionAxes ?? plainAxes} kind="position" />
       )}
       {offset && origin && <Bead row={offset} at={origin} lines={lines} shift={0} placing={placing} value={shift} kind="offset" />}
       {end && endAt && <Bead row={end} at={endAt} lines={lines} shift={shift} placing={placing} value={number(end)} kind="end" />}
@@ -103,29 +108,17 @@ function Handles({ state, scene, path, placing }: HandlesProps) {
   );
 }
 
-/** How much larger than the frame's own pixels the plane of the stroke appears. */
-function magnification(state: State, scene: Scene): number {
-  const number = (name: string) => {
-    const row = state.table.find(name);
-    return row ? Number(valueAt(scene, row, state.frame)) : 0;
-  };
-  const away = number("Transform/Z Position") - number("Camera/Z Position");
-  const factor = number("Camera/Zoom") / away;
-  return Number.isFinite(factor) && factor > 0.01 ? factor : 1;
-}
-
 interface PointHandleProps {
   row: Row;
   at: Place;
   placing: Placing;
   scene: Scene;
   frame: number;
-  /** Picture pixels that the handle moves for one pixel of the parameter. */
-  factor: number;
+  axes: Axes;
   kind: "position" | "camera";
 }
 
-function PointHandle({ row, at, placing, scene, frame, factor, kind }: PointHandleProps) {
+function PointHandle({ row, at, placing, scene, frame, axes, kind }: PointHandleProps) {
   const session = useSession();
   const [x, y] = onBoard(placing, at);
   const value = valueAt(scene, row, frame) as readonly number[];
@@ -140,9 +133,10 @@ function PointHandle({ row, at, placing, scene, frame, factor, kind }: PointHand
       threshold: 2,
       move: (dx, dy, next) => {
         const free = next.shiftKey ? Math.abs(dx) > Math.abs(dy) : null;
-        const moveX = free === false ? 0 : dx / placing.width / factor;
-        const moveY = free === true ? 0 : dy / placing.height / factor;
-        set(value[0]! + moveX, value[1]! + moveY);
+        const onX = free === false ? 0 : dx / placing.scaleX;
+        const onY = free === true ? 0 : dy / placing.scaleY;
+        const moved = alongAxes(axes, [onX, onY]);
+        if (moved) set(value[0]! + moved[0], value[1]! + moved[1]);
       },
       end: () => session.endGesture(),
     });

@@ -89,21 +89,41 @@ function ViewSwitches({ state }: { state: State }) {
           <Icon name={icon} />
         </button>
       ))}
+      <GroundChoice ground={settings.ground} />
+    </span>
+  );
+}
+
+const namedGrounds: Record<string, string> = { grid: "Grid", black: "Black", white: "White" };
+
+/** The grid, black, white, or any colour under a picture with alpha. */
+function GroundChoice({ ground }: { ground: Ground }) {
+  const session = useSession();
+  const own = ground.startsWith("#");
+  const set = (next: string) => session.setSettings({ ground: next as Ground });
+  return (
+    <>
       <select
         class="select"
         aria-label="What lies under the picture"
         title="What lies under the picture"
-        value={settings.ground}
+        value={own ? "own" : ground}
         onChange={(event) => {
-          session.setSettings({ ground: event.currentTarget.value as Ground });
+          const { value } = event.currentTarget;
+          set(value === "own" ? "#808080" : value);
           event.currentTarget.blur();
         }}
       >
-        <option value="grid">Grid</option>
-        <option value="black">Black</option>
-        <option value="white">White</option>
-        <option value="#808080">Grey</option>
+        {Object.entries(namedGrounds).map(([name, label]) => (
+          <option key={name} value={name}>
+            {label}
+          </option>
+        ))}
+        <option value="own">Colour</option>
       </select>
-    </span>
+      {own && (
+        <input class="ground" type="color" aria-label="Colour under the picture" value={ground} onInput={(event) => set(event.currentTarget.value)} />
+      )}
+    </>
   );
 }

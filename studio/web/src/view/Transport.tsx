@@ -59,9 +59,14 @@ export function Transport({ state }: { state: State }) {
       )}
       <span class="space" />
       {selection.size > 0 && <SelectionTools state={state} />}
-      <button aria-pressed={settings.snap} title="Dragged keys snap to the playhead and other keys" onClick={toggle("snap")}>
+      <button
+        class="square"
+        aria-label="Snap"
+        aria-pressed={settings.snap}
+        title="Dragged keys snap to the playhead and other keys"
+        onClick={toggle("snap")}
+      >
         <Icon name="magnet" />
-        Snap
       </button>
       <button title="Frames or time" onClick={toggle("asTime")}>
         {settings.asTime ? "Time" : "Frames"}

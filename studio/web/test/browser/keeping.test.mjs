@@ -25,7 +25,7 @@ test("unsaved work survives a reload", async () => {
   await studio.page.reload();
   await studio.settled();
   await studio.notice("journal").getByRole("button", { name: "Take it up" }).click();
-  assert.equal(await studio.row("Feather").locator("input").inputValue(), "40 %");
+  await studio.shows("Feather", "40 %");
   assert.equal((await studio.parameters()).Feather, 40);
   assert.match(await readFile(studio.file, "utf8"), /1\.20e1/);
   await studio.page.reload();
@@ -45,7 +45,7 @@ test("a killed server comes back and the page goes on", async () => {
   await page.goto(again.address);
   await studio.notice("link").waitFor({ state: "detached" });
   await studio.settled();
-  assert.equal(await studio.row("Feather").locator("input").inputValue(), "55 %");
+  await studio.shows("Feather", "55 %");
   assert.equal((await studio.parameters()).Feather, 55);
   await studio.close();
 });
@@ -60,9 +60,9 @@ test("what somebody else wrote is offered, never lost", async () => {
   await studio.notice("save").waitFor();
   assert.equal(await readFile(studio.file, "utf8"), theirs);
   await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
-  assert.equal(await studio.row("Thickness").locator("input").inputValue(), "33 px");
+  await studio.shows("Thickness", "33 px");
   await studio.page.keyboard.press("Control+z");
-  assert.equal(await studio.row("Feather").locator("input").inputValue(), "40 %");
+  await studio.shows("Feather", "40 %");
   await studio.close();
 });
 
@@ -86,5 +86,36 @@ test("a drawing dropped on the page becomes the shape", async () => {
   assert.equal(scene.shape, "line.svg");
   assert.equal(scene.parameters.Presets, undefined);
   assert.equal(await readFile(join(studio.folder, "line.svg"), "utf8"), svg);
+  await studio.close();
+});
+
+test("two tabs: the one that comes second is asked, not overwritten", async () => {
+  const studio = await openStudio({ text });
+  const other = await studio.context.newPage();
+  await other.goto(await studio.addressForAnotherTab());
+  await studio.settled(other);
+  await studio.type("Feather", "40");
+  await studio.saved();
+  await other.locator('[data-notice="disk"]').waitFor();
+  await other.bringToFront();
+  await other.keyboard.press("a");
+  await other.locator('[data-row="Offset"] .slider').focus();
+  await other.keyboard.press("ArrowRight");
+  await other.keyboard.press("Control+s");
+  await other.locator('[data-notice="save"]').waitFor();
+  assert.equal(JSON.parse(await readFile(studio.file, "utf8")).parameters.Feather, 40);
+  await studio.close();
+});
+
+test("Ctrl-C ends the program when the page has written what is not saved", async () => {
+  const studio = await openStudio({ text });
+  await studio.type("Feather", "40");
+  await studio.server.end();
+  await studio.notice("link").waitFor();
+  const journal = await readFile(join(studio.folder, ".scene.json.orbel-journal"), "utf8");
+  assert.match(journal, /Feather/);
+  studio.server = await startProgram(studio.file);
+  await studio.page.goto(studio.server.address);
+  await studio.notice("journal").waitFor();
   await studio.close();
 });

@@ -63,7 +63,7 @@ test("every kind of row writes what it shows, one gesture a step", async () => {
   assert.equal(parameters["Transfer Mode"], "Screen");
   assert.deepEqual(parameters["Transform/XY Position"], [0.25, 0.5]);
   assert.equal(parameters["Transform/Z Rotation"], 390);
-  assert.equal(await row("Transform/Z Rotation").locator("input").inputValue(), "1× 30°");
+  await studio.shows("Transform/Z Rotation", "1× 30°");
   assert.equal(parameters["Transform/Y Rotation"], 15);
   assert.deepEqual(parameters.Color, [0.2, 0.4, 1]);
 
@@ -82,7 +82,7 @@ test("keys, reset, copies, search and the menu of a row", async () => {
   const { page } = studio;
   await studio.goTo(10);
   const offset = studio.row("Offset");
-  assert.equal(await offset.locator("input").inputValue(), "25 %");
+  await studio.shows("Offset", "25 %");
   await offset.getByLabel("Key of Offset here").click();
   await offset.getByLabel("Next key of Offset").click();
   assert.equal(await page.getByLabel("Current frame").inputValue(), "20");

@@ -112,6 +112,16 @@ export class Studio {
     await page.locator('.screen[aria-busy="false"]').waitFor({ timeout: 20_000 });
   }
 
+  /** Waits until a row's number field reads so. */
+  async shows(name, text) {
+    const field = this.row(name).locator("input").first();
+    await field.waitFor();
+    const element = await field.elementHandle();
+    await this.page.waitForFunction(([input, wanted]) => input.value === wanted, [element, text], { timeout: 10_000 }).catch(async () => {
+      throw new Error(`${name} shows ${await field.inputValue()}, not ${text}`);
+    });
+  }
+
   /** Types into the number field of a row and takes it. */
   async type(name, text, label) {
     const field = label ? this.row(name).getByLabel(label) : this.row(name).locator("input.number").first();
@@ -150,6 +160,16 @@ export class Studio {
 
   async parameters() {
     return (await this.saved()).parameters;
+  }
+
+  /** An address that opens this studio once more. */
+  async addressForAnotherTab() {
+    const key = await this.page.evaluate(async () => {
+      const headers = { "X-Orbel-Token": sessionStorage.getItem("orbel-token"), "X-Orbel-Tab": "test", "Content-Type": "application/json" };
+      const answer = await fetch("/api/key", { method: "POST", headers, body: "{}" });
+      return (await answer.json()).key;
+    });
+    return `${new URL(this.server.address).origin}/#open=${key}`;
   }
 
   /** Waits until the newest step is called so; without a name, until there is none. */
