@@ -7,26 +7,28 @@ namespace orbel::app {
 namespace {
 
 // A signal handler has nothing but a global to write to.
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
+std::atomic<int> noted = 0;
+static_assert(std::atomic<int>::is_always_lock_free);
 
 } // namespace
 
 InterruptGuard::InterruptGuard() {
-    interrupted = false;
+    noted = 0;
     struct sigaction action = {};
-    action.sa_handler = [](int /*signal*/) { interrupted = true; };
+    action.sa_handler = [](int signal) { noted = signal; };
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
     sigemptyset(&action.sa_mask);
-    sigaction(SIGINT, &action, &m_previous);
+    sigaction(SIGINT, &action, &m_previousInterrupt);
+    sigaction(SIGTERM, &action, &m_previousTerminate);
 }
 
 InterruptGuard::~InterruptGuard() {
-    sigaction(SIGINT, &m_previous, nullptr);
+    sigaction(SIGINT, &m_previousInterrupt, nullptr);
+    sigaction(SIGTERM, &m_previousTerminate, nullptr);
 }
 
-bool InterruptGuard::requested() {
-    return interrupted;
+int InterruptGuard::signal() {
+    return noted;
 }
 
 } // namespace orbel::app

@@ -22,6 +22,7 @@ const char* kindWord(const ParameterRow& row) {
     switch (row.kind) {
     case RowKind::Custom:
         return "shape file";
+    case RowKind::Presets:
     case RowKind::Menu:
         return "entry";
     case RowKind::Toggle:
@@ -37,21 +38,23 @@ const char* kindWord(const ParameterRow& row) {
     }
 }
 
-bool hasRange(const ParameterRow& row) {
-    return row.kind == RowKind::Float || row.kind == RowKind::Angle || row.kind == RowKind::Color;
-}
-
 std::string rangeText(const ParameterRow& row) {
-    if (row.kind == RowKind::Menu) {
-        return "0 to " + std::to_string(menuEntries(row).size() - 1);
+    if (row.isMenu()) {
+        return "0 to " + std::to_string(menuSize(row) - 1);
     }
-    return hasRange(row) ? numberText(row.min) + " to " + numberText(row.max) : "";
+    if (!row.range) {
+        return "";
+    }
+    const std::string range = numberText(row.range->min) + " to " + numberText(row.range->max);
+    const bool said = row.unit == Unit::None || row.kind == RowKind::Angle;
+    return said ? range : range + " " + unitText(row.unit);
 }
 
 std::string defaultText(const ParameterRow& row) {
     switch (row.kind) {
     case RowKind::Custom:
         return "";
+    case RowKind::Presets:
     case RowKind::Menu:
         return menuEntries(row)[static_cast<std::size_t>(row.defaults[0])];
     case RowKind::Toggle:
@@ -110,7 +113,7 @@ void printText(std::ostream& out) {
     printCells(headings, widths, out);
     forEachParameter([&](const ParameterRow& row) { printCells(cellsOf(row), widths, out); });
     forEachParameter([&](const ParameterRow& row) {
-        if (row.kind == RowKind::Menu) {
+        if (row.isMenu()) {
             printMenu(row, out);
         }
     });
@@ -120,7 +123,7 @@ nlohmann::ordered_json defaultValue(const ParameterRow& row) {
     if (row.kind == RowKind::Custom) {
         return nullptr;
     }
-    if (row.kind == RowKind::Menu) {
+    if (row.isMenu()) {
         return static_cast<int>(row.defaults[0]);
     }
     if (row.kind == RowKind::Toggle) {
@@ -136,6 +139,7 @@ const char* typeName(RowKind kind) {
     switch (kind) {
     case RowKind::Custom:
         return "file";
+    case RowKind::Presets:
     case RowKind::Menu:
         return "menu";
     case RowKind::Toggle:
@@ -159,12 +163,15 @@ void printJson(std::ostream& out) {
         item["name"] = row.name;
         item["group"] = row.group;
         item["type"] = typeName(row.kind);
-        if (hasRange(row)) {
-            item["range"] = {row.min, row.max};
-            item["sliderRange"] = {row.sliderMin, row.sliderMax};
+        if (row.range) {
+            item["range"] = {row.range->min, row.range->max};
+            item["sliderRange"] = {row.shown().min, row.shown().max};
+        }
+        if (row.unit != Unit::None) {
+            item["unit"] = unitText(row.unit);
         }
         item["default"] = defaultValue(row);
-        if (row.kind == RowKind::Menu) {
+        if (row.isMenu()) {
             item["entries"] = menuEntries(row);
         }
         list.push_back(std::move(item));
@@ -199,7 +206,7 @@ void printMarkdown(std::ostream& out) {
     forEachParameter([&](const ParameterRow& row) { printMarkdownRow(cellsOf(row), out); });
     out << "\n## Menu entries\n";
     forEachParameter([&](const ParameterRow& row) {
-        if (row.kind == RowKind::Menu) {
+        if (row.isMenu()) {
             printMarkdownMenu(row, out);
         }
     });

@@ -1,7 +1,9 @@
 #include "app/RenderCommand.h"
 
+#include "app/FilmTeller.h"
 #include "app/Interrupt.h"
-#include "app/Progress.h"
+#include "app/SceneDrawings.h"
+#include "farm/Resume.h"
 #include "film/Film.h"
 #include "film/ShapeFolder.h"
 #include "pixel/Acceleration.h"
@@ -24,105 +26,93 @@ std::optional<Scene> describedScene(const RenderOptions& options, Problems* prob
     return scene;
 }
 
-std::string finishedFrames(const FilmResult& film) {
-    if (film.framesWritten == 0) {
-        return "no frame was finished";
-    }
-    if (film.outputFailed) {
-        return "what was written before that frame is readable"; // an encoder may hold some back
-    }
-    const std::string first = std::to_string(film.frames.first);
-    const std::string last = std::to_string(film.frames.first + film.framesWritten - 1);
-    return film.framesWritten == 1
-               ? "frame " + first + " is finished and readable"
-               : "frames " + first + " to " + last + " are finished and readable";
+std::unique_ptr<FilmTeller> tellerFor(const RenderOptions& options, std::ostream& err) {
+    return options.progress == "json" ? tellInJson(err)
+                                      : tellInWords(err, progressStyle(options.quiet));
 }
 
-/// A clip that is too short ends the rendering only when it ends: what comes before is worth
-/// having.
-void warnOfShortClip(const ScenePlan& plan, std::ostream& err) {
-    if (const std::optional<long> missing = firstMissingFrame(plan)) {
-        err << "note: the input ends before frame " << *missing << '\n';
-    }
-}
+/// What a rendering has at hand from its checks to its last word.
+struct Rendering {
+    const RenderOptions& options;
+    const Scene& scene;
+    const FilmRequest& request;
+    ScenePlan* plan;
+    FilmTeller& teller;
 
-/// One rendering from the checks to the last word.
-class Rendering {
-public:
-    Rendering(const RenderOptions& options, std::ostream& err) : m_options(options), m_err(err) {
-        m_request.outputs = {options.output, options.rawFolder};
-        m_request.threads = options.threads;
+    [[nodiscard]] FilmResult inOneGo(const FilmCallbacks& callbacks) const {
+        teller.began(*plan, 0);
+        return renderFilm(plan, request, callbacks);
     }
 
-    int run() {
-        setRenderThreads(m_request.threadCount());
-        prepareShapeTable();
-        Problems problems;
-        const std::optional<Scene> scene = describedScene(m_options, &problems);
-        if (m_request.outputs.none()) {
-            problems.add({commandLine, "-o", "no output is named",
-                          "add -o FILE (.png, .tif, .exr, .mp4, .mov or .mkv) or --raw FOLDER"});
+    [[nodiscard]] FilmResult inChunks(const FilmCallbacks& callbacks) const {
+        ResumeCallbacks all{callbacks, {}};
+        bool begun = false;
+        all.found = [&](long kept) {
+            teller.began(*plan, kept);
+            begun = true;
+        };
+        const FilmResult film =
+            resumeFilm(scene, plan, request, {options.chunk, options.restart}, all);
+        if (!begun) {
+            teller.began(*plan, 0);
         }
-        std::optional<ScenePlan> plan;
-        if (scene) {
-            plan = planFilm(*scene, m_request, &problems);
-        }
-        if (!plan) {
-            print(problems, m_err);
-            return EXIT_BAD_INPUT;
-        }
-        return render(&*plan);
+        return film;
     }
-
-private:
-    int render(ScenePlan* plan) {
-        if (!m_options.quiet) {
-            warnOfShortClip(*plan, m_err);
-        }
-        const InterruptGuard guard;
-        Progress progress(m_err, progressStyle(m_options.quiet), plan->frames.count());
-        FilmCallbacks callbacks;
-        callbacks.interrupted = InterruptGuard::requested;
-        callbacks.frameWritten = [&](long) { progress.frameDone(Progress::Clock::now()); };
-        const FilmResult film = renderFilm(plan, m_request, callbacks);
-        progress.finish();
-        const int code = report(film, progress);
-        if (m_options.profile && film.end != FilmEnd::Refused) {
-            m_err << profileText(film.times, film.framesWritten);
-        }
-        return code;
-    }
-
-    int report(const FilmResult& film, const Progress& progress) {
-        switch (film.end) {
-        case FilmEnd::Refused:
-            m_err << sentence(*film.problem) << '\n';
-            return EXIT_BAD_INPUT;
-        case FilmEnd::Failed:
-            m_err << sentence(*film.problem) << '\n' << finishedFrames(film) << '\n';
-            return EXIT_RENDERING_FAILED;
-        case FilmEnd::Interrupted:
-            m_err << "interrupted: " << finishedFrames(film) << '\n';
-            return EXIT_INTERRUPTED;
-        case FilmEnd::Done:
-            break;
-        }
-        if (!m_options.quiet) {
-            m_err << progress.summary(Progress::Clock::now()) << ": " << m_request.outputs.names()
-                  << '\n';
-        }
-        return EXIT_DONE;
-    }
-
-    const RenderOptions& m_options;
-    std::ostream& m_err;
-    FilmRequest m_request;
 };
+
+ExitCode run(const Rendering& rendering, std::ostream& err) {
+    const InterruptGuard guard;
+    FilmCallbacks callbacks;
+    callbacks.interrupted = InterruptGuard::requested;
+    callbacks.frameWritten = [&](long frame) { rendering.teller.frameWritten(frame); };
+    const RenderOptions& options = rendering.options;
+    const FilmResult film = options.resume || options.restart ? rendering.inChunks(callbacks)
+                                                              : rendering.inOneGo(callbacks);
+    rendering.teller.ended(film, rendering.request.outputs.names());
+    if (options.profile && film.end != FilmEnd::Refused) {
+        err << profileText(film.times, film.framesWritten);
+    }
+    return exitCode(film, InterruptGuard::signal());
+}
+
+void checkNamed(const RenderOptions& options, Problems* problems) {
+    if (!options.output && !options.rawFolder) {
+        problems->add({commandLine, "-o", "no output is named",
+                       "add -o FILE (.png, .tif, .exr, .mp4, .mov or .mkv) or --raw FOLDER"});
+    }
+    if (options.output && options.rawFolder && (options.resume || options.restart)) {
+        problems->add({commandLine, "--resume", "two outputs are named",
+                       "a film that is made in chunks has one: leave out -o or --raw"});
+    }
+}
 
 } // namespace
 
 int renderCommand(const RenderOptions& options, std::ostream& err) {
-    return Rendering(options, err).run();
+    FilmRequest request;
+    request.outputs.file = options.output;
+    request.outputs.rawFolder = options.rawFolder;
+    request.threads = options.threads;
+    request.convertShape = shapeConverter([&](const std::string& note) {
+        if (!options.quiet && options.progress != "json") {
+            err << "note: " << note << '\n';
+        }
+    });
+    setRenderThreads(request.threadCount());
+    prepareShapeTable();
+    const std::unique_ptr<FilmTeller> teller = tellerFor(options, err);
+    Problems problems;
+    const std::optional<Scene> scene = describedScene(options, &problems);
+    checkNamed(options, &problems);
+    std::optional<ScenePlan> plan;
+    if (scene) {
+        plan = planFilm(*scene, request, &problems);
+    }
+    if (!plan) {
+        teller->refused(problems);
+        return EXIT_BAD_INPUT;
+    }
+    return run({options, *scene, request, &*plan, *teller}, err);
 }
 
 } // namespace orbel::app

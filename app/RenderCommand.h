@@ -16,7 +16,11 @@ struct RenderOptions {
     std::optional<std::string> rawFolder;
     int threads = 0; ///< 0: as many as the machine has
     bool quiet = false;
-    bool profile = false; ///< tell where the time went
+    std::string progress = "text"; ///< or "json"
+    bool profile = false;          ///< tell where the time went
+    bool resume = false;           ///< in chunks that outlive the program
+    bool restart = false;          ///< `resume`, from the beginning
+    long chunk = 0;                ///< frames of one; 0: as usual
 };
 
 /// Renders a scene into a film, pictures or raw frames; at least one output must be named. Problems

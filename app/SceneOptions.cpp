@@ -67,10 +67,13 @@ json numberOrText(std::string_view text) {
 }
 
 json toggleValue(std::string_view text) {
-    if (text == "true" || text == "on") {
+    std::string word(text);
+    std::transform(word.begin(), word.end(), word.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    if (word == "true" || word == "on" || word == "yes") {
         return true;
     }
-    if (text == "false" || text == "off") {
+    if (word == "false" || word == "off" || word == "no") {
         return false;
     }
     return numberOrText(text);
@@ -127,7 +130,9 @@ public:
 
     void apply() {
         applyShape();
+        applyImport();
         applyInput();
+        applyFirst();
         applySize();
         applyRate();
         applyFrames();
@@ -155,6 +160,8 @@ private:
             if (names[i] == *m_options.shape) {
                 setPreset(static_cast<double>(i));
                 m_scene->shape.reset();
+                m_scene->import.reset();
+                m_scene->lettering.reset();
                 return;
             }
         }
@@ -168,6 +175,19 @@ private:
         }
         setPreset(0.0);
         m_scene->shape = m_options.shape;
+        m_scene->import.reset();
+        m_scene->lettering.reset();
+    }
+
+    void applyImport() {
+        if (!m_options.import || m_scene->import) {
+            return;
+        }
+        if (!m_scene->shape) {
+            site("--import").report("there is no drawing to import", "name one with --shape FILE");
+            return;
+        }
+        m_scene->import = ImportOptions{};
     }
 
     void setPreset(double index) {
@@ -183,6 +203,21 @@ private:
         } else {
             m_scene->input = MediaInput{*m_options.input};
         }
+    }
+
+    void applyFirst() {
+        if (!m_options.first) {
+            return;
+        }
+        const std::optional<double> number = numberIn(*m_options.first);
+        auto* const media = std::get_if<MediaInput>(&m_scene->input);
+        if (!number || !(*number >= 0.0 && *number <= 1e15) || media == nullptr) {
+            site("--first").report(inQuotes(*m_options.first) +
+                                       " is no number of the input's first file",
+                                   "give a whole number from 0 on, and a sequence as input");
+            return;
+        }
+        media->first = static_cast<long>(*number);
     }
 
     void applyColour() {

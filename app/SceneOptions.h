@@ -12,7 +12,9 @@ namespace orbel::app {
 /// The options that describe a scene, as they were typed. Each replaces what a scene file states.
 struct SceneOptions {
     std::optional<std::string> shape;  ///< built-in name or file
+    bool import = false;               ///< the shape is any drawing
     std::optional<std::string> input;  ///< picture, sequence, clip, #rrggbb or #rrggbbaa
+    std::optional<std::string> first;  ///< number of a sequence's first file
     std::optional<std::string> size;   ///< 1280x720
     std::optional<std::string> fps;    ///< 25
     std::optional<std::string> frames; ///< 0-59 or 12

@@ -8,7 +8,6 @@
 #include "scene/SceneShapes.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
-#include "shapes/SvgParser.h"
 
 #include <array>
 #include <cmath>
@@ -25,6 +24,7 @@ constexpr int rows = 5;
 constexpr int tileSide = 256;
 constexpr int caption = 40;
 constexpr int gap = 16;
+constexpr double strokeThickness = 3.4;
 constexpr double letterUnit = 2.1;
 
 constexpr int transferNormal = 1;
@@ -46,30 +46,16 @@ ParameterValue strokeColour(int shape) {
     return colour;
 }
 
-/// Thinner for sets of many outlines, which would run into one another.
-double strokeThickness(int shape) {
-    PluginPath_Impl outlines;
-    svg_parser parser;
-    parser.setPath(&outlines);
-    parser.parse(presetFile(shape).c_str());
-    long count = 0;
-    outlines.NumPaths(nullptr, &count);
-    return 2.6 + 4.4 / (1.0 + static_cast<double>(count) / 12.0);
-}
-
 ScenePlan tilePlan(int shape) {
     ScenePlan plan;
     plan.size = {tileSide, tileSide};
     plan.color.rgba = tileGround;
     plan.parameters.set(PARAM_PRESETS, shape);
     plan.parameters.set(PARAM_COLOR, strokeColour(shape));
-    plan.parameters.set(PARAM_THICKNESS, strokeThickness(shape));
+    plan.parameters.set(PARAM_THICKNESS, strokeThickness);
     plan.parameters.set(PARAM_FEATHER, 30);
     plan.parameters.set(PARAM_SCALE_X, 1.5);
     plan.parameters.set(PARAM_SCALE_Y, 1.5);
-    plan.parameters.set(PARAM_ENABLE_TAPER, 1);
-    plan.parameters.set(PARAM_START_THICKNESS, 25);
-    plan.parameters.set(PARAM_END_THICKNESS, 25);
     plan.parameters.set(PARAM_TRANSFER_MODE, transferNormal);
     return plan;
 }
@@ -81,7 +67,6 @@ ScenePlan glowPlan(int shape) {
     plan.parameters.set(PARAM_FEATHER, 100);
     plan.parameters.set(PARAM_INTERNAL_OPACITY, 6);
     plan.parameters.set(PARAM_OPACITY, 26);
-    plan.parameters.set(PARAM_ENABLE_TAPER, 0);
     plan.parameters.set(PARAM_TRANSFER_MODE, transferAdd);
     return plan;
 }

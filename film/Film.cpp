@@ -1,8 +1,7 @@
 #include "film/Film.h"
 
 #include "film/RenderPipeline.h"
-#include "media/MediaError.h"
-#include "media/MediaWriter.h"
+#include "media/FilmParts.h"
 #include "media/OutputTarget.h"
 #include "media/RawDump.h"
 
@@ -16,10 +15,6 @@ namespace orbel {
 namespace {
 
 using Writers = std::vector<std::unique_ptr<MediaWriter>>;
-
-Problem problemOf(const MediaError& error) {
-    return {error.file(), error.place(), error.message(), error.remedy()};
-}
 
 /// Writing over the clip that is being read would destroy both.
 void checkDistinct(const std::string& output, const Scene& scene, Problems* problems) {
@@ -53,28 +48,28 @@ void checkOutputs(const FilmOutputs& outputs, const Scene& scene, long frames, P
     }
 }
 
-WriterSpec writerSpec(const ScenePlan& plan, int threads) {
-    WriterSpec spec;
-    spec.width = plan.size.width;
-    spec.height = plan.size.height;
-    spec.frameRate = plan.frameRate;
-    spec.format = plan.format;
-    spec.alpha = plan.alpha.output;
-    spec.pixelAspect = plan.pixelAspect;
-    spec.threads = threads;
-    return spec;
-}
-
 /// Raw first: opening a film already writes its head.
 Writers openOutputs(const FilmOutputs& outputs, const WriterSpec& spec) {
     Writers writers;
     if (outputs.rawFolder) {
         writers.push_back(openRawDump(*outputs.rawFolder));
     }
-    if (outputs.file) {
+    if (outputs.part) {
+        writers.push_back(openPart(*outputs.part, spec, targetOf(*outputs.file)));
+    } else if (outputs.file) {
         writers.push_back(openWriter(*outputs.file, spec));
     }
     return writers;
+}
+
+bool isPassing(const std::exception_ptr& failure) {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const MediaError& error) {
+        return error.isPassing();
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 /// What an exception says, as a problem of this frame, or of the whole film.
@@ -121,6 +116,22 @@ std::string FilmOutputs::names() const {
     return names;
 }
 
+WriterSpec writerSpec(const ScenePlan& plan, int threads) {
+    WriterSpec spec;
+    spec.width = plan.size.width;
+    spec.height = plan.size.height;
+    spec.frameRate = plan.frameRate;
+    spec.format = plan.format;
+    spec.alpha = plan.alpha.output;
+    spec.pixelAspect = plan.pixelAspect;
+    spec.threads = threads;
+    return spec;
+}
+
+Problem problemOf(const MediaError& error) {
+    return {error.file(), error.place(), error.message(), error.remedy()};
+}
+
 int FilmRequest::threadCount() const {
     return threads > 0 ? threads
                        : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
@@ -131,7 +142,8 @@ std::optional<ScenePlan> planFilm(const Scene& scene, const FilmRequest& request
     Scene asked = scene;
     asked.frames = request.frames ? request.frames : scene.frames;
     asked.format = request.format.value_or(scene.format);
-    std::optional<ScenePlan> plan = planScene(asked, request.threadCount(), problems);
+    std::optional<ScenePlan> plan =
+        planScene(asked, request.threadCount(), problems, request.convertShape);
     checkOutputs(request.outputs, scene, plan ? plan->frames.count() : 1, problems);
     if (!plan || !problems->empty()) {
         return std::nullopt;
@@ -160,10 +172,12 @@ FilmResult renderFilm(ScenePlan* plan, const FilmRequest& request, const FilmCal
         if (result.failure) {
             film.problem =
                 problemOf(result.failure, result.failedFrame.value_or(0), plan->sceneFile);
+            film.passing = isPassing(result.failure);
         }
     } catch (const std::exception&) {
         film.end = FilmEnd::Refused;
         film.problem = problemOf(std::current_exception(), std::nullopt, plan->sceneFile);
+        film.passing = isPassing(std::current_exception());
     }
     return film;
 }

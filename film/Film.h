@@ -2,6 +2,8 @@
 
 #include "film/Profile.h"
 #include "film/ScenePlan.h"
+#include "media/MediaError.h"
+#include "media/MediaWriter.h"
 #include "scene/Diagnostics.h"
 #include "scene/Scene.h"
 
@@ -26,6 +28,8 @@ namespace orbel {
 struct FilmOutputs {
     std::optional<std::string> file;      ///< film, picture or numbered pictures, by its ending
     std::optional<std::string> rawFolder; ///< folder of raw frames
+    /// Instead of the film `file`: a part of it, to be put together with others by `FilmAssembly`.
+    std::optional<std::string> part{};
 
     [[nodiscard]] bool none() const { return !file && !rawFolder; }
     /// "film.mp4 and raw"
@@ -39,6 +43,7 @@ struct FilmRequest {
     /// Another size for the same picture: whatever the scene counts in pixels is scaled with it.
     std::optional<FrameSize> size;
     std::optional<RasterFormat> format;
+    ShapeConverter convertShape; ///< for drawings and texts; without it they are refused
     int threads = 0; ///< for reading, rendering and writing; 0: as many as the machine has
 
     /// `threads`, or the number of the machine's processors.
@@ -67,13 +72,20 @@ struct FilmResult {
     FrameRange frames;              ///< that were asked for
     long framesWritten = 0;         ///< from the first on, without gaps
     bool outputFailed = false;      ///< the last of these may be missing from the output
+    std::string kept;               ///< the folder where they are, if not in the output yet
     StageTimes times;
 };
+
+/// What an error of the media says, for people.
+[[nodiscard]] Problem problemOf(const MediaError& error);
 
 /// Looks at everything before anything is written: the scene's files, memory, outputs. Reports all
 /// that is wrong; nothing then.
 [[nodiscard]] std::optional<ScenePlan> planFilm(const Scene& scene, const FilmRequest& request,
                                                 Problems* problems);
+
+/// What the frames of a plan look like to their writer.
+[[nodiscard]] WriterSpec writerSpec(const ScenePlan& plan, int threads);
 
 /// Makes the film of a plan that `planFilm` made for the same request. Blocks until the end; any
 /// thread. Throws nothing but what a callback throws.

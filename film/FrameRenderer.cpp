@@ -13,6 +13,7 @@ FrameRenderer::FrameRenderer(ScenePlan* plan, std::function<bool()> aborted,
     : m_plan(plan), m_aborted(std::move(aborted)), m_warning(std::move(warning)) {
     prepareShapeTable();
     setUserDataPath(&m_userData, plan->shapePath.c_str());
+    m_userData.svg = plan->shapeText;
 }
 
 MemoryImage FrameRenderer::makeImage() const {

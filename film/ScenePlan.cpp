@@ -6,6 +6,7 @@
 #include "scene/RationalRate.h"
 #include "scene/SceneLimits.h"
 #include "scene/SceneShapes.h"
+#include "shapes/InlineShapes.h"
 #include "shapes/ShapeFile.h"
 
 #include <algorithm>
@@ -49,8 +50,8 @@ std::optional<long> framesCovered(const MediaProperties& media, const FrameRate&
 
 class Planner {
 public:
-    Planner(const Scene& scene, int threads, Problems* problems)
-        : m_scene(scene), m_threads(threads), m_problems(problems) {}
+    Planner(const Scene& scene, int threads, Problems* problems, const ShapeConverter& convert)
+        : m_scene(scene), m_threads(threads), m_problems(problems), m_convert(convert) {}
 
     [[nodiscard]] ScenePlan plan() {
         m_plan.sceneFile = m_scene.file;
@@ -66,8 +67,7 @@ public:
         planFrames();
         planSize();
         checkRawInput();
-        m_plan.shapePath = m_scene.shape.value_or("");
-        checkShapes(m_scene, m_problems);
+        planShape();
         return std::move(m_plan);
     }
 
@@ -81,13 +81,13 @@ private:
         if (const auto* const color = std::get_if<ColorInput>(&m_scene.input)) {
             m_plan.color = *color;
         } else if (const auto* const media = std::get_if<MediaInput>(&m_scene.input)) {
-            openMediaInput(media->path);
+            openMediaInput(*media);
         }
     }
 
-    void openMediaInput(const std::string& path) {
+    void openMediaInput(const MediaInput& input) {
         try {
-            m_plan.media = openMedia(path, m_threads);
+            m_plan.media = openMedia(input.path, m_threads, input.first);
             m_plan.alpha = {SourceAlpha::Straight, OutputAlpha::Straight};
             // What is wrong with the file shows here and not in the middle of the film.
             static_cast<void>(m_plan.media->readFrame(0));
@@ -105,9 +105,26 @@ private:
         }
     }
 
+    /// A sequence that may begin with 1 and ends with the very number that one from 0 on would
+    /// have to end with has lost its first file.
+    void checkFirstNumber(const MediaProperties& media) {
+        if (media.firstNumber == 1 && media.frameCount == m_plan.frames.last &&
+            !std::get<MediaInput>(m_scene.input).first) {
+            site("/input/file", "--input")
+                .report("the sequence lacks file 0, or is too short: frames 0 to " +
+                            std::to_string(m_plan.frames.last) +
+                            " are asked for, and it has the numbers 1 to " +
+                            std::to_string(*media.frameCount),
+                        "add what is missing, or choose fewer frames");
+        }
+    }
+
     void planFrames() {
         if (m_scene.frames) {
             m_plan.frames = *m_scene.frames;
+            if (!m_inputFailed && m_plan.media) {
+                checkFirstNumber(m_plan.media->properties());
+            }
         } else if (!m_inputFailed && m_plan.media) {
             const MediaProperties& media = m_plan.media->properties();
             m_plan.frames.last = framesCovered(media, m_plan.frameRate).value_or(1) - 1;
@@ -150,6 +167,21 @@ private:
         }
     }
 
+    void planShape() {
+        if (!m_scene.needsConversion() || !m_convert) {
+            m_plan.shapePath = m_scene.shape.value_or("");
+            checkShapes(m_scene, m_problems);
+            return;
+        }
+        checkPresets(m_scene, m_problems);
+        m_plan.shapeText = m_convert(m_scene, m_problems).value_or("");
+        if (m_plan.shapeText.size() > maxInlineShapeBytes) {
+            site("/shape", "--shape")
+                .report("the shape has more points than can be drawn",
+                        R"(simplify it: "import": {"simplify": 0.5})");
+        }
+    }
+
     void checkRawInput() {
         const auto* const raw = std::get_if<RawInput>(&m_scene.input);
         if (raw == nullptr || frameBytes(m_plan.size, m_plan.format) == 0) {
@@ -188,14 +220,16 @@ private:
     const Scene& m_scene;
     int m_threads;
     Problems* m_problems;
+    const ShapeConverter& m_convert;
     ScenePlan m_plan;
     bool m_inputFailed = false;
 };
 
 } // namespace
 
-std::optional<ScenePlan> planScene(const Scene& scene, int threads, Problems* problems) {
-    ScenePlan plan = Planner(scene, threads, problems).plan();
+std::optional<ScenePlan> planScene(const Scene& scene, int threads, Problems* problems,
+                                   const ShapeConverter& convert) {
+    ScenePlan plan = Planner(scene, threads, problems, convert).plan();
     if (!problems->empty()) {
         return std::nullopt;
     }

@@ -5,6 +5,7 @@
 #include "scene/Scene.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@ struct ScenePlan {
     double renderScaleX = 1.0;
     double renderScaleY = 1.0;
     std::string shapePath; ///< the "Shape" parameter; empty for none
+    std::string shapeText; ///< what a drawing or text was converted to, in place of a file
     ParameterStore parameters;
 
     ColorInput color;                   ///< where neither of the others is there
@@ -38,10 +40,15 @@ struct ScenePlan {
     int framesInFlight = 1;
 };
 
+/// Makes an SVG text that the shape reader takes of the drawing or the text that a scene names as
+/// its shape. Reports why there is none.
+using ShapeConverter = std::function<std::optional<std::string>(const Scene&, Problems*)>;
+
 /// Looks at everything that a scene refers to: input, shape files, memory. Reports all that is
-/// wrong; nothing then. `threads` is for decoding.
-[[nodiscard]] std::optional<ScenePlan> planScene(const Scene& scene, int threads,
-                                                 Problems* problems);
+/// wrong; nothing then. `threads` is for decoding. Without `convert`, a shape that needs to be
+/// converted is wrong.
+[[nodiscard]] std::optional<ScenePlan>
+planScene(const Scene& scene, int threads, Problems* problems, const ShapeConverter& convert = {});
 
 /// Another size for the same picture: whatever the scene counts in pixels is scaled with it, as a
 /// host does that renders a preview.

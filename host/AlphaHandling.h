@@ -10,7 +10,12 @@ enum class SourceAlpha {
 };
 
 /// How a host wants the alpha of the finished picture.
-enum class OutputAlpha { Premultiplied, Straight };
+enum class OutputAlpha {
+    Premultiplied,
+    /// The colour stands on its own: black where the alpha is 0, but in pixels that are as they
+    /// came.
+    Straight,
+};
 
 /// What a host says about the alpha of one frame. The core works on straight pixels: only what
 /// differs from that costs a pass over the picture, and the losses of one.

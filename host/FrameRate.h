@@ -7,6 +7,7 @@ struct FrameRate {
     int numerator = 30;
     int denominator = 1;
 
+    /// Frames per second, rounded to a double.
     [[nodiscard]] double perSecond() const {
         return static_cast<double>(numerator) / static_cast<double>(denominator);
     }

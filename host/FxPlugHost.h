@@ -12,10 +12,12 @@ struct FXPLUGHost {
     /// Reads through the host's own selectors at the frame being rendered; radians come out as
     /// degrees and Motion's upward points as downward ones. Owned by the record.
     virtual ParameterReader& reader() = 0;
-    /// The shape path from the host's project: a preset first, else the chosen file. 0 on success.
-    virtual int readUserData(Orbel_UserData* data) = 0;
-    /// Stores the path and switches "Presets" to none. 0 on success.
-    virtual int writeUserData(const Orbel_UserData* data) = 0;
+    /// The index of "Presets" at the frame being rendered; 0 where the host has none.
+    virtual int readPreset() = 0;
+    /// The chosen file's path as the host's project holds it; untouched where it holds none.
+    virtual void readShapeFile(Orbel_UserData* data) = 0;
+    /// Stores the path and switches "Presets" to none.
+    virtual void writeShapeFile(const Orbel_UserData* data) = 0;
     /// The host's scene camera at `time` ticks. 0 on success, 1 when there is none.
     virtual int cameraMatrix(long time, long timeScale, Vx_Matrix4* camera, double* zoom) = 0;
 

@@ -4,8 +4,7 @@
 
 namespace orbel {
 
-/// A pixel rectangle of the host interface: signed 16-bit edges. Whether right and bottom are
-/// inclusive is said by each operation that takes one.
+/// A pixel rectangle of the host interface: signed 16-bit edges, all four of which belong to it.
 struct Vx_Rect {
     std::int16_t top;
     std::int16_t left;

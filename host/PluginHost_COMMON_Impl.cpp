@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace orbel {
 
@@ -46,7 +47,9 @@ void PluginHost_COMMON_Impl::fill(PluginRaster_API* raster) {
 }
 
 void PluginHost_COMMON_Impl::copyInputToOutput() {
-    copyRows(inputInfo(), outputInfo());
+    RasterInfo output;
+    describeOutput(&output);
+    copyRows(inputInfo(), output);
 }
 
 void PluginHost_COMMON_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination) {
@@ -55,8 +58,27 @@ void PluginHost_COMMON_Impl::copy(PluginRaster_API* source, PluginRaster_API* de
 
 void PluginHost_COMMON_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
                                   Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
-    copyRows(croppedTo(infoOf(source), *sourceRect),
-             croppedTo(infoOf(destination), *destinationRect));
+    constexpr std::int16_t end = std::numeric_limits<std::int16_t>::max();
+    const Vx_Rect part = sourceRect == nullptr ? Vx_Rect{0, 0, end, end} : *sourceRect;
+    Vx_Rect place{0, 0, end, end};
+    if (destinationRect != nullptr) {
+        place.top = destinationRect->top;
+        place.left = destinationRect->left;
+    }
+    copyRows(croppedTo(infoOf(source), part), croppedTo(infoOf(destination), place));
+}
+
+void PluginHost_COMMON_Impl::getOutputRasterInfo(RasterInfo* info) {
+    if (m_outputOverride != nullptr) {
+        getRasterInfo(m_outputOverride, info);
+    } else {
+        describeOutput(info);
+    }
+}
+
+double PluginHost_COMMON_Impl::geAspectRatio(PluginRaster_API* raster) {
+    const RasterInfo* const info = raster == nullptr ? nullptr : raster->getRasterInfoBase();
+    return info == nullptr ? 1.0 : static_cast<double>(info->pixelAspect);
 }
 
 PluginRaster_API* PluginHost_COMMON_Impl::lockTemporalRaster(double /*time*/, bool /*fieldMode*/,

@@ -6,7 +6,8 @@ namespace orbel {
 
 /// What the doors of this program answer alike: the C library's maths, the C heap, one pointer and
 /// one path per host object, 30 frames of 100 ticks a second, whole frames, no other layers, no
-/// suites, no host compositing, no cancelling. Every answer can be overridden.
+/// suites, no host compositing, no cancelling, copies and fills of whatever the records describe.
+/// Every answer can be overridden. A door over plain memory starts from `PluginHost_PLAIN_Impl`.
 class PluginHost_COMMON_Impl : public PluginHost_API {
 public:
     // --- Images, as `getRasterInfo` and its like describe them ---
@@ -15,10 +16,11 @@ public:
     void fill(PluginRaster_API* raster) override;
     void copyInputToOutput() override;
     void copy(PluginRaster_API* source, PluginRaster_API* destination) override;
-    /// Both rectangles are clipped to their images.
     void copy(PluginRaster_API* source, PluginRaster_API* destination, Vx_Rect* sourceRect,
               Vx_Rect* destinationRect) override;
     void setOutputRaster(PluginRaster_API* raster) override { m_outputOverride = raster; }
+    void getOutputRasterInfo(RasterInfo* info) override;
+    double geAspectRatio(PluginRaster_API* raster) override;
     PluginRaster_API* lockTemporalRaster(double time, bool fieldMode, bool firstFieldOdd) override;
     PluginRaster_API* checkoutLayer(int param, int flags) override;
     PluginRaster_API* checkoutLayer(int param, double time, int flags) override;
@@ -29,7 +31,7 @@ public:
     FXPLUGHost* getFXPLUGHost() override { return nullptr; }
     SPARKHost* getSPARKHost() override { return nullptr; }
 
-    // The float overloads compute in double and round the result.
+    // The C library's; the float overloads compute in double and round the result.
     double math_sqrt(double x) override;
     float math_sqrt(float x) override;
     double math_floor(double x) override;
@@ -76,6 +78,9 @@ public:
 
     void* getUserData() override { return m_userData; }
     void setUserData(void* data) override { m_userData = data; }
+    std::string_view getShapeText() override { return m_shapeText; }
+    /// Borrowed.
+    void setShapeText(std::string_view svg) { m_shapeText = svg; }
     void getOrigin(int& x, int& y) override;
     void setOrigin(int x, int y) override;
     int acquireSuite(const char* name, int version, const char* error, void** suite) override;
@@ -90,7 +95,6 @@ public:
     int blend(int mode, double opacity1, double opacity2, PluginRaster_API* source,
               PluginRaster_API* destination) override;
     bool doAbort() override { return false; }
-    /// The raster object is its holder's to delete.
     void checkinLayer(PluginRaster_API* raster) override { deallocRaster(raster); }
 
 protected:
@@ -100,8 +104,12 @@ protected:
     // Always made and destroyed as its concrete type.
     ~PluginHost_COMMON_Impl() = default;
 
+    /// Describes the host's own output, whatever stands in for it; leaves the record alone where
+    /// there is none, or none of a known layout.
+    virtual void describeOutput(RasterInfo* info) = 0;
     /// The raster that stands in for the output; null without one. Borrowed.
     [[nodiscard]] PluginRaster_API* outputOverride() const { return m_outputOverride; }
+    // Without pixels where there is nothing to describe.
     [[nodiscard]] RasterInfo infoOf(PluginRaster_API* raster);
     [[nodiscard]] RasterInfo inputInfo();
     [[nodiscard]] RasterInfo outputInfo();
@@ -110,6 +118,7 @@ private:
     PluginRaster_API* m_outputOverride = nullptr;
     PluginPath_API* m_path = nullptr;
     void* m_userData = nullptr;
+    std::string_view m_shapeText;
     int m_originX = 0;
     int m_originY = 0;
 };

@@ -2,17 +2,47 @@
 
 #include "host/Numeric.h"
 #include "host/PluginRaster_PLAIN_Impl.h"
+#include "host/RasterRows.h"
+
+#include <limits>
+#include <new>
 
 namespace orbel {
 
 PluginRaster_API* PluginHost_PLAIN_Impl::getInputRaster(int /*layer*/) {
-    RasterInfo info = m_pictures.input;
-    return allocRaster(&info);
+    return makeRaster(m_pictures.input, nullptr);
 }
 
 PluginRaster_API* PluginHost_PLAIN_Impl::getOutputRaster() {
+    return makeRaster(outputInfo(), nullptr);
+}
+
+// Rows are tightly packed. Clearing what is filled next would cost as much as a copy of the frame.
+PluginRaster_API* PluginHost_PLAIN_Impl::allocRaster(int width, int height, PixelType /*type*/,
+                                                     int& rowBytes, int /*flags*/) {
+    constexpr int largest = std::numeric_limits<std::int16_t>::max();
     RasterInfo info = outputInfo();
-    return allocRaster(&info);
+    rowBytes = 0;
+    if (width < 1 || height < 1 || width > largest || height > largest || info.bytesPerPixel < 1) {
+        return nullptr;
+    }
+    info.width = width;
+    info.height = height;
+    info.rowBytes = width * info.bytesPerPixel;
+    const auto bytes = static_cast<std::size_t>(height) * static_cast<std::size_t>(info.rowBytes);
+    const std::shared_ptr<std::uint8_t[]> pixels(new (std::nothrow) std::uint8_t[bytes]);
+    if (pixels == nullptr) {
+        return nullptr;
+    }
+    info.data = pixels.get();
+    rowBytes = info.rowBytes;
+    return makeRaster(info, pixels);
+}
+
+PluginRaster_API* PluginHost_PLAIN_Impl::allocRaster(RasterInfo* info) {
+    const std::unique_ptr<RasterInfo> record(info);
+    return makeRaster(
+        *record, PixelOwner(firstByte(*record), [this](void* pixels) { deallocMemory(pixels); }));
 }
 
 void PluginHost_PLAIN_Impl::deallocRaster(PluginRaster_API* raster) {
@@ -21,23 +51,15 @@ void PluginHost_PLAIN_Impl::deallocRaster(PluginRaster_API* raster) {
     }
 }
 
-double PluginHost_PLAIN_Impl::geAspectRatio(PluginRaster_API* raster) {
-    const RasterInfo* const info = raster->getRasterInfoBase();
-    return info == nullptr ? 1.0 : static_cast<double>(info->pixelAspect);
-}
-
 void PluginHost_PLAIN_Impl::getInputRasterInfo(int /*layer*/, RasterInfo* info) {
     *info = m_pictures.input;
 }
 
-void PluginHost_PLAIN_Impl::getOutputRasterInfo(RasterInfo* info) {
-    const RasterInfo* const other =
-        outputOverride() == nullptr ? nullptr : outputOverride()->getRasterInfoBase();
-    *info = other == nullptr ? m_pictures.output : *other;
-}
-
 void PluginHost_PLAIN_Impl::getRasterInfo(PluginRaster_API* raster, RasterInfo* info) {
-    *info = *raster->getRasterInfoBase();
+    const RasterInfo* const record = raster == nullptr ? nullptr : raster->getRasterInfoBase();
+    if (record != nullptr) {
+        *info = *record;
+    }
 }
 
 void PluginHost_PLAIN_Impl::getSourceLayerDimensions(int& width, int& height) {

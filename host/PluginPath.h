@@ -23,18 +23,22 @@ struct Vx_PathVertex {
 /// `effectRef` is an opaque reference of the host that is passed through unchanged (null here).
 class PluginPath_API {
 public:
-    /// Vertex `index` of a checked-out outline, mapped to output pixels.
+    /// Vertex `index` of a checked-out outline, counted from 0, mapped to output pixels.
     virtual int PathVertexInfo(void* const* effectRef, void* path, long index,
                                Vx_PathVertex* vertex) = 0;
+    /// Whether a checked-out outline ends elsewhere than it begins.
     virtual int PathIsOpen(void* const* effectRef, void* path, bool* open) = 0;
+    /// Segments of a checked-out outline: as many as vertices, one fewer when it is open.
     virtual int PathNumSegments(void* const* effectRef, void* path, long* count) = 0;
+    /// How many outlines there are.
     virtual int NumPaths(void* const* effectRef, long* count) = 0;
     /// Identifiers are 1-based; an identifier out of range gives a null outline and status 0.
     /// The outline stays owned by the path.
     virtual int CheckoutPath(void* const* effectRef, unsigned long id, long time, long timeStep,
                              long timeScale, void** path) = 0;
+    /// Ends the use of an outline; `changed` says nothing here.
     virtual int CheckinPath(void* const* effectRef, unsigned long id, bool changed, void* path) = 0;
-    /// The identifier of outline number `index`.
+    /// The identifier of outline number `index`, counted from 0.
     virtual int PathInfo(void* const* effectRef, long index, unsigned long* id) = 0;
     /// Takes size and render scale from the host; `aspect` is the output's pixel aspect ratio.
     virtual int setPathAspectRatio(double aspect, PluginHost_API* host) = 0;

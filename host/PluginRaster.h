@@ -17,8 +17,9 @@ struct GASKETRaster;
 struct RTFXRaster;
 struct VEGASRaster;
 
-/// One image of the host. Who owns the pixels is the business of the binding that made it; a raster
-/// obtained from a host goes back to that host with `deallocRaster` or `checkinLayer`.
+/// One image of the host. A raster obtained from a host goes back to that host with `deallocRaster`
+/// or `checkinLayer` and is then deleted by whoever obtained it; `PluginHost_API::getInputRaster`
+/// states the rule.
 class PluginRaster_API {
 public:
     /// Depth class of a channel: a coarser notion than the layout code in `RasterInfo`.
@@ -60,8 +61,8 @@ public:
     /// Last column, inclusive: -1 for an empty raster.
     virtual int getExtentRight() { return getWidth() - 1; }
 
-    /// The record of a raster that carries its own description, null otherwise. Owned by the
-    /// raster.
+    /// The record of a raster that carries its own description, null otherwise: then only the host
+    /// that made it can describe it. Owned by the raster.
     virtual RasterInfo* getRasterInfoBase() { return nullptr; }
 };
 

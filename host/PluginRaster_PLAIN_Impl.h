@@ -7,7 +7,8 @@
 
 namespace orbel {
 
-/// A raster over memory described by a record. A door adds how it tells the depth class.
+/// A raster over memory described by a record. A door adds how it tells the depth class, and its
+/// handle if it has one.
 class PluginRaster_PLAIN_Impl : public PluginRaster_API {
 public:
     int getWidth() override { return m_info.width; }

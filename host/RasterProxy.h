@@ -6,9 +6,12 @@ namespace orbel {
 
 /// Owns a raster for the length of a scope. On destruction the raster goes back to the host when
 /// `deallocOnExit` is set (a null raster included), then the raster object itself is destroyed when
-/// `deleteOnExit` is set.
+/// `deleteOnExit` is set. For a raster that was just asked for both are:
+///
+///     const PluginRasterProxy input(host, host->getInputRaster(0), true, true);
 class PluginRasterProxy {
 public:
+    /// Borrows the host, which must outlive the proxy.
     PluginRasterProxy(PluginHost_API* host, PluginRaster_API* raster, bool deallocOnExit,
                       bool deleteOnExit)
         : m_raster(raster),

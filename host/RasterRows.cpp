@@ -6,8 +6,9 @@
 namespace orbel {
 
 std::size_t rowSize(const RasterInfo& image) {
-    return static_cast<std::size_t>(std::max(image.width, 0)) *
-           static_cast<std::size_t>(image.bytesPerPixel);
+    return image.data == nullptr ? 0
+                                 : static_cast<std::size_t>(std::max(image.width, 0)) *
+                                       static_cast<std::size_t>(image.bytesPerPixel);
 }
 
 void clearRows(const RasterInfo& image) {
@@ -29,9 +30,11 @@ RasterInfo croppedTo(const RasterInfo& image, const Vx_Rect& rect) {
     const int left = std::clamp<int>(rect.left, 0, image.width);
     const int top = std::clamp<int>(rect.top, 0, image.height);
     RasterInfo part = image;
-    part.data = image.row(top) + static_cast<std::ptrdiff_t>(left) * image.bytesPerPixel;
-    part.width = std::clamp<int>(rect.right, left, image.width) - left;
-    part.height = std::clamp<int>(rect.bottom, top, image.height) - top;
+    part.width = std::max(0, std::min<int>(rect.right, image.width - 1) - left + 1);
+    part.height = std::max(0, std::min<int>(rect.bottom, image.height - 1) - top + 1);
+    if (part.width > 0 && part.height > 0) {
+        part.data = image.row(top) + static_cast<std::ptrdiff_t>(left) * image.bytesPerPixel;
+    }
     return part;
 }
 

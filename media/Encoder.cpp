@@ -23,6 +23,9 @@ static_assert(std::endian::native == std::endian::little,
 /// The encoder's own limit; beyond it, it fails without cleaning up.
 constexpr int h264Side = 16384;
 
+/// Enough to keep up with the renderer on machines of many processors; on few they take turns.
+constexpr int h264Threads = 4;
+
 bool isEightBit(RasterFormat format) {
     return format == RF_ARGB8 || format == RF_RGBA8;
 }
@@ -83,7 +86,9 @@ void setOptions(OutputKind kind, AVCodecContext& codec, libav::Options& options)
         // half as large again.
         options.set("crf", "14");
         options.set("preset", "superfast");
-        options.set("x264-params", "mbtree=1:rc-lookahead=10");
+        // What the coder makes of a film depends on the number of its threads and, for speed, on
+        // the processor: both are fixed, so that a film is one file wherever it is made.
+        options.set("x264-params", "mbtree=1:rc-lookahead=10:cpu-independent=1");
         break;
     case OutputKind::Mov:
         options.set("profile", "4444");
@@ -258,6 +263,10 @@ void Encoder::configure(const WriterSpec& spec, const OutputTarget& target) {
     m_codec->sample_aspect_ratio = av_d2q(spec.pixelAspect, 4096);
     // A single picture gains nothing from waiting for others.
     m_codec->thread_count = target.isFilm || target.isSequence ? spec.threads : 1;
+    if (target.kind == OutputKind::Mp4) {
+        m_codec->thread_count = h264Threads;
+    }
+    m_codec->flags |= AV_CODEC_FLAG_BITEXACT;
     if (isYCbCr(m_codec->pix_fmt)) {
         m_codec->color_primaries = AVCOL_PRI_BT709;
         m_codec->color_trc = AVCOL_TRC_BT709;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <mutex>
 
 namespace orbel::libav {
@@ -16,10 +17,28 @@ Text& lastError() {
     return text;
 }
 
-void remember(void* /*sender*/, int level, const char* format, va_list arguments) {
+bool namesChecksum(const char* text) {
+    return strcasestr(text, "crc mismatch") != nullptr || strcasestr(text, "checksum") != nullptr;
+}
+
+/// A wrong checksum is told nowhere but in the log: the picture that follows looks whole.
+void noteChecksum(void* sender, const char* text) {
+    const bool isCodec =
+        sender != nullptr && *static_cast<AVClass**>(sender) == avcodec_get_class();
+    if (!isCodec || !namesChecksum(text)) {
+        return;
+    }
+    const auto* const codec = static_cast<AVCodecContext*>(sender);
+    if (av_codec_is_decoder(codec->codec) != 0 && codec->opaque != nullptr) {
+        static_cast<DecoderWatch*>(codec->opaque)->checksumFailed = true;
+    }
+}
+
+void remember(void* sender, int level, const char* format, va_list arguments) {
     if (level <= AV_LOG_ERROR) {
         Text& text = lastError();
         std::vsnprintf(text.data(), text.size(), format, arguments);
+        noteChecksum(sender, text.data());
     }
 }
 

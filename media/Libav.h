@@ -7,6 +7,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
+#include <atomic>
 #include <memory>
 #include <new>
 #include <string>
@@ -81,6 +82,13 @@ template<typename Pointer>
 /// Takes the libraries' log away from the terminal, for the whole process, and remembers the last
 /// error that each thread met. Cheap to call again.
 void silenceLog();
+
+/// What a coder's context says about itself in the log, on whichever thread:
+/// `AVCodecContext::opaque` of a decoder points to one.
+struct DecoderWatch {
+    std::atomic<bool> checksumFailed = false; ///< it concealed data whose checksum was wrong
+    void* owner = nullptr;
+};
 
 /// Forgets the remembered error of this thread.
 void forgetReason();

@@ -53,9 +53,12 @@ private:
 
 class SequenceReader final : public MediaReader {
 public:
-    SequenceReader(std::string path, SequencePattern pattern, int threads)
+    SequenceReader(std::string path, SequencePattern pattern, int threads,
+                   std::optional<long> first)
         : m_path(std::move(path)), m_pattern(std::move(pattern)), m_threads(threads) {
         findNumbers();
+        checkFirst(first);
+        m_properties.firstNumber = m_first;
         m_properties.kind = MediaKind::Sequence;
         m_properties.frameCount = m_last - m_first + 1;
         describe(*readFrame(0), m_properties);
@@ -94,6 +97,20 @@ private:
         }
     }
 
+    void checkFirst(std::optional<long> stated) {
+        if (stated ? m_first == *stated : m_first == 0 || m_first == 1) {
+            return;
+        }
+        const std::string lowest = std::to_string(m_first);
+        throw MediaError(
+            m_pattern.pathOf(stated.value_or(1)), framePlace(0),
+            "the first file of the sequence is missing: its lowest number is " + lowest,
+            stated
+                ? "add it or correct the number of the first file"
+                : "add it, or, if the sequence begins with number " + lowest +
+                      ", say so: \"first\": " + lowest + " beside \"file\", or --first " + lowest);
+    }
+
     Picture decode(long index) {
         const std::string file = m_pattern.pathOf(m_first + index);
         if (!std::filesystem::exists(file)) {
@@ -120,12 +137,13 @@ private:
 
 } // namespace
 
-std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads) {
+std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads,
+                                       std::optional<long> first) {
     std::error_code error;
     if (!std::filesystem::exists(path, error) && path.find('%') != std::string::npos) {
         SequencePattern pattern(path);
         if (pattern.isNumbered()) {
-            return std::make_unique<SequenceReader>(path, std::move(pattern), threads);
+            return std::make_unique<SequenceReader>(path, std::move(pattern), threads, first);
         }
     }
     auto decoder = std::make_unique<VideoDecoder>(path, threads);

@@ -21,6 +21,7 @@ struct MediaProperties {
     /// Frames 0 to count - 1 can be read. Absent for stills, which serve every index, and for the
     /// rare clip that does not say where it ends.
     std::optional<long> frameCount;
+    std::optional<long> firstNumber; ///< sequences only: of the file that is frame 0
     bool hasAlpha = false;
     PictureDepth depth = PictureDepth::U8;
 };
@@ -45,9 +46,12 @@ protected:
     MediaProperties m_properties;
 };
 
-/// Opens a still picture, a clip, or a numbered sequence given as `name-%04d.png`, whose frame 0 is
-/// the file with the lowest number. A file that has exactly this name comes before a pattern.
-/// `threads` is for decoding; 0 lets the decoder choose. Throws MediaError.
-[[nodiscard]] std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads);
+/// Opens a still picture, a clip, or a numbered sequence given as `name-%04d.png`. A file that has
+/// exactly this name comes before a pattern. `first` is the number of a sequence's first file;
+/// where it is not stated, that is 0 or 1, the lower one that exists. A missing first file is an
+/// error, so that no sequence is shifted unnoticed. `threads` is for decoding; 0 lets the decoder
+/// choose. Throws MediaError.
+[[nodiscard]] std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads,
+                                                     std::optional<long> first = std::nullopt);
 
 } // namespace orbel

@@ -44,9 +44,10 @@ protected:
     MediaWriter() = default;
 };
 
-/// Opens the output that the ending of `path` names (see `checkOutput`). A film's file is made at
-/// once, each picture under a temporary name that is replaced when it is complete. Throws
-/// MediaError.
+/// Opens the output that the ending of `path` names (see `checkOutput`). Films and pictures are
+/// written under a name of their own beside their target (`film.mp4.part`) and take its name when
+/// they are complete and on the disk. As long as one writes, a second one for the same target is
+/// refused. The same frames give the same bytes, whatever `threads` is. Throws MediaError.
 [[nodiscard]] std::unique_ptr<MediaWriter> openWriter(const std::string& path,
                                                       const WriterSpec& spec);
 

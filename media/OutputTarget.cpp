@@ -90,15 +90,20 @@ std::string numberedName(const std::string& path) {
 
 } // namespace
 
-OutputTarget checkOutput(const std::string& path, long frames) {
+OutputTarget targetOf(const std::string& path) {
     OutputTarget target;
     target.kind = kindOf(path);
     target.isFilm = target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov ||
                     target.kind == OutputKind::Mkv;
+    target.isSequence = !target.isFilm && SequencePattern(path).isNumbered();
+    return target;
+}
+
+OutputTarget checkOutput(const std::string& path, long frames) {
+    const OutputTarget target = targetOf(path);
     std::string file = path;
     if (!target.isFilm) {
         const SequencePattern pattern(path);
-        target.isSequence = pattern.isNumbered();
         if (frames > 1 && !target.isSequence) {
             throw MediaError(path, "",
                              "one picture cannot hold " + std::to_string(frames) + " frames",

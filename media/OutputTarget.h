@@ -13,6 +13,10 @@ struct OutputTarget {
     bool isSequence = false; ///< one numbered picture per frame
 };
 
+/// What a name asks for, without a look at the disk. Throws MediaError for an ending that is not
+/// known.
+[[nodiscard]] OutputTarget targetOf(const std::string& path);
+
 /// Reads the ending (`.png`, `.tif`, `.tiff`, `.exr`, `.mp4`, `.mov`, `.mkv`, in any case) and
 /// checks that `frames` frames can go there: the folder exists and can be written, the file is not
 /// a folder, the number in a sequence's name is sound, and a single picture is not asked to hold

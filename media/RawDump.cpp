@@ -1,6 +1,7 @@
 #include "media/RawDump.h"
 
 #include "media/MediaError.h"
+#include "media/PendingFile.h"
 
 #include <bit>
 #include <cerrno>
@@ -17,7 +18,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "a dump is little-endian and written as it lies in memory");
 
-struct FileClose {
+struct DumpClose {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
@@ -51,25 +52,26 @@ void checkWritable(const std::filesystem::path& folder, const std::string& named
 
 class RawDump final : public MediaWriter {
 public:
-    explicit RawDump(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    explicit RawDump(const std::filesystem::path& folder)
+        : m_folder(folder), m_pending((folder / "frames").string()) {}
 
     void write(const RasterInfo& raster, long frame) override {
         const std::string path = (m_folder / rawFrameName(frame)).string();
         const std::string partial = path + ".part";
-        if (!writeRows(partial, raster) || std::rename(partial.c_str(), path.c_str()) != 0) {
+        if (!writeRows(partial, raster) || !publishFile(partial, path)) {
             const std::string reason = lastError();
             std::remove(partial.c_str());
             throw MediaError(path, framePlace(frame),
-                             "the frame cannot be written (" + reason + ")",
-                             "free some room or write elsewhere, then render again from there");
+                             "the frame cannot be written (" + reason + ")", outOfRoom,
+                             MediaError::Passing);
         }
     }
 
-    void finish() override {}
+    void finish() override { m_pending.release(); }
 
 private:
     static bool writeRows(const std::string& path, const RasterInfo& raster) {
-        std::unique_ptr<std::FILE, FileClose> file(std::fopen(path.c_str(), "wb"));
+        std::unique_ptr<std::FILE, DumpClose> file(std::fopen(path.c_str(), "wb"));
         if (file == nullptr) {
             return false;
         }
@@ -88,6 +90,7 @@ private:
     }
 
     std::filesystem::path m_folder;
+    PendingFile m_pending; // a sign that frames are being written
 };
 
 } // namespace

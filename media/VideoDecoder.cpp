@@ -144,9 +144,14 @@ void VideoDecoder::openCodec(const std::string& path, int threads) {
     m_codec->pkt_timebase = m_stream->time_base;
     m_codec->max_pixels = mostPixels;
     m_codec->thread_count = threads;
+    m_codec->opaque = &m_watch;
+    m_codec->err_recognition |= AV_EF_CRCCHECK;
+    if (decoder->id == AV_CODEC_ID_FFV1) {
+        m_codec->thread_type =
+            FF_THREAD_SLICE; // a wrong checksum belongs to the frame in the works
+    }
     if (m_still) {
         // A clip may be concealed over a scratch; half a picture is no picture.
-        m_codec->err_recognition |= AV_EF_CRCCHECK;
         if (decoder->id != AV_CODEC_ID_TIFF) {
             m_codec->err_recognition |= AV_EF_EXPLODE; // TIFF takes every unknown tag for damage
         }
@@ -157,7 +162,7 @@ void VideoDecoder::openCodec(const std::string& path, int threads) {
         throw undecodable(path, code);
     }
     if (m_still) {
-        m_codec->opaque = this;
+        m_watch.owner = this;
         m_execute = m_codec->execute2;
         m_codec->execute2 = executeParts;
     }
@@ -166,7 +171,8 @@ void VideoDecoder::openCodec(const std::string& path, int threads) {
 /// Some decoders run the parts of a picture without asking how they ended; this asks.
 int VideoDecoder::executeParts(AVCodecContext* codec, Part* part, void* data, int* results,
                                int count) {
-    auto& decoder = *static_cast<VideoDecoder*>(codec->opaque);
+    auto& decoder =
+        *static_cast<VideoDecoder*>(static_cast<libav::DecoderWatch*>(codec->opaque)->owner);
     std::vector<int> codes(static_cast<std::size_t>(std::max(count, 0)));
     int* where = results == nullptr ? codes.data() : results;
     const int code = decoder.m_execute(codec, part, data, where, count);
@@ -235,6 +241,9 @@ int VideoDecoder::feed() {
 
 int VideoDecoder::receive(AVFrame& frame) {
     const int code = avcodec_receive_frame(m_codec.get(), &frame);
+    if (code == 0 && m_watch.checksumFailed.exchange(false)) {
+        return AVERROR_INVALIDDATA;
+    }
     const bool damaged =
         m_partFailed || frame.decode_error_flags != 0 || (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0;
     return code == 0 && m_still && damaged ? AVERROR_INVALIDDATA : code;
@@ -259,6 +268,17 @@ int VideoDecoder::next(AVFrame& frame) {
             return code == AVERROR_EOF ? 0 : code;
         }
     }
+}
+
+bool VideoDecoder::nextPacket(AVPacket& packet) {
+    av_packet_unref(&packet);
+    while (av_read_frame(m_input.get(), &packet) >= 0) {
+        if (packet.stream_index == m_stream->index) {
+            return true;
+        }
+        av_packet_unref(&packet);
+    }
+    return false;
 }
 
 bool VideoDecoder::seek(std::int64_t timestamp) {

@@ -33,7 +33,11 @@ public:
     [[nodiscard]] int quarterTurns() const;
 
     /// 1 with the next frame in presentation order, 0 at the end, else the library's error code.
+    /// Data that fails its checksum is an error, too.
     [[nodiscard]] int next(AVFrame& frame);
+    /// The next packet in the file's order, not decoded; false at the end or where the file cannot
+    /// be read any further. For decoders whose frames nobody wants.
+    [[nodiscard]] bool nextPacket(AVPacket& packet);
     /// Continues at a key frame at or before the timestamp, if the file can do that; false
     /// otherwise.
     [[nodiscard]] bool seek(std::int64_t timestamp);
@@ -52,6 +56,7 @@ private:
     [[nodiscard]] int receive(AVFrame& frame);
     [[nodiscard]] bool forgives(int code) const;
 
+    libav::DecoderWatch m_watch; // outlives the codec, which may still write to it
     libav::InputPtr m_input;
     libav::CodecPtr m_codec;
     libav::PacketPtr m_packet;

@@ -16,10 +16,17 @@ Orbel_UserData* slotOf(PluginHost_API* host) {
     return static_cast<Orbel_UserData*>(host->getUserData());
 }
 
-int presetIndex(PluginHost_API* host) {
+int presetOf(PluginHost_API* host) {
+    if (FXPLUGHost* const record = host->getFXPLUGHost()) {
+        return record->readPreset();
+    }
     int index = 0;
     host->GetIntValue(PARAM_PRESETS, 0, currentTimeObject(host), index);
     return index;
+}
+
+bool keepsShape(PluginHost_API* host) {
+    return host->getFXPLUGHost() != nullptr || slotOf(host) != nullptr;
 }
 
 } // namespace
@@ -27,6 +34,14 @@ int presetIndex(PluginHost_API* host) {
 void setUserDataPath(Orbel_UserData* data, const char* path) {
     std::memset(data->path, 0, sizeof data->path);
     std::strncpy(data->path, path, sizeof data->path - 1);
+}
+
+bool setPresetPath(Orbel_UserData* data, int preset) {
+    if (preset < 1 || preset >= g_numSVGShapes) {
+        return false;
+    }
+    expandFormatText(data->path, sizeof data->path, g_svgShapes[preset].file);
+    return true;
 }
 
 Orbel_UserData* allocUserData() {
@@ -38,32 +53,29 @@ void freeUserData(Orbel_UserData* data) {
 }
 
 int getUserData(PluginHost_API* host, Orbel_UserData* data) {
-    if (FXPLUGHost* const record = host->getFXPLUGHost()) {
-        return record->readUserData(data);
-    }
-    const Orbel_UserData* const slot = slotOf(host);
-    if (slot == nullptr) {
+    if (!keepsShape(host)) {
         return 1;
     }
-    const int preset = presetIndex(host);
-    if (preset > 0 && preset < g_numSVGShapes) {
-        expandFormatText(data->path, sizeof data->path, g_svgShapes[preset].file);
-        data->svg = {};
+    if (setPresetPath(data, presetOf(host))) {
         return 0;
     }
-    *data = *slot;
+    if (FXPLUGHost* const record = host->getFXPLUGHost()) {
+        record->readShapeFile(data);
+    } else {
+        *data = *slotOf(host);
+    }
     return 0;
 }
 
 int setUserData(PluginHost_API* host, Orbel_UserData* data) {
-    if (FXPLUGHost* const record = host->getFXPLUGHost()) {
-        return record->writeUserData(data);
-    }
-    Orbel_UserData* const slot = slotOf(host);
-    if (slot == nullptr) {
+    if (!keepsShape(host)) {
         return 1;
     }
-    *slot = *data;
+    if (FXPLUGHost* const record = host->getFXPLUGHost()) {
+        record->writeShapeFile(data);
+        return 0;
+    }
+    *slotOf(host) = *data;
     if (PluginUpdate_API* const update = host->makeUpdateApi()) {
         update->setIntValue(PARAM_PRESETS, 0, 0);
     }

@@ -7,6 +7,9 @@
 
 namespace orbel {
 
+// Which parameters of the inspector are greyed out. Nothing but looks: values of disabled
+// parameters count as they are.
+
 /// When the user changes the parameter `changed`, the parameters `dependents` are enabled if its
 /// new value is exactly `enablingValue` and disabled otherwise.
 struct EnablingRule {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -87,20 +89,21 @@ enum ParamId : int {
 /// Parameter flag bits as the FxPlug hosts number them.
 enum ParamFlag : int {
     PARAM_NOT_ANIMATABLE = 1,
-    PARAM_DISABLED = 4,
-    PARAM_COLLAPSED = 8,
+    PARAM_DISABLED = 4,  ///< until an `EnablingRule` enables it
+    PARAM_COLLAPSED = 8, ///< a group that starts closed; on others of no effect
     PARAM_NOT_IN_DASHBOARD = 32,
-    PARAM_CUSTOM_UI = 64,
+    PARAM_CUSTOM_UI = 64, ///< the host shows a control of the effect's own
 };
 
-/// What a row of the declaration list declares.
+/// What a row of the declaration list declares, and so how its value is read and written.
 enum class RowKind {
-    Custom,            ///< the shape file
+    Custom,            ///< the shape file; a path, and the only value that is no number
+    Presets,           ///< popup of the built-in shapes; the value is an index into their table
     Menu,              ///< popup; the value is the entry's index
     Float,             ///< slider
     Toggle,            ///< checkbox; 0 or 1
     Color,             ///< red, green, blue in 0..1
-    Point,             ///< x, y normalised to 0..1, y downwards
+    Point,             ///< x, y normalised to 0..1, y downwards; values outside are legal
     Angle,             ///< degrees
     GroupStart,        ///< opens a group
     GroupEnd,          ///< closes the group
@@ -108,27 +111,42 @@ enum class RowKind {
                        ///< nothing
 };
 
-/// One row of the declaration list. `min`/`max` bound the value, `sliderMin`/`sliderMax` only what
-/// a slider offers.
+/// What a number counts, for whoever shows it; values are never converted by it.
+enum class Unit {
+    None,    ///< a factor, an exponent or a plain count
+    Percent, ///< 100 is the whole
+    Degrees,
+    Pixels, ///< of the picture at full resolution; depths too
+};
+
+/// Both ends belong to it.
+struct Range {
+    double min = 0.0;
+    double max = 0.0;
+};
+
+/// One row of the declaration list. Everything a row does not say is at its default.
 struct ParameterRow {
     RowKind kind;
-    int id; ///< 0 for rows that declare no identifier
-    const char* name;
-    std::array<double, 3> defaults; ///< one, two or three components, by kind
-    double min;
-    double max;
-    double sliderMin;
-    double sliderMax;
-    double delta; ///< slider increment
-    int flags;
-    const char* group; ///< display name of the enclosing group, "" at top level
-    std::span<const char* const>
-        menu; ///< entries; empty for "Presets", whose entries are the shapes
+    int id = 0;                       ///< 0 for rows that declare no identifier
+    const char* name = "";            ///< as the user sees it; not unique
+    int flags = 0;                    ///< of `ParamFlag`
+    std::array<double, 3> defaults{}; ///< one, two or three components, by kind
+    std::optional<Range> range{};     ///< bounds every component; none where the kind says it all
+    std::optional<Range> slider{};    ///< what a slider offers, where that is less than the range
+    double delta = 1.0;               ///< slider increment
+    Unit unit = Unit::None;
+    std::span<const char* const> menu{}; ///< entries of a `RowKind::Menu`
+    const char* group = "";              ///< name of the group around the row, "" at top level
 
     /// Whether the row holds a value that can be read.
     [[nodiscard]] constexpr bool isParameter() const {
         return kind != RowKind::GroupStart && kind != RowKind::GroupEnd &&
                kind != RowKind::CompositionCamera;
+    }
+    /// Whether the value chooses one of `menuEntries`.
+    [[nodiscard]] constexpr bool isMenu() const {
+        return kind == RowKind::Menu || kind == RowKind::Presets;
     }
     /// Number of components of a value: 3 for a colour, 2 for a point, else 1.
     [[nodiscard]] constexpr int components() const {
@@ -136,15 +154,19 @@ struct ParameterRow {
     }
     /// Whether values between two keys are interpolated; toggles and menus hold the earlier key.
     [[nodiscard]] constexpr bool interpolates() const {
-        return kind != RowKind::Toggle && kind != RowKind::Menu;
+        return kind != RowKind::Toggle && !isMenu();
     }
+    /// The range of a row that has one, else nothing but 0.
+    [[nodiscard]] constexpr Range bounds() const { return range.value_or(Range{}); }
+    /// What a slider shows of `bounds()`.
+    [[nodiscard]] constexpr Range shown() const { return slider.value_or(bounds()); }
 };
 
 /// The declaration list: 78 rows in the order in which a host shows them. The only place where an
-/// identifier, name, default, range or flag stands.
+/// identifier, name, default, range or flag stands. Lives as long as the program.
 [[nodiscard]] std::span<const ParameterRow> parameterTable();
 
-/// The row that declares `id`, or null.
+/// The row that declares `id`, or null. Takes constant time.
 [[nodiscard]] const ParameterRow* findParameter(int id);
 
 /// Rows that a text names: an identifier ("4"), a full name ("Camera/Zoom", or "Thickness" at top
@@ -155,7 +177,22 @@ struct ParameterRow {
 /// "Group/Name" inside a group, "Name" at top level.
 [[nodiscard]] std::string fullName(const ParameterRow& row);
 
-/// The entries of a menu in order; for "Presets" the names of the built-in shapes.
+/// The entries of a menu in order; for "Presets" the names of the built-in shapes, whether their
+/// files are installed or not.
 [[nodiscard]] std::vector<std::string> menuEntries(const ParameterRow& row);
+/// Their number; 0 for a row that is no menu.
+[[nodiscard]] int menuSize(const ParameterRow& row);
+
+/// Whether `value` is a legal component of the row's value: finite and inside the range; the index
+/// of an entry; 0 or 1 of a toggle.
+[[nodiscard]] bool accepts(const ParameterRow& row, double value);
+
+/// What a host's answer stands for that may be anything: held at the ends of the range, a menu's
+/// index without an entry the default, a toggle on only when exactly 1. What no number can be made
+/// of (NaN, an infinite point) is the default of `component`.
+[[nodiscard]] double limited(const ParameterRow& row, double value, std::size_t component = 0);
+
+/// "%", "degrees", "px", or "" for none.
+[[nodiscard]] const char* unitText(Unit unit);
 
 } // namespace orbel

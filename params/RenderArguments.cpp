@@ -1,9 +1,179 @@
 #include "params/RenderArguments.h"
 
 #include "host/FxPlugHost.h"
-#include "params/ParameterTable.h"
+#include "params/ParameterRows.h"
+
+#include <algorithm>
+#include <variant>
 
 namespace orbel {
+
+namespace {
+
+using A = RenderArguments;
+template<std::size_t N>
+using Numbers = std::array<double A::*, N>;
+
+/// When a field is read: at the frame's own time alone, or at every motion-blur sample anew.
+enum class Sampling { OncePerFrame, EachSample };
+using enum Sampling;
+
+/// One parameter's place in the record. How it is read follows from its row in the declaration
+/// list.
+struct Field {
+    int id;
+    Sampling sampling;
+    std::variant<double A::*, Numbers<2>, Numbers<3>, bool A::*, int A::*> place;
+};
+
+// In the order of the declaration list, which is the order of reading.
+constexpr Field FIELDS[] = {
+    {PARAM_SCALE_X, OncePerFrame, &A::scaleX},
+    {PARAM_SCALE_Y, OncePerFrame, &A::scaleY},
+    {PARAM_STROKE_SEQUENTIALLY, OncePerFrame, &A::strokeSequentially},
+    {PARAM_COLOR, EachSample, Numbers<3>{&A::colorRed, &A::colorGreen, &A::colorBlue}},
+    {PARAM_THICKNESS, EachSample, &A::thickness},
+    {PARAM_FEATHER, EachSample, &A::feather},
+    {PARAM_START, EachSample, &A::start},
+    {PARAM_END, EachSample, &A::end},
+    {PARAM_OFFSET, EachSample, &A::offset},
+    {PARAM_LOOP, OncePerFrame, &A::loop},
+    {PARAM_ENABLE_TAPER, OncePerFrame, &A::enableTaper},
+    {PARAM_COMPRESS_TO_FIT, OncePerFrame, &A::compressToFit},
+    {PARAM_START_THICKNESS, EachSample, &A::startThickness},
+    {PARAM_END_THICKNESS, EachSample, &A::endThickness},
+    {PARAM_TAPER_START, EachSample, &A::taperStart},
+    {PARAM_TAPER_END, EachSample, &A::taperEnd},
+    {PARAM_START_SHAPE, EachSample, &A::startShape},
+    {PARAM_END_SHAPE, EachSample, &A::endShape},
+    {PARAM_STEP_ADJUST_METHOD, OncePerFrame, &A::stepAdjustMethod},
+    {PARAM_BEND, EachSample, &A::bend},
+    {PARAM_BEND_AXIS, EachSample, &A::bendAxis},
+    {PARAM_BEND_AROUND_CENTER, OncePerFrame, &A::bendAroundCenter},
+    {PARAM_POSITION_XY, EachSample, Numbers<2>{&A::positionX, &A::positionY}},
+    {PARAM_POSITION_Z, EachSample, &A::positionZ},
+    {PARAM_ROTATION_X, EachSample, &A::rotationX},
+    {PARAM_ROTATION_Y, EachSample, &A::rotationY},
+    {PARAM_ROTATION_Z, EachSample, &A::rotationZ},
+    {PARAM_ORDER, OncePerFrame, &A::order},
+    {PARAM_ENABLE_REPEATER, OncePerFrame, &A::enableRepeater},
+    {PARAM_SYMMETRIC_DOUBLER, OncePerFrame, &A::symmetricDoubler},
+    {PARAM_INSTANCES, EachSample, &A::instances},
+    {PARAM_REPEATER_OPACITY, EachSample, &A::repeaterOpacity},
+    {PARAM_REPEATER_SCALE, EachSample, &A::repeaterScale},
+    {PARAM_REPEATER_FACTOR, EachSample, &A::repeaterFactor},
+    {PARAM_DISPLACE_X, EachSample, &A::displaceX},
+    {PARAM_DISPLACE_Y, EachSample, &A::displaceY},
+    {PARAM_DISPLACE_Z, EachSample, &A::displaceZ},
+    {PARAM_REPEATER_ROTATION_X, EachSample, &A::repeaterRotationX},
+    {PARAM_REPEATER_ROTATION_Y, EachSample, &A::repeaterRotationY},
+    {PARAM_REPEATER_ROTATION_Z, EachSample, &A::repeaterRotationZ},
+    {PARAM_ADJUST_STEP, EachSample, &A::adjustStep},
+    {PARAM_EXACT_STEP_MATCH, OncePerFrame, &A::exactStepMatch},
+    {PARAM_INTERNAL_OPACITY, EachSample, &A::internalOpacity},
+    {PARAM_LOW_ALPHA_SAT_BOOST, EachSample, &A::lowAlphaSatBoost},
+    {PARAM_LOW_ALPHA_HUE_ROTATION, EachSample, &A::lowAlphaHueRotation},
+    {PARAM_HI_ALPHA_BRIGHT_BOOST, EachSample, &A::hiAlphaBrightBoost},
+    {PARAM_VIEW, OncePerFrame, &A::view},
+    {PARAM_Z_CLIP_FRONT, EachSample, &A::zClipFront},
+    {PARAM_Z_CLIP_BACK, EachSample, &A::zClipBack},
+    {PARAM_START_FADE, OncePerFrame, &A::startFade},
+    {PARAM_AUTO_ORIENT, OncePerFrame, &A::autoOrient},
+    {PARAM_CAMERA_XY, OncePerFrame, Numbers<2>{&A::cameraX, &A::cameraY}},
+    {PARAM_CAMERA_Z, OncePerFrame, &A::cameraZ},
+    {PARAM_ZOOM, OncePerFrame, &A::zoom},
+    {PARAM_CAMERA_ROTATION_X, OncePerFrame, &A::cameraRotationX},
+    {PARAM_CAMERA_ROTATION_Y, OncePerFrame, &A::cameraRotationY},
+    {PARAM_CAMERA_ROTATION_Z, OncePerFrame, &A::cameraRotationZ},
+    {PARAM_MOTION_BLUR, OncePerFrame, &A::motionBlur},
+    {PARAM_SHUTTER_ANGLE, OncePerFrame, &A::shutterAngle},
+    {PARAM_SHUTTER_PHASE, OncePerFrame, &A::shutterPhase},
+    {PARAM_LEVELS, OncePerFrame, &A::levels},
+    {PARAM_OPACITY, EachSample, &A::opacity},
+    {PARAM_TRANSFER_MODE, OncePerFrame, &A::transferMode},
+};
+
+constexpr bool fits(RowKind kind, const Field& field) {
+    switch (kind) {
+    case RowKind::Float:
+    case RowKind::Angle:
+        return std::holds_alternative<double A::*>(field.place);
+    case RowKind::Point:
+        return std::holds_alternative<Numbers<2>>(field.place);
+    case RowKind::Color:
+        return std::holds_alternative<Numbers<3>>(field.place);
+    case RowKind::Toggle:
+        return std::holds_alternative<bool A::*>(field.place);
+    case RowKind::Menu:
+        return std::holds_alternative<int A::*>(field.place);
+    default:
+        return false;
+    }
+}
+
+// The shape's two parameters alone have no place in the record.
+constexpr bool isComplete() {
+    const auto* field = std::begin(FIELDS);
+    for (const ParameterRow& row : rows::TABLE) {
+        if (!row.isParameter() || row.id == PARAM_SHAPE || row.id == PARAM_PRESETS) {
+            continue;
+        }
+        if (field == std::end(FIELDS) || field->id != row.id || !fits(row.kind, *field)) {
+            return false;
+        }
+        ++field;
+    }
+    return field == std::end(FIELDS);
+}
+static_assert(isComplete(), "every parameter has its field, in declared order and of its kind");
+
+/// Reads one field the way its row says.
+class FieldReader {
+public:
+    FieldReader(ParameterReader& reader, A* args) : m_reader(reader), m_args(args) {}
+
+    void read(const Field& field) const {
+        std::visit([&](const auto& place) { this->read(*findParameter(field.id), place); },
+                   field.place);
+    }
+
+private:
+    void read(const ParameterRow& row, double A::*place) const {
+        double& number = m_args->*place;
+        row.kind == RowKind::Angle ? m_reader.readAngle(row.id, number)
+                                   : m_reader.readFloat(row.id, number);
+    }
+    void read(const ParameterRow& row, const Numbers<2>& place) const {
+        m_reader.readPoint(row.id, m_args->*place[0], m_args->*place[1]);
+    }
+    void read(const ParameterRow& row, const Numbers<3>& place) const {
+        m_reader.readColor(row.id, m_args->*place[0], m_args->*place[1], m_args->*place[2]);
+    }
+    void read(const ParameterRow& row, bool A::*place) const {
+        m_reader.readToggle(row.id, m_args->*place);
+    }
+    void read(const ParameterRow& row, int A::*place) const {
+        m_reader.readMenu(row.id, m_args->*place);
+    }
+
+    ParameterReader& m_reader;
+    A* m_args;
+};
+
+// Exact; a NaN differs from everything.
+bool isEqual(const Field& field, const A& a, const A& b) {
+    return std::visit(
+        [&](const auto& place) {
+            if constexpr (std::is_member_pointer_v<std::decay_t<decltype(place)>>) {
+                return a.*place == b.*place;
+            } else {
+                return std::ranges::all_of(place, [&](auto part) { return a.*part == b.*part; });
+            }
+        },
+        field.place);
+}
+
+} // namespace
 
 void HostParameterReader::readFloat(int param, double& value) {
     m_host->GetFloatValue(param, 0, m_time, value);
@@ -34,69 +204,23 @@ PluginHost_API::TimeObject currentTimeObject(PluginHost_API* host) {
 }
 
 void readRenderArguments(ParameterReader& reader, RenderArguments* args) {
-    reader.readFloat(PARAM_SCALE_X, args->scaleX);
-    reader.readFloat(PARAM_SCALE_Y, args->scaleY);
-    reader.readToggle(PARAM_STROKE_SEQUENTIALLY, args->strokeSequentially);
-    reader.readColor(PARAM_COLOR, args->colorRed, args->colorGreen, args->colorBlue);
-    reader.readFloat(PARAM_THICKNESS, args->thickness);
-    reader.readFloat(PARAM_FEATHER, args->feather);
-    reader.readFloat(PARAM_START, args->start);
-    reader.readFloat(PARAM_END, args->end);
-    reader.readFloat(PARAM_OFFSET, args->offset);
-    reader.readToggle(PARAM_LOOP, args->loop);
-    reader.readToggle(PARAM_ENABLE_TAPER, args->enableTaper);
-    reader.readToggle(PARAM_COMPRESS_TO_FIT, args->compressToFit);
-    reader.readFloat(PARAM_START_THICKNESS, args->startThickness);
-    reader.readFloat(PARAM_END_THICKNESS, args->endThickness);
-    reader.readFloat(PARAM_TAPER_START, args->taperStart);
-    reader.readFloat(PARAM_TAPER_END, args->taperEnd);
-    reader.readFloat(PARAM_START_SHAPE, args->startShape);
-    reader.readFloat(PARAM_END_SHAPE, args->endShape);
-    reader.readMenu(PARAM_STEP_ADJUST_METHOD, args->stepAdjustMethod);
-    reader.readFloat(PARAM_BEND, args->bend);
-    reader.readAngle(PARAM_BEND_AXIS, args->bendAxis);
-    reader.readToggle(PARAM_BEND_AROUND_CENTER, args->bendAroundCenter);
-    reader.readPoint(PARAM_POSITION_XY, args->positionX, args->positionY);
-    reader.readFloat(PARAM_POSITION_Z, args->positionZ);
-    reader.readAngle(PARAM_ROTATION_X, args->rotationX);
-    reader.readAngle(PARAM_ROTATION_Y, args->rotationY);
-    reader.readAngle(PARAM_ROTATION_Z, args->rotationZ);
-    reader.readMenu(PARAM_ORDER, args->order);
-    reader.readToggle(PARAM_ENABLE_REPEATER, args->enableRepeater);
-    reader.readToggle(PARAM_SYMMETRIC_DOUBLER, args->symmetricDoubler);
-    reader.readFloat(PARAM_INSTANCES, args->instances);
-    reader.readFloat(PARAM_REPEATER_OPACITY, args->repeaterOpacity);
-    reader.readFloat(PARAM_REPEATER_SCALE, args->repeaterScale);
-    reader.readFloat(PARAM_REPEATER_FACTOR, args->repeaterFactor);
-    reader.readFloat(PARAM_DISPLACE_X, args->displaceX);
-    reader.readFloat(PARAM_DISPLACE_Y, args->displaceY);
-    reader.readFloat(PARAM_DISPLACE_Z, args->displaceZ);
-    reader.readAngle(PARAM_REPEATER_ROTATION_X, args->repeaterRotationX);
-    reader.readAngle(PARAM_REPEATER_ROTATION_Y, args->repeaterRotationY);
-    reader.readAngle(PARAM_REPEATER_ROTATION_Z, args->repeaterRotationZ);
-    reader.readFloat(PARAM_ADJUST_STEP, args->adjustStep);
-    reader.readToggle(PARAM_EXACT_STEP_MATCH, args->exactStepMatch);
-    reader.readFloat(PARAM_INTERNAL_OPACITY, args->internalOpacity);
-    reader.readFloat(PARAM_LOW_ALPHA_SAT_BOOST, args->lowAlphaSatBoost);
-    reader.readFloat(PARAM_LOW_ALPHA_HUE_ROTATION, args->lowAlphaHueRotation);
-    reader.readFloat(PARAM_HI_ALPHA_BRIGHT_BOOST, args->hiAlphaBrightBoost);
-    reader.readMenu(PARAM_VIEW, args->view);
-    reader.readFloat(PARAM_Z_CLIP_FRONT, args->zClipFront);
-    reader.readFloat(PARAM_Z_CLIP_BACK, args->zClipBack);
-    reader.readFloat(PARAM_START_FADE, args->startFade);
-    reader.readToggle(PARAM_AUTO_ORIENT, args->autoOrient);
-    reader.readPoint(PARAM_CAMERA_XY, args->cameraX, args->cameraY);
-    reader.readFloat(PARAM_CAMERA_Z, args->cameraZ);
-    reader.readFloat(PARAM_ZOOM, args->zoom);
-    reader.readAngle(PARAM_CAMERA_ROTATION_X, args->cameraRotationX);
-    reader.readAngle(PARAM_CAMERA_ROTATION_Y, args->cameraRotationY);
-    reader.readAngle(PARAM_CAMERA_ROTATION_Z, args->cameraRotationZ);
-    reader.readMenu(PARAM_MOTION_BLUR, args->motionBlur);
-    reader.readFloat(PARAM_SHUTTER_ANGLE, args->shutterAngle);
-    reader.readFloat(PARAM_SHUTTER_PHASE, args->shutterPhase);
-    reader.readFloat(PARAM_LEVELS, args->levels);
-    reader.readFloat(PARAM_OPACITY, args->opacity);
-    reader.readMenu(PARAM_TRANSFER_MODE, args->transferMode);
+    for (const Field& field : FIELDS) {
+        FieldReader(reader, args).read(field);
+    }
+}
+
+void readSampledArguments(ParameterReader& reader, RenderArguments* args) {
+    for (const Field& field : FIELDS) {
+        if (field.sampling == EachSample) {
+            FieldReader(reader, args).read(field);
+        }
+    }
+}
+
+bool sameSampledArguments(const RenderArguments& a, const RenderArguments& b) {
+    return std::ranges::all_of(FIELDS, [&](const Field& field) {
+        return field.sampling == OncePerFrame || isEqual(field, a, b);
+    });
 }
 
 int ParamsRetrieveValues(PluginHost_API* host, RenderArguments* args) {

@@ -6,7 +6,9 @@
 namespace orbel {
 
 /// Every value-carrying parameter of one render, read once at one time, as the user sees it:
-/// percents stay percents, angles degrees, menus indices. The shape is resolved separately.
+/// percents stay percents, angles degrees, menus indices. The shape is resolved separately. Values
+/// are not checked: a host may hand out what lies outside the declared ranges, infinities and NaN
+/// too, and the drawing copes. Ranges and names stand in ParameterTable.h.
 struct RenderArguments {
     double scaleX = 0.0;
     double scaleY = 0.0;
@@ -98,8 +100,17 @@ private:
 /// A parameter read at "now": the host's current time and step.
 [[nodiscard]] PluginHost_API::TimeObject currentTimeObject(PluginHost_API* host);
 
-/// Fills `args` in table order through `reader`; a field that cannot be read keeps what it held.
+/// Fills `args` through `reader` in the order of the declaration list; a field that cannot be read
+/// keeps what it held.
 void readRenderArguments(ParameterReader& reader, RenderArguments* args);
+
+/// Reads again, in the same order, what may move within a frame: every field but the toggles, the
+/// menus, "ScaleX", "ScaleY", "Start Fade", the camera's and the shutter's.
+void readSampledArguments(ParameterReader& reader, RenderArguments* args);
+
+/// Whether all fields that `readSampledArguments` reads are exactly the same in both; a NaN differs
+/// from everything.
+[[nodiscard]] bool sameSampledArguments(const RenderArguments& a, const RenderArguments& b);
 
 /// Fills `args` at the host's current time: through an FxPlug host's own reader, else through the
 /// neutral getters. Always 1.

@@ -33,7 +33,7 @@ F layerAlpha(typename P::Component alpha, float opacity) {
         return scaled;
     } else {
         constexpr float limit = 16777216.0F;
-        return static_cast<F>(truncateTo<int>(std::clamp(scaled, -limit, limit)));
+        return P::truncated(std::clamp(scaled, -limit, limit));
     }
 }
 
@@ -103,17 +103,13 @@ BlendPixel<F> blendPixel(const Functor& functor, const BlendPixel<F>& s, const B
     return c;
 }
 
-/// Combines `front` with `behind` under the functor's mode.
-template<typename P, template<typename, typename, typename, typename, typename> class Functor>
-void blendRow(const typename P::Component* front, const typename P::Component* behind,
-              typename P::Component* output, int pixels, float opacity1, float opacity2) {
+/// Combines `front` with `behind` under the mode of a functor that is set up.
+template<typename P, typename Functor>
+void blendRow(const Functor& functor, const typename P::Component* front,
+              const typename P::Component* behind, typename P::Component* output, int pixels,
+              float opacity1, float opacity2) {
     using F = typename P::Float;
     using FORMAT = typename P::FORMAT;
-    Functor<P, typename P::Component, typename P::Wide, F, FORMAT> functor;
-    functor.setup(P{}, opacity1, opacity2);
-    if (!functor.hasEffect()) {
-        return;
-    }
     for (int x = 0; x < pixels; ++x) {
         const F sa = layerAlpha<P, F>(front[FORMAT::alpha], opacity1);
         const F da = layerAlpha<P, F>(behind[FORMAT::alpha], opacity2);
@@ -129,6 +125,17 @@ void blendRow(const typename P::Component* front, const typename P::Component* b
         front += componentsPerPixel;
         behind += componentsPerPixel;
         output += componentsPerPixel;
+    }
+}
+
+/// The same under the mode of a functor's type.
+template<typename P, typename Functor>
+void blendRowBy(const typename P::Component* front, const typename P::Component* behind,
+                typename P::Component* output, int pixels, float opacity1, float opacity2) {
+    Functor functor;
+    functor.setup(P{}, opacity1, opacity2);
+    if (functor.hasEffect()) {
+        blendRow<P>(functor, front, behind, output, pixels, opacity1, opacity2);
     }
 }
 

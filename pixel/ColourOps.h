@@ -7,13 +7,19 @@ namespace orbel {
 
 // Passes over a whole raster, in place. Each returns 0. `P` names the raster's format, the other
 // four arguments follow from it (`PixelTypes`); they are instantiated for the six formats.
+//
+// The host is asked once what the raster is over, and nothing else; a raster without pixels is left
+// alone. Any thread may call them, as long as nobody else touches the pixels. Alphas outside the
+// range, NaN and infinities are no error: what becomes of them is defined, if not useful.
 
-/// Multiplies the colour of every pixel by its alpha.
+/// Multiplies the colour of every pixel by its alpha. 8-bit products divide by 256 with rounding,
+/// so that white under full alpha comes out as 254: see `PixelArithmetic8::multiply`.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 int Premult(P, PluginHost_API* host, PluginRaster_API* raster);
 
-/// Divides the colour of every pixel by its alpha, limiting overflow. Pixels whose alpha is not
-/// above 0 stay as they are.
+/// Divides the colour of every pixel by its alpha, limiting overflow (floats are not limited).
+/// Pixels whose alpha is not above 0 stay as they are. Not the inverse of `Premult`: both lose
+/// precision in the integer formats.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 int UnPremult(P, PluginHost_API* host, PluginRaster_API* raster);
 

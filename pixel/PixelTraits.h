@@ -10,6 +10,10 @@ namespace orbel {
 
 // The six pixel formats. Rendering code is written once as templates over a trait and takes the
 // range of a component and its arithmetic from it; nothing else knows 255 or 1.0.
+//
+// The three depths differ on purpose: 8 bits compute in `int` and divide by 256, 16 bits compute in
+// single precision over 0 to 65535 and keep fractions until they are stored, floats neither clamp
+// nor round. Components are stored straight or premultiplied as the pass at hand says.
 
 /// Component indices within a pixel whose alpha stands first.
 struct AlphaFirstOrder {
@@ -46,6 +50,8 @@ struct PixelArithmetic8 {
     static constexpr float toFloat(unsigned char c) { return static_cast<float>(c / 255.0); }
     /// Truncates; neither rounds nor clamps.
     static constexpr int fromFloat(float f) { return truncateTo<int>(255.0 * f); }
+    /// What was computed in single precision, as the accumulator keeps it: a whole number.
+    static constexpr int truncated(float v) { return truncateTo<int>(v); }
     /// Divides by 256 with rounding, not by 255, so that 255 x 255 is 254: meant.
     static constexpr int multiply(int a, int b) {
         return static_cast<int>(static_cast<unsigned>(a) * static_cast<unsigned>(b) + 128U) >> 8;
@@ -78,6 +84,8 @@ struct PixelArithmetic16 {
     static constexpr float toFloat(unsigned short c) { return static_cast<float>(c) / 65535.0F; }
     /// Neither rounds nor clamps.
     static constexpr float fromFloat(float f) { return 65535.0F * f; }
+    /// As in 8 bits, although the accumulator could keep the fraction.
+    static constexpr float truncated(float v) { return static_cast<float>(truncateTo<int>(v)); }
     static constexpr float multiply(float a, float b) { return a * b / 65535.0F; }
     /// Not clamped. 0 where `b` is 0.
     static constexpr float divide(float a, float b) { return b == 0.0F ? 0.0F : a / b * 65535.0F; }
@@ -100,6 +108,7 @@ struct PixelArithmetic32 {
     static constexpr bool is32Bit() { return true; }
     static constexpr float toFloat(float c) { return c; }
     static constexpr float fromFloat(float f) { return f; }
+    static constexpr float truncated(float v) { return v; }
     static constexpr float multiply(float a, float b) { return a * b; }
     /// 0 where `b` is 0.
     static constexpr float divide(float a, float b) { return b == 0.0F ? 0.0F : a / b; }

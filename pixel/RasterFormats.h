@@ -4,6 +4,9 @@
 
 namespace orbel {
 
+// What layout codes mean. The codes of other hosts are described too, although only six layouts are
+// rendered (`withTraits`). Plain functions for any thread.
+
 /// The depth class of a layout code; codes outside the table count as 8 bits.
 PluginRaster_API::PixelType convertToPixelType(PluginHost_API::RasterFormat format);
 

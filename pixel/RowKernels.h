@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pixel/PixelTraits.h"
+#include "pixel/TransferCodes.h"
 
 #include <array>
 #include <cstddef>
@@ -35,7 +36,7 @@ struct RowKernels {
     /// premultiplies both. The opacity is that of the layer.
     using Finish = void (*)(T* input, T* layer, int pixels, float opacity);
 
-    static constexpr int codes = 36;
+    static constexpr int codes = TRANSFER_CODES;
 
     /// Sets every pixel to one, given in the order of memory.
     void (*fill)(T* row, int pixels, const T* pixel);

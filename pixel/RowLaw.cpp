@@ -1,49 +1,51 @@
 #include "pixel/RowLaw.h"
 
 #include "pixel/BlendLawImpl.h"
+#include "pixel/TransferCodes.h"
 
 #include <cstddef>
 
 namespace orbel {
 namespace {
 
-/// Enters a mode under its code.
+/// Enters a mode under all its codes.
 template<typename P, CompositeRow<P> composite>
-constexpr void enterComposite(RowKernels<P>& table, std::size_t code) {
-    table.composite[code] = composite;
-    table.finish[code] = &finishRow<P, composite>;
+constexpr void enterComposite(RowKernels<P>& table, TransferMode mode) {
+    forEachCodeOf(mode, [&table](std::size_t code) {
+        table.composite[code] = composite;
+        table.finish[code] = &finishRow<P, composite>;
+    });
 }
 
 template<typename P, template<typename, typename, typename, typename, typename> class Functor>
-constexpr void enterBlend(RowKernels<P>& table, std::size_t code) {
-    enterComposite<P, &blendRow<P, Functor>>(table, code);
+constexpr void enterBlend(RowKernels<P>& table, TransferMode mode) {
+    using Blended =
+        Functor<P, typename P::Component, typename P::Wide, typename P::Float, typename P::FORMAT>;
+    enterComposite<P, &blendRowBy<P, Blended>>(table, mode);
 }
 
 template<typename P>
 constexpr void enterModes(RowKernels<P>& table) {
-    enterComposite<P, &blendBehindRow<P>>(table, 1);
-    enterBlend<P, BLEND_IN_FRONT>(table, 2);
-    enterBlend<P, BLEND_HUE>(table, 3);
-    enterBlend<P, BLEND_PLUS>(table, 4);
-    enterBlend<P, BLEND_MUTLIPLY>(table, 5);
-    enterBlend<P, BLEND_SCREEN>(table, 6);
-    enterBlend<P, BLEND_OVERLAY>(table, 7);
-    enterBlend<P, BLEND_SOFTLIGHT>(table, 8);
-    enterBlend<P, BLEND_HARDLIGHT>(table, 9);
-    enterBlend<P, BLEND_DARKEN>(table, 10);
-    enterBlend<P, BLEND_LIGHTEN>(table, 11);
-    enterBlend<P, BLEND_DIFFERENCE>(table, 12);
-    enterBlend<P, BLEND_HUE>(table, 13);
-    enterBlend<P, BLEND_SAT>(table, 14);
-    enterBlend<P, BLEND_COLOR>(table, 15);
-    enterBlend<P, BLEND_LUMA>(table, 16);
-    for (std::size_t code = 17; code <= 22; ++code) {
-        enterBlend<P, BLEND_EXCLUSION>(table, code);
-    }
-    enterBlend<P, BLEND_COLORDODGE>(table, 23);
-    enterBlend<P, BLEND_COLORBURN>(table, 24);
-    enterBlend<P, BLEND_EXCLUSION>(table, 25);
-    enterBlend<P, BLEND_SCREEN_SPECIAL>(table, 35);
+    using enum TransferMode;
+    enterComposite<P, &blendBehindRow<P>>(table, Behind);
+    enterBlend<P, BLEND_IN_FRONT>(table, InFront);
+    enterBlend<P, BLEND_PLUS>(table, Plus);
+    enterBlend<P, BLEND_MUTLIPLY>(table, Multiply);
+    enterBlend<P, BLEND_SCREEN>(table, Screen);
+    enterBlend<P, BLEND_OVERLAY>(table, Overlay);
+    enterBlend<P, BLEND_SOFTLIGHT>(table, SoftLight);
+    enterBlend<P, BLEND_HARDLIGHT>(table, HardLight);
+    enterBlend<P, BLEND_DARKEN>(table, Darken);
+    enterBlend<P, BLEND_LIGHTEN>(table, Lighten);
+    enterBlend<P, BLEND_DIFFERENCE>(table, Difference);
+    enterBlend<P, BLEND_COLORDODGE>(table, ColourDodge);
+    enterBlend<P, BLEND_COLORBURN>(table, ColourBurn);
+    enterBlend<P, BLEND_EXCLUSION>(table, Exclusion);
+    enterBlend<P, BLEND_HUE>(table, Hue);
+    enterBlend<P, BLEND_SAT>(table, Saturation);
+    enterBlend<P, BLEND_COLOR>(table, Colour);
+    enterBlend<P, BLEND_LUMA>(table, Luma);
+    enterBlend<P, BLEND_SCREEN_SPECIAL>(table, ScreenSpecial);
 }
 
 template<typename P>

@@ -5,8 +5,9 @@
 
 namespace orbel {
 
-/// Calls `action` with the pixel traits of one of the six rendered formats. False, nothing called,
-/// for any other.
+/// The way from a layout code, which a host gives at run time, to code that is written as a
+/// template over the traits: calls `action` with the traits of one of the six rendered formats.
+/// False, nothing called, for any other. What `action` throws passes through.
 template<typename Action>
 bool withTraits(RasterFormat format, const Action& action) {
     switch (format) {

@@ -40,8 +40,7 @@ template<typename Mode, typename P, typename F>
 struct HalvedBlendMode : ChannelBlendMode<Mode, P, F> {
     void setup(P trait, float opacity1, float opacity2) {
         BlendMode<P, F>::setup(trait, opacity1, opacity2);
-        half = P::is32Bit() ? truncateTo<F>(0.5F * P::MAX_VALUE())
-                            : static_cast<F>(truncateTo<int>(0.5F * P::MAX_VALUE()));
+        half = P::truncated(0.5F * P::MAX_VALUE());
     }
 
     F half{};
@@ -108,8 +107,7 @@ template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_IN_FRONT : ChannelBlendMode<BLEND_IN_FRONT<P, T, W, F, FORMAT>, P, F> {
     void setup(P trait, float opacity1, float opacity2) {
         BlendMode<P, F>::setup(trait, opacity1, opacity2);
-        opacity = P::is32Bit() ? truncateTo<F>(P::MAX_VALUE() * opacity1)
-                               : static_cast<F>(truncateTo<int>(P::MAX_VALUE() * opacity1));
+        opacity = P::truncated(P::MAX_VALUE() * opacity1);
     }
     [[nodiscard]] F channel(F s, F) const { return s; }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pixel/BlendLawImpl.h"
 #include "pixel/PixelWalk.h"
 #include "pixel/RowKernels.h"
 #include "pixel/TransferModes.h"
@@ -9,32 +10,58 @@
 
 namespace orbel {
 
-/// Composites the rows that three rasters have in common.
-template<typename P, typename FORMAT>
-void compositeRasters(typename RowKernels<P>::Composite composite, PluginHost_API* host,
-                      float opacity1, float opacity2, PluginRaster_API* first,
+/// Calls `composite(front, behind, output, width)` for the rows that three rasters have in common,
+/// and makes the output opaque if asked to.
+template<typename P, typename Composite>
+void compositeRasters(const Composite& composite, PluginHost_API* host, PluginRaster_API* first,
                       PluginRaster_API* second, PluginRaster_API* out, bool opaqueOut) {
     using T = typename P::Component;
     forEachRow<T>(
-        [=](int width, const T* front, const T* behind, T* output) {
-            composite(front, behind, output, width, opacity1, opacity2);
+        [&](int width, const T* front, const T* behind, T* output) {
+            composite(front, behind, output, width);
             for (int x = 0; opaqueOut && x < width; ++x) {
-                output[componentsPerPixel * std::ptrdiff_t{x} + FORMAT::alpha] =
+                output[componentsPerPixel * std::ptrdiff_t{x} + P::FORMAT::alpha] =
                     static_cast<T>(P::MAX_VALUE());
             }
         },
         describeRaster(host, first), describeRaster(host, second), describeRaster(host, out));
 }
 
-inline constexpr int CODE_BEHIND = 1;
-inline constexpr int CODE_IN_FRONT = 2;
+template<typename P, typename T, typename W, typename F, typename FORMAT, typename Functor>
+int Blend(P trait, T, W, F, FORMAT, Functor functor, PluginHost_API* host, float opacity1,
+          float opacity2, PluginRaster_API* first, PluginRaster_API* second, PluginRaster_API* out,
+          bool /*unused*/, bool opaqueOut) {
+    functor.setup(trait, opacity1, opacity2);
+    if (!functor.hasEffect()) {
+        return 0;
+    }
+    compositeRasters<P>(
+        [&](const T* front, const T* behind, T* output, int width) {
+            blendRow<P>(functor, front, behind, output, width, opacity1, opacity2);
+        },
+        host, first, second, out, opaqueOut);
+    return 0;
+}
+
+/// The same by the fastest way there is for a code.
+template<typename P>
+void compositeByCode(int code, PluginHost_API* host, float opacity1, float opacity2,
+                     PluginRaster_API* first, PluginRaster_API* second, PluginRaster_API* out,
+                     bool opaqueOut) {
+    using T = typename P::Component;
+    const auto composite = rowKernels<P>().composite.at(static_cast<std::size_t>(code));
+    compositeRasters<P>(
+        [=](const T* front, const T* behind, T* output, int width) {
+            composite(front, behind, output, width, opacity1, opacity2);
+        },
+        host, first, second, out, opaqueOut);
+}
 
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 int BlendBehind(P, T, W, F, FORMAT, PluginHost_API* host, float opacity1, float opacity2,
                 PluginRaster_API* first, PluginRaster_API* second, PluginRaster_API* out,
                 bool /*unused*/, bool opaqueOut) {
-    compositeRasters<P, FORMAT>(rowKernels<P>().composite[CODE_BEHIND], host, opacity1, opacity2,
-                                first, second, out, opaqueOut);
+    compositeByCode<P>(TRANSFER_BEHIND, host, opacity1, opacity2, first, second, out, opaqueOut);
     return 0;
 }
 
@@ -65,15 +92,18 @@ int TransferComposite(P, T, W, F, FORMAT, PluginHost_API* host, int mode, double
     if (host->getAEHost() != nullptr && !ownBlend) {
         return host->blend(mode, opacity1, opacity2, second, out);
     }
-    const auto& composites = rowKernels<P>().composite;
-    const auto index = static_cast<std::size_t>(mode);
-    if (index >= composites.size() || composites[index] == nullptr) {
+    const TransferRow* const row = findTransfer(mode);
+    if (row == nullptr) {
         return 0;
     }
-    const bool mayForceOpaque = mode != CODE_BEHIND && mode != CODE_IN_FRONT;
-    compositeRasters<P, FORMAT>(composites[index], host, static_cast<float>(opacity1),
-                                static_cast<float>(opacity2), first, second, out,
-                                mayForceOpaque && opaqueOut);
+    const auto front = static_cast<float>(opacity1);
+    const auto behind = static_cast<float>(opacity2);
+    const bool opaque = row->mayBeOpaque && opaqueOut;
+    if (row->mode == TransferMode::Behind) {
+        return BlendBehind<P, T, W, F, FORMAT>({}, {}, {}, {}, {}, host, front, behind, first,
+                                               second, out, false, opaque);
+    }
+    compositeByCode<P>(mode, host, front, behind, first, second, out, opaque);
     return 0;
 }
 

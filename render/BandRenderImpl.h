@@ -64,7 +64,7 @@ int drawSamples(const StrokeFrame& frame, const SamplePlan& plan, LayerPainter<P
                 double* opacity) try {
     StampingSpanRenderer renderer(frame.host, painter.width(), painter.height(), painter);
     FrameChords chords(frame.host);
-    AnimatedParameters p = frame.now;
+    AnimatedParameters p = frame.args;
     for (int s = 0; s < plan.levels; ++s) {
         const long time = plan.time(s);
         if (plan.blur) {
@@ -124,7 +124,7 @@ std::optional<int> renderInBands(PluginHost_API* host, const AlphaHandling& alph
         error = drawSamples(frame, plan, painter, &opacity);
     }
     if (error != 0) {
-        painter.leave(frame.now, !plan.blur);
+        painter.leave(frame.args, !plan.blur);
     } else {
         painter.finish(howToFinish(frame.transferMode(), opacity));
     }

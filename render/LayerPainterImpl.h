@@ -2,6 +2,7 @@
 
 #include "render/LayerPainter.h"
 
+#include "pixel/HiddenColour.h"
 #include "render/Units.h"
 
 #include <algorithm>
@@ -22,9 +23,9 @@ template<class P>
 fillPixel(const AnimatedParameters& p) {
     using T = typename P::Component;
     std::array<T, componentsPerPixel> pixel{};
-    pixel[P::FORMAT::red] = truncateTo<T>(P::MAX_VALUE() * p.red);
-    pixel[P::FORMAT::green] = truncateTo<T>(P::MAX_VALUE() * p.green);
-    pixel[P::FORMAT::blue] = truncateTo<T>(P::MAX_VALUE() * p.blue);
+    pixel[P::FORMAT::red] = truncateTo<T>(P::MAX_VALUE() * p.colorRed);
+    pixel[P::FORMAT::green] = truncateTo<T>(P::MAX_VALUE() * p.colorGreen);
+    pixel[P::FORMAT::blue] = truncateTo<T>(P::MAX_VALUE() * p.colorBlue);
     return pixel;
 }
 
@@ -325,6 +326,8 @@ void LayerPainter<P>::finishPixels(T* input, T* layer, int count, const LayerFin
     }
     if (m_alpha.output == OutputAlpha::Premultiplied) {
         m_rowKernels.premult(layer, count);
+    } else {
+        clearHiddenColour<P>(input, layer, count);
     }
 }
 

@@ -120,8 +120,9 @@ private:
 class OverlayMaker {
 public:
     explicit OverlayMaker(StrokeFrame* frame)
-        : m_frame(*frame), m_whole(frame->now), m_chords(frame->host) {
+        : m_frame(*frame), m_whole(frame->args), m_chords(frame->host) {
         frame->args.enableRepeater = false;
+        m_whole.enableRepeater = false;
         m_whole.start = 0.0;
         m_whole.end = 100.0;
         m_whole.offset = 0.0;
@@ -132,7 +133,7 @@ public:
         overlay.asOne = m_frame.args.strokeSequentially;
         OutlineFollower follower(m_frame, &overlay);
         draw(m_whole, follower);
-        AnimatedParameters drawn = m_frame.now;
+        AnimatedParameters drawn = m_frame.args;
         drawn.end = std::max(drawn.end, drawn.start + leastPercent);
         EndFinder ends(m_frame, &overlay);
         draw(drawn, ends);

@@ -34,7 +34,7 @@ private:
 /// Fills with the stroke's colour at alpha 0: coverage builds up from nothing.
 template<class P, class T, class W, class F, class Format>
 int fillWithColor(PluginHost_API* host, const AnimatedParameters& p, PluginRaster_API* raster) {
-    const std::array<double, 4> color{p.red, p.green, p.blue, 0.0};
+    const std::array<double, 4> color{p.colorRed, p.colorGreen, p.colorBlue, 0.0};
     return FillColor<P, T, W, F, Format>(P{}, host, color.data(), raster);
 }
 
@@ -68,7 +68,7 @@ int renderBlurred(const StrokeFrame& frame, const SamplePlan& plan, PluginRaster
         return 1;
     }
     FrameChords chords(host);
-    AnimatedParameters p = frame.now;
+    AnimatedParameters p = frame.args;
     for (int s = 0; s < plan.levels; ++s) {
         const long time = plan.time(s);
         p = animatedParametersAt(host, time, p);
@@ -101,7 +101,7 @@ int Render(P /*pixel*/, T /*maximum*/, W /*wide*/, F /*single*/, Format /*format
         return 1;
     }
     if (fillFirst) {
-        fillWithColor<P, T, W, F, Format>(host, frame.now, output.getImpl());
+        fillWithColor<P, T, W, F, Format>(host, frame.args, output.getImpl());
     }
     if (useShape && HasFixedShapeProperty(host) != 0) {
         frame.installShape(output.getImpl());
@@ -115,7 +115,7 @@ int Render(P /*pixel*/, T /*maximum*/, W /*wide*/, F /*single*/, Format /*format
         return renderBlurred<P, T, W, F, Format>(frame, plan, output.getImpl(), opacity);
     }
     FrameChords chords(host);
-    return renderSample<P, T, W, F, Format>(frame, frame.now, plan.firstTime, output.getImpl(),
+    return renderSample<P, T, W, F, Format>(frame, frame.args, plan.firstTime, output.getImpl(),
                                             &chords);
 }
 

@@ -16,7 +16,7 @@ constexpr int BLUR_OFF = 1;
 constexpr int MODE_NONE = 1;
 
 int sampleCount(double levels) {
-    const double most = findParameter(PARAM_LEVELS)->max;
+    const double most = findParameter(PARAM_LEVELS)->bounds().max;
     return saturateTo<int>(std::min(levels + 0.5, most));
 }
 
@@ -25,13 +25,11 @@ int sampleCount(double levels) {
 StrokeFrame::StrokeFrame(PluginHost_API* renderHost)
     : host(renderHost),
       args(),
-      now(),
       geometry(frameGeometry(renderHost)),
       timeStep(renderHost->getTimeStep()),
       currentTime(renderHost->getCurrentTime()),
       timeScale(renderHost->getTimeScale()) {
     ParamsRetrieveValues(host, &args);
-    now = animatedParameters(args);
     blurMode = menuNumber(truncateTo<int>(GetMBlurValue(host)));
     // One outline after another neither wraps nor squeezes its taper.
     compressToFit = args.compressToFit && !args.strokeSequentially;
@@ -39,11 +37,11 @@ StrokeFrame::StrokeFrame(PluginHost_API* renderHost)
 }
 
 double StrokeFrame::opacity() const {
-    return now.opacity * FRACTION_PER_PERCENT;
+    return args.opacity * FRACTION_PER_PERCENT;
 }
 
 bool StrokeFrame::drawsNothing() const {
-    return now.start * FRACTION_PER_PERCENT >= now.end * FRACTION_PER_PERCENT &&
+    return args.start * FRACTION_PER_PERCENT >= args.end * FRACTION_PER_PERCENT &&
            blurMode == BLUR_OFF;
 }
 
@@ -82,8 +80,8 @@ SamplePlan StrokeFrame::planSamples(int* error) const {
 }
 
 bool StrokeFrame::isStill(const SamplePlan& plan, int* error) const {
-    const bool sameValues = animatedParametersAt(host, plan.firstTime, now) ==
-                            animatedParametersAt(host, plan.lastTime, now);
+    const bool sameValues = sameSampledArguments(animatedParametersAt(host, plan.firstTime, args),
+                                                 animatedParametersAt(host, plan.lastTime, args));
     Vx_Matrix4 firstCamera;
     Vx_Matrix4 lastCamera;
     double firstZoom = 0.0;

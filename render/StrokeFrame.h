@@ -25,8 +25,7 @@ struct SamplePlan {
 /// time base and the shape.
 struct StrokeFrame {
     PluginHost_API* host;
-    RenderArguments args;
-    AnimatedParameters now; ///< at the frame's own time
+    RenderArguments args; ///< at the frame's own time
     FrameGeometry geometry;
     int blurMode; ///< "Motion Blur" index + 1: 1 is off
     int timeStep; ///< ticks per frame

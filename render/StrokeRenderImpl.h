@@ -4,32 +4,26 @@
 
 #include "host/RasterProxy.h"
 #include "pixel/ColourOps.h"
+#include "pixel/HiddenColour.h"
+#include "pixel/PixelWalk.h"
 #include "pixel/TransferModes.h"
 #include "render/BandRenderImpl.h"
 #include "render/RenderImpl.h"
 
-#include <array>
+#include <cstddef>
 
 namespace orbel {
 
-/// "Transfer Mode" index to the code of `TransferComposite`. Not in menu order, and the first entry
-/// is never used: kept as it stands.
-inline constexpr std::array<int, 18> xfer{2,  2,  4,  5,  6,  7,  8,  9,  23,
-                                          24, 10, 11, 12, 25, 13, 14, 15, 16};
-
 inline constexpr int MODE_LAYER_ALONE = 1; ///< "None"
 inline constexpr int MODE_NORMAL = 2;
-inline constexpr int CODE_ADD = 4;
-inline constexpr int CODE_SCREEN = 6;
 
-/// The compositing code of a mode (menu index + 1); 0, which composites nothing, for no menu entry.
-/// Float pixels are added where others are screened: meant.
+/// The compositing code of a mode (menu index + 1); `TRANSFER_NOTHING` for no menu entry.
 [[nodiscard]] inline int transferCode(int mode, bool floatPixels) {
-    if (mode < 1 || mode > static_cast<int>(xfer.size())) {
-        return 0;
+    if (mode < 1 || mode > static_cast<int>(TRANSFER_MENU.size())) {
+        return TRANSFER_NOTHING;
     }
-    const int code = xfer[static_cast<std::size_t>(mode - 1)];
-    return floatPixels && code == CODE_SCREEN ? CODE_ADD : code;
+    const TransferMenuEntry& entry = TRANSFER_MENU[static_cast<std::size_t>(mode - 1)];
+    return floatPixels ? entry.floatCode : entry.code;
 }
 
 /// Makes the host's picture straight, as the core works on it.
@@ -51,6 +45,10 @@ void deliverAlpha(P pixel, PluginHost_API* host, const AlphaHandling& alpha,
     }
     if (alpha.output == OutputAlpha::Premultiplied) {
         Premult<P, T, W, F, Format>(pixel, host, output);
+    } else {
+        forEachRow<T>([](int width, const T* before,
+                         T* after) { clearHiddenColour<P>(before, after, width); },
+                      describeRaster(host, input), describeRaster(host, output));
     }
 }
 
@@ -87,7 +85,9 @@ template<class P, class T, class W, class F, class Format>
 int StrokeRender(P pixel, T maximum, W wide, F single, Format format, PluginHost_API* host) try {
     const PluginRasterProxy input(host, host->getInputRaster(0), true, true);
     const PluginRasterProxy output(host, host->getOutputRaster(), true, true);
-    if (input.getImpl() == nullptr || output.getImpl() == nullptr) {
+    if (input.getImpl() == nullptr || output.getImpl() == nullptr ||
+        describeRaster(host, input.getImpl()).data == nullptr ||
+        describeRaster(host, output.getImpl()).data == nullptr) {
         return 1;
     }
     const AlphaHandling alpha = host->getAlphaHandling();

@@ -15,7 +15,7 @@ namespace {
 constexpr double FULL_INTENSITY = 255.0;
 
 int instanceCount(double instances) {
-    return saturateTo<int>(std::min(instances, findParameter(PARAM_INSTANCES)->max));
+    return saturateTo<int>(std::min(instances, findParameter(PARAM_INSTANCES)->bounds().max));
 }
 
 /// Draws all spans of a sample from one place in space.
@@ -260,8 +260,10 @@ SampleValues sampleValues(const StrokeFrame& frame, const AnimatedParameters& p)
 }
 
 SpanTable::~SpanTable() {
-    if (m_memory != nullptr) {
+    if (m_records != nullptr) {
         m_host->unlockMemory(m_memory);
+    }
+    if (m_memory != nullptr) {
         m_host->deallocMemory(m_memory);
     }
 }
@@ -277,7 +279,7 @@ int SpanTable::allocate(long records) {
         return 1;
     }
     m_records = static_cast<PathInfoType*>(m_host->lockMemory(m_memory));
-    return 0;
+    return m_records == nullptr ? 1 : 0;
 }
 
 int SpanTable::fill(const StrokeFrame& frame, const SampleValues& values, long time,

@@ -8,12 +8,15 @@
 
 namespace orbel {
 
-/// What the program returns to the shell.
+/// What the program returns to the shell: whether the same may go well another time. The table for
+/// users stands in README.md.
 enum ExitCode : int {
     EXIT_DONE = 0,
-    EXIT_RENDERING_FAILED = 1, ///< some frames may be finished
-    EXIT_BAD_INPUT = 2,        ///< nothing was written
-    EXIT_INTERRUPTED = 130,    ///< what was rendered is complete and readable
+    EXIT_RENDERING_FAILED = 1, ///< never: some frames may be finished
+    EXIT_BAD_INPUT = 2,        ///< never: nothing was written
+    EXIT_TRY_AGAIN = 75,       ///< a full disk, another writer: some frames may be finished
+    EXIT_INTERRUPTED = 130,    ///< by Ctrl-C: what was rendered is complete and readable
+    EXIT_TERMINATED = 143,     ///< by SIGTERM: so it is
 };
 
 /// Something wrong, told so that whoever reads it can put it right.

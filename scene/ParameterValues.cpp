@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include <array>
-#include <cmath>
 #include <utility>
 
 namespace orbel {
@@ -43,18 +42,13 @@ void reportType(const ParameterRow& row, const json& value, const Site& site) {
                 "give " + valueWords(row));
 }
 
-/// Points have no declared range.
-bool inRange(const ParameterRow& row, double value) {
-    return row.kind == RowKind::Point || (value >= row.min && value <= row.max);
-}
-
 std::optional<double> readComponent(const ParameterRow& row, const json& value, const Site& site) {
     if (!value.is_number()) {
         reportType(row, value, site);
         return std::nullopt;
     }
     const auto number = value.get<double>();
-    if (!std::isfinite(number) || !inRange(row, number)) {
+    if (!accepts(row, number)) {
         site.report(numberText(number) + " is outside the range of " + inQuotes(fullName(row)),
                     "give " + valueWords(row));
         return std::nullopt;
@@ -85,7 +79,7 @@ std::optional<ParameterValue> readToggle(const ParameterRow& row, const json& va
         return ParameterValue{value.get<bool>() ? 1.0 : 0.0};
     }
     if (const double number = value.is_number() ? value.get<double>() : -1.0;
-        number == 0.0 || number == 1.0) {
+        accepts(row, number)) {
         return ParameterValue{number};
     }
     reportType(row, value, site);
@@ -116,8 +110,7 @@ std::optional<ParameterValue> readMenu(const ParameterRow& row, const json& valu
         return std::nullopt;
     }
     const auto index = value.get<double>();
-    if (!(index >= 0 && index < static_cast<double>(entries.size())) ||
-        index != std::floor(index)) {
+    if (!accepts(row, index)) {
         site.report(inQuotes(fullName(row)) + " has no entry with index " + numberText(index),
                     "give " + valueWords(row));
         return std::nullopt;
@@ -187,14 +180,21 @@ std::vector<Keyframe> readKeys(const ParameterRow& row, const json& list, const 
     return keys;
 }
 
+/// What an unknown name was meant for, ready to be followed by more. A number is like no name.
+std::string likelyName(std::string_view name) {
+    if (name.find_first_not_of("0123456789") == std::string_view::npos) {
+        return {};
+    }
+    return "the nearest is " + inQuotes(nearestName(name, parameterNames())) + "; ";
+}
+
 } // namespace
 
 const ParameterRow* findNamedParameter(std::string_view name, const Site& site) {
     const std::vector<const ParameterRow*> rows = findParameters(name);
     if (rows.empty()) {
         site.report("there is no parameter " + inQuotes(name),
-                    "the nearest is " + inQuotes(nearestName(name, parameterNames())) +
-                        "; \"orbel params\" lists them all");
+                    likelyName(name) + "\"orbel params\" lists them all");
         return nullptr;
     }
     if (rows.size() > 1) {
@@ -214,6 +214,7 @@ std::optional<ParameterValue> readValue(const ParameterRow& row, const json& val
     switch (row.kind) {
     case RowKind::Toggle:
         return readToggle(row, value, site);
+    case RowKind::Presets:
     case RowKind::Menu:
         return readMenu(row, value, site);
     case RowKind::Point:
@@ -259,14 +260,23 @@ std::optional<Easing> easingOf(std::string_view name) {
     return std::nullopt;
 }
 
+std::string_view nameOf(Easing easing) {
+    for (const auto& [name, known] : easings) {
+        if (known == easing) {
+            return name;
+        }
+    }
+    return {};
+}
+
 std::string valueWords(const ParameterRow& row) {
-    const std::string range = numberText(row.min) + " to " + numberText(row.max);
+    const std::string range = numberText(row.bounds().min) + " to " + numberText(row.bounds().max);
     switch (row.kind) {
     case RowKind::Toggle:
         return "true or false";
+    case RowKind::Presets:
     case RowKind::Menu:
-        return "an entry's text or an index from 0 to " +
-               std::to_string(menuEntries(row).size() - 1);
+        return "an entry's text or an index from 0 to " + std::to_string(menuSize(row) - 1);
     case RowKind::Point:
         return "[x, y]";
     case RowKind::Color:

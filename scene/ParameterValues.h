@@ -30,6 +30,8 @@ readValue(const ParameterRow& row, const nlohmann::json& value, const Site& site
 /// The easing of this name ("linear", "hold", "ease", "ease-in", "ease-out").
 [[nodiscard]] std::optional<Easing> easingOf(std::string_view name);
 
+[[nodiscard]] std::string_view nameOf(Easing easing);
+
 /// What a parameter takes, as in "a number from 0 to 100".
 [[nodiscard]] std::string valueWords(const ParameterRow& row);
 

@@ -2,6 +2,8 @@
 
 #include "doors/memory/ParameterStore.h"
 #include "host/PluginHost.h"
+#include "shapes/ImportOptions.h"
+#include "shapes/LetteringOptions.h"
 
 #include <array>
 #include <map>
@@ -39,6 +41,7 @@ struct RawInput {
 /// A picture, a numbered sequence or a clip.
 struct MediaInput {
     std::string path;
+    std::optional<long> first{}; ///< number of a sequence's first file; absent: 0 or 1
 };
 
 using SceneInput = std::variant<ColorInput, RawInput, MediaInput>;
@@ -59,8 +62,13 @@ struct Scene {
     double renderScaleY = 1.0;
     SceneInput input; ///< transparent black
     std::optional<std::string> shape;
+    std::optional<ImportOptions> import;       ///< `shape` is any drawing, to be converted so
+    std::optional<LetteringOptions> lettering; ///< in place of `shape`
     /// By identifier; a constant is a single key.
     std::map<int, std::vector<Keyframe>> parameters;
+
+    /// Whether the shape is there only after a conversion, which plug-ins do not do.
+    [[nodiscard]] bool needsConversion() const { return import || lettering; }
 };
 
 } // namespace orbel

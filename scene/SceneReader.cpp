@@ -4,8 +4,10 @@
 #include "scene/NearestName.h"
 #include "scene/ParameterValues.h"
 #include "scene/SceneLimits.h"
+#include "scene/ShapeKeys.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -21,7 +23,8 @@ constexpr std::uintmax_t largestFile = std::uintmax_t{16} << 20;
 const std::vector<std::string> sceneKeys{"orbel",  "size",        "format",      "fps",
                                          "frames", "pixelAspect", "renderScale", "input",
                                          "shape",  "parameters"};
-const std::vector<std::string> inputKeys{"color", "raw", "file"};
+const std::vector<std::string> sourceKeys{"color", "raw", "file"};
+const std::vector<std::string> inputKeys{"color", "raw", "file", "first"};
 
 bool isKnown(const std::string& key, const std::vector<std::string>& known) {
     return std::find(known.begin(), known.end(), key) != known.end();
@@ -186,8 +189,9 @@ private:
             return;
         }
         reportUnknownKeys(value, inputKeys, site);
-        const auto known = std::count_if(value.items().begin(), value.items().end(),
-                                         [](const auto& m) { return isKnown(m.key(), inputKeys); });
+        const auto known =
+            std::count_if(value.items().begin(), value.items().end(),
+                          [](const auto& m) { return isKnown(m.key(), sourceKeys); });
         if (known != 1) {
             site.report(known == 0 ? "the input names no source" : "the input names two sources",
                         remedy);
@@ -200,8 +204,22 @@ private:
                 m_scene.input = RawInput{std::move(*file)};
             }
         } else if (auto file = path(value["file"], site.at("file"))) {
-            m_scene.input = MediaInput{std::move(*file)};
+            m_scene.input = MediaInput{std::move(*file), first(value, site)};
         }
+    }
+
+    /// The number of a sequence's first file, where it is stated.
+    [[nodiscard]] static std::optional<long> first(const json& input, const Site& site) {
+        const auto found = input.find("first");
+        if (found == input.end()) {
+            return std::nullopt;
+        }
+        const double number = found->is_number() ? found->get<double>() : -1.0;
+        if (!(number >= 0.0 && number <= 1e15) || number != std::floor(number)) {
+            site.at("first").report("this is no number of a file", "give a whole number from 0 on");
+            return std::nullopt;
+        }
+        return static_cast<long>(number);
     }
 
     void readColorInput(const json& value, const Site& site) {
@@ -221,9 +239,7 @@ private:
     }
 
     void readShape(const json& value, const Site& site) {
-        if (auto file = path(value, site)) {
-            m_scene.shape = std::move(*file);
-        }
+        readShapeKeys(value, site, m_folder, &m_scene);
     }
 
     void readParameters(const json& value, const Site& site) {

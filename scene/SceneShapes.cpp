@@ -2,7 +2,6 @@
 
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
-#include "shapes/FormatText.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
 
@@ -46,15 +45,12 @@ std::vector<int> chosenPresets(const Scene& scene) {
 }
 
 std::string presetFile(int index) {
-    char path[sizeof Orbel_UserData::path];
-    expandFormatText(path, sizeof path, g_svgShapes[index].file);
-    return path;
+    Orbel_UserData data;
+    setPresetPath(&data, index);
+    return data.path;
 }
 
-void checkShapes(const Scene& scene, Problems* problems) {
-    if (scene.shape) {
-        checkOwnShape(scene, problems);
-    }
+void checkPresets(const Scene& scene, Problems* problems) {
     for (const int preset : chosenPresets(scene)) {
         const std::string file = presetFile(preset);
         if (isUnreadable(file)) {
@@ -64,6 +60,18 @@ void checkShapes(const Scene& scene, Problems* problems) {
                         "set QUARVEX_ORBEL_SVG_DIR to the folder of the built-in shapes");
         }
     }
+}
+
+void checkShapes(const Scene& scene, Problems* problems) {
+    if (scene.needsConversion()) {
+        siteIn(scene, "/shape", "--import", problems)
+            .report(scene.lettering ? "a text is no shape yet" : "a drawing is no shape yet",
+                    scene.lettering ? "write it with \"orbel text\", and name what that made"
+                                    : "convert it with \"orbel import\", and name what that made");
+    } else if (scene.shape) {
+        checkOwnShape(scene, problems);
+    }
+    checkPresets(scene, problems);
 }
 
 } // namespace orbel

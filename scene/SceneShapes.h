@@ -20,7 +20,10 @@ namespace orbel {
 /// The file of a built-in shape as the core opens it; empty for index 0, "None".
 [[nodiscard]] std::string presetFile(int index);
 
-/// Reports every shape file, own or built in, that does not exist or cannot be read.
+/// Reports every built-in shape that is chosen and whose file does not exist or cannot be read.
+void checkPresets(const Scene& scene, Problems* problems);
+
+/// The same for the scene's own shape too, which must be one that the shape reader takes as it is.
 void checkShapes(const Scene& scene, Problems* problems);
 
 } // namespace orbel

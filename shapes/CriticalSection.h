@@ -12,7 +12,9 @@ struct CriticalRegion {
     std::recursive_mutex* mutex = nullptr;
 };
 
-/// Serialises every render, every resolution of a shape and every change of the shape cache.
+/// Serialises every render, every resolution of a shape and every change of the shape cache. A door
+/// need not take it: `Render` and the functions of the cache do. Whoever holds a shape beyond their
+/// return takes it around all that.
 extern CriticalRegion g_globalCritSection;
 
 /// Holds a region from construction to destruction.

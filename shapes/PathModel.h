@@ -11,6 +11,12 @@ class PluginHost_API;
 /// The parsed outlines of one shape. Filled outline by outline by the reader, normalised once, and
 /// from then on only its scale changes: the vertices are mapped to output pixels as they are asked
 /// for. Outlines handed out by `CheckoutPath` live as long as this object.
+///
+/// Vertices are cubic Bezier nodes: an anchor with the control points before and behind it. All
+/// coordinates are absolute, y downwards. The operations of `PluginPath_API` return 0, or 1 with
+/// their outputs untouched for an outline or a vertex that is none; an identifier without an outline
+/// checks out as null. One thread at a time: the shape cache hands the same object to every render
+/// of a file, under its lock.
 class PluginPath_Impl final : public PluginPath_API {
 public:
     /// An ordered list of vertices. An open outline has one segment less than vertices.
@@ -31,7 +37,7 @@ public:
     int setPathAspectRatio(double aspect, PluginHost_API* host) override;
     bool setPathScale(double x, double y, bool flip) override;
 
-    /// Appends a copy.
+    /// Appends a copy, with the identifier after the last one's; identifiers start at 1.
     void addOutline(const Vx_PathOutline& outline);
     /// Grows the box {minX, minY, maxX, maxY} to take in the point, whatever the name says. A box
     /// with a maximum below its minimum is empty and becomes the point.

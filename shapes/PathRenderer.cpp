@@ -126,7 +126,7 @@ void path_renderer::remove_all() {
     m_current = {0.0, 0.0};
     m_lastControl = {0.0, 0.0};
     m_lastWasCurve = false;
-    m_reported.reset();
+    m_report->beginOutline();
 }
 
 void path_renderer::parse_path(path_tokenizer& tokenizer) {
@@ -136,7 +136,7 @@ void path_renderer::parse_path(path_tokenizer& tokenizer) {
         const char command = static_cast<char>(relative ? letter - 'a' + 'A' : letter);
         const int count = argumentCount(command);
         if (count < 0) {
-            reportOnce(SvgIssue::InvalidCommand, "parse_path: Invalid Command %c", letter);
+            m_report->add(SvgIssue::InvalidCommand, letter);
             return;
         }
         reportOddities(command, tokenizer.commandRead());
@@ -200,28 +200,18 @@ void path_renderer::append(Point in, Point anchor, Point out) {
 }
 
 void path_renderer::reportOddities(char command, bool commandRead) {
-    if (m_report == nullptr || !m_report->wanted()) {
+    if (!m_report->wanted()) {
         return;
     }
     if (command == 'A') {
-        reportOnce(SvgIssue::Arc, "arcs (%c) are ignored, draw them as cubics", command);
+        m_report->add(SvgIssue::Arc, command);
     }
     if (command == 'M' && !commandRead) {
-        reportOnce(SvgIssue::RepeatedMove, "further pairs after %c are moves, not lines", command);
+        m_report->add(SvgIssue::RepeatedMove, command);
     }
     const bool secondMove = command == 'M' && !m_outline.vertices.empty();
     if (secondMove || (!m_outline.isOpen && command != 'Z')) {
-        reportOnce(SvgIssue::SeveralSubpaths,
-                   "a path is one outline, it goes on after a further %c: use one path for each",
-                   secondMove ? 'M' : 'Z');
-    }
-}
-
-void path_renderer::reportOnce(SvgIssue issue, std::string_view text, char subject) {
-    const auto bit = static_cast<std::size_t>(issue);
-    if (m_report != nullptr && !m_reported[bit]) {
-        m_reported.set(bit);
-        m_report->add(issue, text, subject);
+        m_report->add(SvgIssue::SeveralSubpaths, secondMove ? 'M' : 'Z');
     }
 }
 

@@ -5,18 +5,19 @@
 #include "shapes/SvgReport.h"
 
 #include <array>
-#include <bitset>
 #include <cstddef>
 #include <string_view>
 
 namespace orbel {
 
 /// Builds one outline at a time from drawing commands and hands it to the target. Coordinates are
-/// the file's own; with `relative` they are offsets from the current point.
+/// the file's own; with `relative` they are offsets from the current point. Numbers are taken as
+/// they come, NaN and infinities included. Several of its ways are not those of a drawing program;
+/// what is marked as meant below is what projects were made with.
 class path_renderer {
 public:
-    /// `report` is borrowed; null for none.
-    explicit path_renderer(SvgReport* report) : m_report(report) {}
+    /// `report` is borrowed, never null.
+    explicit path_renderer(SvgReport* report = SvgReport::silent()) : m_report(report) {}
 
     /// The shape that finished outlines go to, borrowed; until it is set they are dropped.
     void setPath(PluginPath_Impl* target);
@@ -25,7 +26,8 @@ public:
     void begin_path();
     /// Completes the outline and hands a copy of it over, even one without vertices.
     void end_path();
-    /// Only moves the current point.
+    /// Only moves the current point: an outline is never split, and a further move inside it leaves
+    /// no gap.
     void move_to(double x, double y, bool relative);
     void line_to(double x, double y, bool relative);
     void hline_to(double x, bool relative);
@@ -77,7 +79,6 @@ private:
     void append(Point in, Point anchor, Point out);
     void draw(char command, bool relative, const std::array<double, 6>& arguments);
     void reportOddities(char command, bool commandRead);
-    void reportOnce(SvgIssue issue, std::string_view text, char subject);
 
     PluginPath_Impl* m_target = nullptr;
     PluginPath_Impl::Vx_PathOutline m_outline;
@@ -85,7 +86,6 @@ private:
     Point m_lastControl{0.0, 0.0}; // second control point of the last cubic
     bool m_lastWasCurve = false;
     std::size_t m_parts = 0;
-    std::bitset<16> m_reported; // issues of this outline that the observer knows of
     SvgReport* m_report;
 };
 

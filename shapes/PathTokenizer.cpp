@@ -53,10 +53,7 @@ double path_tokenizer::next(char command) {
     if (next() && m_lastCommand == command) {
         return m_lastNumber;
     }
-    if (m_report != nullptr) {
-        m_report->add(SvgIssue::MissingParameter,
-                      "parse_path: Command %c: bad or missing parameters", command);
-    }
+    m_report->add(SvgIssue::MissingParameter, command);
     return 0.0;
 }
 
@@ -64,10 +61,7 @@ bool path_tokenizer::skipToToken() {
     while (*m_position != '\0' && !contains(m_commands, *m_position) &&
            !contains(m_numerics, *m_position)) {
         if (!contains(m_separators, *m_position)) {
-            if (m_report != nullptr) {
-                m_report->add(SvgIssue::InvalidCharacter,
-                              "path_tokenizer::next : Invalid Character %c", *m_position);
-            }
+            m_report->add(SvgIssue::InvalidCharacter, *m_position);
             m_position = "";
             return false;
         }

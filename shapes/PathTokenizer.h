@@ -6,11 +6,12 @@
 
 namespace orbel {
 
-/// Splits path data into commands and numbers.
+/// Splits path data ("M 10 20 L 5-5") into commands and numbers. Numbers are read with "." whatever
+/// the locale says, at most 255 characters of each; one that cannot be read is 0.
 class path_tokenizer {
 public:
-    /// `report` is borrowed; null for none.
-    explicit path_tokenizer(SvgReport* report);
+    /// `report` is borrowed, never null.
+    explicit path_tokenizer(SvgReport* report = SvgReport::silent());
 
     /// Starts on a new text, NUL-terminated and borrowed, with no last command and number 0.
     void set_path_str(const char* text);

@@ -27,6 +27,7 @@ PluginPath_Impl* nullShape() {
 StrokeCache* addStrokeCache(const char* file) {
     auto entry = std::make_unique<StrokeCache>();
     expandFormatText(entry->name, sizeof entry->name, file);
+    std::strncpy(entry->given, file, sizeof entry->given - 1);
     svg_parser parser;
     parser.setPath(&entry->path);
     parser.parse(file);
@@ -43,22 +44,18 @@ PluginPath_API* getSVGShape(PluginHost_API* host) {
     const std::unique_ptr<Orbel_UserData, UserDataFreer> data(allocUserData());
     getUserData(host, data.get());
     if (data->path[0] == '\0' || fileExists(data->path) != 1) {
-        PluginPath_Impl* const given = data->svg.empty() ? nullptr : findInlineShape(data->svg);
+        const std::string_view svg = host->getShapeText();
+        PluginPath_Impl* const given = svg.empty() ? nullptr : findInlineShape(svg);
         return given == nullptr ? none : given;
     }
-    char name[sizeof StrokeCache::name];
-    expandFormatText(name, sizeof name, data->path);
-    StrokeCache* found = findStokeCache(name);
-    if (found == nullptr) {
-        found = addStrokeCache(data->path);
-    }
-    return &found->path;
+    StrokeCache* const known = findStokeCache(data->path);
+    return &(known == nullptr ? addStrokeCache(data->path) : known)->path;
 }
 
-StrokeCache* findStokeCache(const char* name) {
+StrokeCache* findStokeCache(const char* path) {
     const auto found = std::find_if(g_cacheShapes.begin(), g_cacheShapes.end(),
-                                    [name](const std::unique_ptr<StrokeCache>& entry) {
-                                        return std::strcmp(entry->name, name) == 0;
+                                    [path](const std::unique_ptr<StrokeCache>& entry) {
+                                        return std::strcmp(entry->given, path) == 0;
                                     });
     return found == g_cacheShapes.end() ? nullptr : found->get();
 }

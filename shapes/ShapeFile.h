@@ -6,6 +6,8 @@
 
 namespace orbel {
 
+// Files that shapes come from. Opening never blocks, and never has an effect on what is opened.
+
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };

@@ -1,11 +1,10 @@
 #include "shapes/ShapeTable.h"
 
-#include <cstdio>
+#include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <mutex>
-#include <new>
 #include <string>
+#include <vector>
 
 namespace orbel {
 
@@ -66,25 +65,20 @@ std::string shapeFolder(const char* baseDir) {
     return std::string(baseDir == nullptr ? "" : baseDir) + "/Tessaly/SVG";
 }
 
-/// Lives until the process ends.
-const char* completedPath(const std::string& folder, const char* file) {
-    char path[256];
-    if (std::snprintf(path, sizeof path, "%s%s%s", folder.c_str(), "/", file) < 0) {
-        path[0] = '\0';
-    }
-    const char* const copy = strdup(path);
-    return copy != nullptr ? copy : throw std::bad_alloc();
-}
-
+// The entries take their paths only when all of them are made: a table that memory ran out for
+// halfway would get its folder twice at the next attempt.
 void completeTable(const char* baseDir) {
+    constexpr std::size_t longest = 255;
+    static auto& paths = *new std::vector<std::string>; // they live until the process ends
+    paths.clear();
     const std::string folder = shapeFolder(baseDir);
-    std::int32_t count = 0;
-    for (SVGShapeInfo* shape = g_svgShapes; shape->name != nullptr; ++shape, ++count) {
-        if (count > 0) {
-            shape->file = completedPath(folder, shape->file);
-        }
+    for (const SVGShapeInfo* shape = g_svgShapes; shape->name != nullptr; ++shape) {
+        paths.push_back((folder + "/" + shape->file).substr(0, longest));
     }
-    g_numSVGShapes = count;
+    for (std::size_t i = 1; i < paths.size(); ++i) {
+        g_svgShapes[i].file = paths[i].c_str();
+    }
+    g_numSVGShapes = static_cast<std::int32_t>(paths.size());
 }
 
 } // namespace

@@ -12,7 +12,8 @@ struct SVGShapeInfo {
 };
 
 /// The built-in shapes, ended by an entry whose name is null. A project stores an index into this
-/// table. Entry 0, "None", has an empty file and stands for no preset.
+/// table. Entry 0, "None", has an empty file and stands for no preset. Read it freely once it is
+/// built; a built path lives until the process ends.
 extern SVGShapeInfo g_svgShapes[];
 
 /// Entries before the end marker; 0 until the table is built.

@@ -82,9 +82,9 @@ void svg_parser::parse(const char* fileName) {
     const FileHandle file = openShapeFile(fileName);
     m_report.setLine(0);
     if (file == nullptr) {
-        m_report.add(SvgIssue::FileNotRead, "Couldn't open file %s", fileName);
+        m_report.add(SvgIssue::FileNotRead, fileName);
     } else if (fileBytes(file.get()) > maxFileBytes) {
-        m_report.add(SvgIssue::FileNotRead, "%s is larger than 64 MiB and is not read", fileName);
+        m_report.add(SvgIssue::FileTooLarge, fileName);
     } else {
         std::vector<char> buffer;
         parseChunks([&file, &buffer](std::size_t wanted) {
@@ -135,10 +135,9 @@ void svg_parser::parseChunks(const ChunkSource& nextChunk) {
 void svg_parser::reportEarlyEnd() {
     m_report.setLine(m_xml->line());
     if (m_xml->stopReason() != nullptr) {
-        m_report.add(SvgIssue::LimitReached, "reading ends here: %s", m_xml->stopReason());
+        m_report.add(SvgIssue::LimitReached, m_xml->stopReason());
     } else {
-        const std::string text = "%s at line " + std::to_string(m_xml->line());
-        m_report.add(SvgIssue::XmlError, text, m_xml->errorText());
+        m_report.add(SvgIssue::XmlError, m_xml->errorText());
     }
 }
 
@@ -187,13 +186,13 @@ void svg_parser::drawElement(std::string_view name, XmlAttributes attributes) {
     } else if (name == "polyline" || name == "polygon") {
         parse_poly(attributes, true); // a polyline is closed too: this is meant
     } else if (std::count(std::begin(silentElements), std::end(silentElements), name) == 0) {
-        m_report.add(SvgIssue::UnknownElement, "element \"%s\" is ignored", name);
+        m_report.add(SvgIssue::UnknownElement, name);
     }
 }
 
 void svg_parser::parse_path(XmlAttributes attributes) {
     if (m_inPath) {
-        m_report.add(SvgIssue::NestedPath, "a path inside a path is ignored", "");
+        m_report.add(SvgIssue::NestedPath);
         return;
     }
     m_path.begin_path();
@@ -360,7 +359,7 @@ void svg_parser::parse_transform(std::string_view transform) {
             transform.remove_prefix(1);
             continue;
         }
-        m_report.add(SvgIssue::Transform, "transform \"%s\" is not applied", function->name);
+        m_report.add(SvgIssue::Transform, function->name);
         const auto end = transform.find(')');
         if (!function->scanGoesOn || end == std::string_view::npos) {
             return;

@@ -17,8 +17,16 @@
 namespace orbel {
 
 /// Reads the drawable elements of an SVG file, each as one outline in the file's own coordinates.
-/// Geometry only: looks are accepted and dropped, transforms are not applied. Nothing is reported
-/// but to the observer; whatever was complete before an error stays in the target.
+/// Geometry only: looks are accepted and dropped, transforms are not applied, arcs are skipped,
+/// ovals come out three quarters as tall as they should. Nothing is reported but to the observer;
+/// whatever was complete before an error stays in the target. No file can make it hang, or take
+/// memory out of proportion: entities, depth, vertices and bytes are bounded.
+///
+///     PluginPath_Impl shape;
+///     svg_parser parser;
+///     parser.setPath(&shape);
+///     parser.parse("star.svg");
+///     shape.normalize();
 class svg_parser final : private XmlEvents {
 public:
     /// A larger file is not read.
@@ -29,7 +37,8 @@ public:
     svg_parser(const svg_parser&) = delete;
     svg_parser& operator=(const svg_parser&) = delete;
 
-    /// The shape to fill, borrowed.
+    /// The shape to fill, borrowed; outlines are added to what it holds. Without one they are read
+    /// and dropped.
     void setPath(PluginPath_Impl* target) { m_path.setPath(target); }
     /// Borrowed; null for none.
     void setObserver(SvgReaderObserver* observer) { m_report.setObserver(observer); }

@@ -1,5 +1,7 @@
 #include "shapes/SvgReport.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdio>
 
 namespace orbel {
@@ -8,33 +10,94 @@ namespace {
 
 constexpr int maxNotices = 1000;
 
+struct IssueRow {
+    SvgIssue issue;
+    bool oncePerOutline;   ///< further ones of the same outline go without saying
+    std::string_view text; ///< "%s" stands for the subject, "%l" behind it for the line
+};
+
+// In the order of the enumeration.
+constexpr std::array ISSUES{
+    IssueRow{SvgIssue::FileNotRead, false, "Couldn't open file %s"},
+    IssueRow{SvgIssue::XmlError, false, "%s at line %l"},
+    IssueRow{SvgIssue::LimitReached, false, "reading ends here: %s"},
+    IssueRow{SvgIssue::UnknownElement, false, "element \"%s\" is ignored"},
+    IssueRow{SvgIssue::NestedPath, false, "a path inside a path is ignored"},
+    IssueRow{SvgIssue::Transform, false, "transform \"%s\" is not applied"},
+    IssueRow{SvgIssue::Arc, true, "arcs (%s) are ignored, draw them as cubics"},
+    IssueRow{SvgIssue::SeveralSubpaths, true,
+             "a path is one outline, it goes on after a further %s: use one path for each"},
+    IssueRow{SvgIssue::RepeatedMove, true, "further pairs after %s are moves, not lines"},
+    IssueRow{SvgIssue::InvalidCharacter, false, "path_tokenizer::next : Invalid Character %s"},
+    IssueRow{SvgIssue::InvalidCommand, true, "parse_path: Invalid Command %s"},
+    IssueRow{SvgIssue::MissingParameter, false,
+             "parse_path: Command %s: bad or missing parameters"},
+    IssueRow{SvgIssue::FileTooLarge, false, "%s is larger than 64 MiB and is not read"},
+};
+
+constexpr bool isInOrder() {
+    for (std::size_t i = 0; i < ISSUES.size(); ++i) {
+        if (static_cast<std::size_t>(ISSUES.at(i).issue) != i) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(isInOrder() && ISSUES.size() <= 32, "a row and a bit for each issue");
+
+const IssueRow& rowOf(SvgIssue issue) {
+    return ISSUES.at(static_cast<std::size_t>(issue));
+}
+
+std::string filledIn(std::string_view text, std::string_view subject, int line) {
+    const auto place = text.find("%s");
+    if (place == std::string_view::npos) {
+        return std::string(text);
+    }
+    std::string rest(text.substr(place + 2));
+    if (const auto at = rest.find("%l"); at != std::string::npos) {
+        rest.replace(at, 2, std::to_string(line));
+    }
+    return std::string(text.substr(0, place)) + std::string(subject) + rest;
+}
+
 } // namespace
+
+SvgReport* SvgReport::silent() {
+    static SvgReport report;
+    return &report;
+}
 
 void SvgReport::setObserver(SvgReaderObserver* observer) {
     m_observer = observer;
     m_remaining = maxNotices;
 }
 
-void SvgReport::add(SvgIssue issue, std::string_view text, std::string_view subject) {
-    if (!wanted()) {
-        return;
+void SvgReport::beginOutline() {
+    if (m_observer != nullptr) {
+        m_told = 0;
     }
-    --m_remaining;
-    std::string message(text);
-    if (const auto place = message.find('%'); place != std::string::npos) {
-        message.replace(place, 2, subject);
-    }
-    m_observer->notice({issue, m_line, std::move(message)});
 }
 
-void SvgReport::add(SvgIssue issue, std::string_view text, char subject) {
+void SvgReport::add(SvgIssue issue, std::string_view subject) {
+    const IssueRow& row = rowOf(issue);
+    const std::uint32_t bit = row.oncePerOutline ? 1U << static_cast<unsigned>(issue) : 0U;
+    if (!wanted() || (m_told & bit) != 0) {
+        return;
+    }
+    m_told |= bit;
+    --m_remaining;
+    m_observer->notice({issue, m_line, filledIn(row.text, subject, m_line)});
+}
+
+void SvgReport::add(SvgIssue issue, char subject) {
     char number[8];
     std::string_view shown(&subject, 1);
     if (subject < 0x20 || subject > 0x7e) {
         std::snprintf(number, sizeof number, "\\x%02x", static_cast<unsigned char>(subject));
         shown = number;
     }
-    add(issue, text, shown);
+    add(issue, shown);
 }
 
 } // namespace orbel

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace orbel {
 
-/// Kinds of things in a shape file that do not become geometry as one might expect.
+/// Kinds of things in a shape file that do not become geometry as one might expect. Each has its
+/// text in the table of SvgReport.cpp; a new one goes at the end of both.
 enum class SvgIssue {
-    FileNotRead,      ///< cannot be opened, or is too large
+    FileNotRead,      ///< cannot be opened
     XmlError,         ///< reading ended here; what came before is kept
     LimitReached,     ///< reading ended here because the file asks for too much
     UnknownElement,   ///< skipped, its children are not
@@ -19,6 +21,7 @@ enum class SvgIssue {
     InvalidCharacter, ///< the rest of this path data is skipped
     InvalidCommand,   ///< the rest of this path data is skipped
     MissingParameter, ///< a number that is not there and reads as 0
+    FileTooLarge,     ///< not read at all
 };
 
 struct SvgNotice {
@@ -43,19 +46,25 @@ protected:
 /// it keeps silent: a broken file may have millions.
 class SvgReport {
 public:
+    /// A report that nobody hears, for parts that are used by themselves. Shared by all threads.
+    [[nodiscard]] static SvgReport* silent();
+
     /// Borrowed; null for none. Starts to count anew.
     void setObserver(SvgReaderObserver* observer);
     /// The line that the notices to come belong to.
     void setLine(int line) { m_line = line; }
     /// False when nobody listens, so that texts and lines need not be worked out.
     [[nodiscard]] bool wanted() const { return m_observer != nullptr && m_remaining > 0; }
-    /// `text` with "%c" or "%s" in it replaced by `subject`.
-    void add(SvgIssue issue, std::string_view text, std::string_view subject);
-    /// The same for one byte; what is no printable character appears as its number.
-    void add(SvgIssue issue, std::string_view text, char subject);
+    /// Another outline begins: what is told once for each may be told again.
+    void beginOutline();
+    /// Tells of an issue, with what it is about.
+    void add(SvgIssue issue, std::string_view subject = {});
+    /// The same about one byte; what is no printable character appears as its number.
+    void add(SvgIssue issue, char subject);
 
 private:
     SvgReaderObserver* m_observer = nullptr;
+    std::uint32_t m_told = 0; ///< a bit for each issue of this outline that is told once
     int m_line = 0;
     int m_remaining = 0;
 };

@@ -76,7 +76,7 @@ public:
         LayerOfStamps layer(m_layer.info(), m_level);
         StampingSpanRenderer renderer(&host, m_layer.info().width, m_layer.info().height, layer);
         FrameChords chords(&host);
-        if (drawSample(frame, frame.now, frame.currentTime, renderer, &chords) != 0) {
+        if (drawSample(frame, frame.args, frame.currentTime, renderer, &chords) != 0) {
             throw std::runtime_error("a stroke failed");
         }
         layer.paint();

@@ -8,7 +8,7 @@ namespace orbel::frei0r {
 namespace {
 
 double lastEntry(const ParameterRow& row) {
-    return static_cast<double>(menuEntries(row).size() - 1);
+    return menuSize(row) - 1.0;
 }
 
 /// Hosts keep colours in eight bits and hand them out as floats, which are not quite the same.
@@ -27,11 +27,12 @@ double inUnit(double number) {
 
 ParameterValue toScale(const ParameterRow& row, const ParameterValue& value) {
     switch (row.kind) {
+    case RowKind::Presets:
     case RowKind::Menu:
         return {value[0] / lastEntry(row)};
     case RowKind::Float:
     case RowKind::Angle:
-        return {(value[0] - row.sliderMin) / (row.sliderMax - row.sliderMin)};
+        return {(value[0] - row.shown().min) / (row.shown().max - row.shown().min)};
     default:
         return value;
     }
@@ -41,6 +42,7 @@ ParameterValue fromScale(const ParameterRow& row, const ParameterValue& numbers)
     ParameterValue value = row.defaults;
     const double number = inUnit(numbers[0]);
     switch (row.kind) {
+    case RowKind::Presets:
     case RowKind::Menu:
         value[0] = std::round(number * lastEntry(row));
         break;
@@ -58,7 +60,7 @@ ParameterValue fromScale(const ParameterRow& row, const ParameterValue& numbers)
         }
         break;
     default:
-        value[0] = row.sliderMin + number * (row.sliderMax - row.sliderMin);
+        value[0] = row.shown().min + number * (row.shown().max - row.shown().min);
     }
     return value;
 }

@@ -34,10 +34,11 @@ int typeOf(const ParameterRow& row) {
 
 std::string explanationOf(const ParameterRow& row) {
     std::string range =
-        "0 to 1 stands for " + numberText(row.sliderMin) + " to " + numberText(row.sliderMax);
+        "0 to 1 stands for " + numberText(row.shown().min) + " to " + numberText(row.shown().max);
     switch (row.kind) {
     case RowKind::Custom:
         return "An SVG file to draw";
+    case RowKind::Presets:
     case RowKind::Menu: {
         const std::vector<std::string> entries = menuEntries(row);
         return "0 to 1 stands for " + std::to_string(entries.size()) + " entries from \"" +

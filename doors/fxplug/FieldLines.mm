@@ -3,6 +3,7 @@
 #include "doors/fxplug/PluginRaster_FXPLUG_Impl.h"
 #include "doors/fxplug/RowCopy.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace orbel {
@@ -22,28 +23,23 @@ RasterInfo rowsOf(FxBitmap* bitmap) {
     return rows;
 }
 
-FxBitmap* makeBitmap(const FxImageInfo& info) {
+Owned<FxBitmap*> makeBitmap(const FxImageInfo& info) {
     // By name: the class is the host's, and an old host may lack it.
     const Class found = NSClassFromString(@"FxBitmap");
-    return [static_cast<FxBitmap*>([found alloc]) initWithInfo:info];
-}
-
-// The rows that `from` reaches, in a frame that has more of them or none.
-RasterInfo topRows(const RasterInfo& rows, int height) {
-    return cropped(rows, {0, 0, rows.width - 1, height - 1});
+    return Owned<FxBitmap*>([static_cast<FxBitmap*>([found alloc]) initWithInfo:info]);
 }
 
 } // namespace
 
-FxBitmap* render_lineDouble(FxBitmap* field) {
+Owned<FxBitmap*> render_lineDouble(FxBitmap* field) {
     const RasterInfo lines = rowsOf(field);
     if (lines.data == nullptr || lines.height > std::numeric_limits<int>::max() / 2) {
-        return nil;
+        return Owned<FxBitmap*>(nil);
     }
     FxImageInfo info = [field imageInfo];
     info.height *= 2;
-    FxBitmap* const frame = makeBitmap(info);
-    const RasterInfo doubled = rowsOf(frame);
+    Owned<FxBitmap*> frame = makeBitmap(info);
+    const RasterInfo doubled = rowsOf(frame.get());
     if (doubled.height > 0) {
         copyRows(lines, everySecondRow(doubled, 0));
         copyRows(lines, everySecondRow(doubled, 1));
@@ -59,19 +55,20 @@ void render_lineHalf(FxBitmap* frame, FxBitmap* field, bool odd) {
     }
 }
 
-FxBitmap* getSameSizedInputAsOutput(FxBitmap* input, FxBitmap* output) {
+Owned<FxBitmap*> getSameSizedInputAsOutput(FxBitmap* input, FxBitmap* output) {
     const RasterInfo from = rowsOf(input);
     const RasterInfo to = rowsOf(output);
     if (from.data == nullptr || to.data == nullptr) {
-        return nil;
+        return Owned<FxBitmap*>(nil);
     }
     // Pixels of another size would be overrun by the renderer.
     if (from.width == to.width && from.height == to.height &&
         from.bytesPerPixel == to.bytesPerPixel) {
-        return input;
+        return Owned<FxBitmap*>([input retain]);
     }
-    FxBitmap* const resized = makeBitmap([output imageInfo]);
-    const RasterInfo rows = topRows(rowsOf(resized), from.height);
+    Owned<FxBitmap*> resized = makeBitmap([output imageInfo]);
+    RasterInfo rows = rowsOf(resized.get());
+    rows.height = std::min(rows.height, from.height);
     clearRows(rows);
     copyRows(from, rows);
     return resized;

@@ -8,13 +8,12 @@
 namespace orbel {
 
 void FrameRender::render(FxBitmap* input, FxBitmap* output, FxRenderInfo* info) const {
-    FxBitmap* const source = getSameSizedInputAsOutput(input, output);
-    const Owned<FxBitmap*> resized(source == input ? nil : source);
-    if (source != nil && (fieldOf(*info) == 0 || isMotion())) {
-        PluginHost_FXPLUG_Impl host = hostOf(source, output, info);
+    const Owned<FxBitmap*> source = getSameSizedInputAsOutput(input, output);
+    if (source.get() != nil && (fieldOf(*info) == 0 || isMotion())) {
+        PluginHost_FXPLUG_Impl host = hostOf(source.get(), output, info);
         Render(&host);
-    } else if (source != nil) {
-        renderField(source, output, info);
+    } else if (source.get() != nil) {
+        renderField(source.get(), output, info);
     }
     if ([output respondsToSelector:@selector(setIsPremultiplied:)]) {
         [output setIsPremultiplied:YES];
@@ -33,11 +32,10 @@ PluginHost_FXPLUG_Impl FrameRender::hostOf(FxBitmap* input, FxBitmap* output,
 void FrameRender::renderField(FxBitmap* input, FxBitmap* output, FxRenderInfo* info) const {
     const auto field = fieldOf(*info);
     fieldOf(*info) = 0;
-    const Owned<FxBitmap*> doubledInput(render_lineDouble(input));
-    const Owned<FxBitmap*> doubledOutput(render_lineDouble(output));
+    const Owned<FxBitmap*> doubledInput = render_lineDouble(input);
+    const Owned<FxBitmap*> doubledOutput = render_lineDouble(output);
     if (doubledInput.get() != nil && doubledOutput.get() != nil) {
         PluginHost_FXPLUG_Impl host = hostOf(doubledInput.get(), doubledOutput.get(), info);
-        host.setLinesDoubled();
         Render(&host);
         render_lineHalf(doubledOutput.get(), output, true);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "doors/fxplug/FxPlugInterface.h"
+#include "doors/fxplug/Owned.h"
 
 namespace orbel {
 
@@ -12,8 +13,8 @@ namespace orbel {
 [[nodiscard]] id<FxCustomParameterActionAPI> actionApi(id<PROAPIAccessing> manager);
 [[nodiscard]] id<Fx3DAPI> threeDApi(id<PROAPIAccessing> manager);
 
-/// What the host says about itself. The caller releases it; nil when the host has no such class.
-[[nodiscard]] FxHostCapabilities* makeHostCapabilities(id<PROAPIAccessing> manager);
+/// What the host says about itself; nil when the host has no such class.
+[[nodiscard]] Owned<FxHostCapabilities*> makeHostCapabilities(id<PROAPIAccessing> manager);
 
 /// The code for `g_hostIndex`: what the host says about itself, else what its process is called. A
 /// host that cannot be told is taken for Final Cut Pro after a modal alert. [main thread]

@@ -1,7 +1,6 @@
 #include "doors/fxplug/HostApis.h"
 
 #include "doors/fxplug/AsciiText.h"
-#include "doors/fxplug/Owned.h"
 
 #include <cstring>
 
@@ -21,7 +20,7 @@ id api(id<PROAPIAccessing> manager, Protocol* declared) {
 }
 
 int indexFromCapabilities(id<PROAPIAccessing> manager) {
-    const Owned<FxHostCapabilities*> capabilities(makeHostCapabilities(manager));
+    const Owned<FxHostCapabilities*> capabilities = makeHostCapabilities(manager);
     FxHostCapabilities* const host = capabilities.get();
     if (host == nil) {
         return UNDECIDED;
@@ -75,9 +74,10 @@ id<Fx3DAPI> threeDApi(id<PROAPIAccessing> manager) {
     return api(manager, @protocol(Fx3DAPI));
 }
 
-FxHostCapabilities* makeHostCapabilities(id<PROAPIAccessing> manager) {
+Owned<FxHostCapabilities*> makeHostCapabilities(id<PROAPIAccessing> manager) {
     const Class found = NSClassFromString(@"FxHostCapabilities");
-    return [static_cast<FxHostCapabilities*>([found alloc]) initWithAPIManager:manager];
+    return Owned<FxHostCapabilities*>(
+        [static_cast<FxHostCapabilities*>([found alloc]) initWithAPIManager:manager]);
 }
 
 int GetHostIndex(id<PROAPIAccessing> manager) {

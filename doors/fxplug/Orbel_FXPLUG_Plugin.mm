@@ -1,6 +1,7 @@
 #include "doors/fxplug/Orbel_FXPLUG_Plugin.h"
 
 #include "doors/fxplug/FrameRender.h"
+#include "doors/fxplug/HostAction.h"
 #include "doors/fxplug/HostApis.h"
 #include "doors/fxplug/ParamsSetup.h"
 #include "doors/fxplug/PluginHost_FXPLUG_Impl.h"
@@ -10,19 +11,20 @@
 #include "params/ParameterRules.h"
 #include "params/ParameterTable.h"
 
-#include <optional>
-
 using namespace orbel;
 
 namespace {
 
 // As a toggle or a menu, at the host object's frame.
-std::optional<int> readForRule(const PluginHost_FXPLUG_Impl& host, const EnablingRule& rule) {
+int readForRule(const PluginHost_FXPLUG_Impl& host, const EnablingRule& rule) {
     const FxPlugParameters parameters(host.retrieval(), host.getFrame());
     int value = 0;
-    const bool known = rule.menu ? parameters.getInt(rule.changed, value)
-                                 : parameters.getByte(rule.changed, value);
-    return known ? std::optional(value) : std::nullopt;
+    if (rule.menu) {
+        parameters.getInt(rule.changed, value);
+    } else {
+        parameters.getByte(rule.changed, value);
+    }
+    return value;
 }
 
 } // namespace
@@ -74,21 +76,19 @@ std::optional<int> readForRule(const PluginHost_FXPLUG_Impl& host, const Enablin
     if (action == nil) {
         return NO;
     }
-    [action startAction:self];
-    const double now = [action currentTime];
+    const HostAction during(action, self);
     const id<FxParameterRetrievalAPI> retrieval = retrievalApi(_apiManager);
     const id<FxParameterSettingAPI> setting = settingApi(_apiManager);
-    const bool usable = retrieval != nil && setting != nil;
-    if (usable) {
-        PluginHost_FXPLUG_Impl host(nil, retrieval, nil, nil, nullptr, nil, setting);
-        host.setFallbackFrame(now);
-        PluginUpdate_FXPLUG_Impl update(&host);
-        applyEnablingRules(
-            static_cast<int>(parmId),
-            [&host](const EnablingRule& rule) { return readForRule(host, rule); }, update);
+    if (retrieval == nil || setting == nil) {
+        return NO;
     }
-    [action endAction:self];
-    return usable ? YES : NO;
+    PluginHost_FXPLUG_Impl host(nil, retrieval, nil, nil, nullptr, nil, setting);
+    host.setFallbackFrame(during.currentTime());
+    PluginUpdate_FXPLUG_Impl update(&host);
+    applyEnablingRules(
+        static_cast<int>(parmId),
+        [&host](const EnablingRule& rule) { return readForRule(host, rule); }, update);
+    return YES;
 }
 
 - (BOOL)getOutputWidth:(FxUInt*)width
@@ -155,15 +155,13 @@ std::optional<int> readForRule(const PluginHost_FXPLUG_Impl& host, const Enablin
 
 - (void)loadFile:(id)sender {
     static_cast<void>(sender);
-    const id<FxCustomParameterActionAPI> action = actionApi(_apiManager);
-    [action startAction:self];
+    const HostAction during(actionApi(_apiManager), self);
     const id<FxParameterRetrievalAPI> retrieval = retrievalApi(_apiManager);
     const id<FxParameterSettingAPI> setting = settingApi(_apiManager);
     if (retrieval != nil && setting != nil) {
         PluginHost_FXPLUG_Impl host(nil, retrieval, nil, nil, nullptr, nil, setting);
         loadSVGShape(&host);
     }
-    [action endAction:self];
 }
 
 @end

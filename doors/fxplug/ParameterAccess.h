@@ -6,8 +6,8 @@
 namespace orbel {
 
 /// Reads parameters through the host's selectors at one frame and converts what the host delivers:
-/// radians become degrees, and the upward points of Motion downward ones. Every read answers
-/// whether the host knew the parameter and leaves the output alone otherwise.
+/// radians become degrees, and the upward points of Motion downward ones. What the host writes is
+/// taken whatever it answers, and what it does not write stays as it was; a read gives its answer.
 class FxPlugParameters {
 public:
     /// Borrows `api`; with nil nothing can be read.

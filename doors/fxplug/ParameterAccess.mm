@@ -2,6 +2,9 @@
 
 #include "doors/fxplug/HostKind.h"
 
+#include <bit>
+#include <cstdint>
+
 namespace orbel {
 
 namespace {
@@ -16,80 +19,73 @@ UInt32 parm(int param) {
     return static_cast<UInt32>(param);
 }
 
+/// A number that the host may write, for what has to be converted then and only then.
+class Place {
+public:
+    double* address() { return &m_value; }
+    [[nodiscard]] bool isWritten() const {
+        return std::bit_cast<std::uint64_t>(m_value) != UNWRITTEN;
+    }
+    [[nodiscard]] double value() const { return m_value; }
+
+private:
+    // A NaN that no arithmetic gives.
+    static constexpr std::uint64_t UNWRITTEN = 0x7FF8'5EED'0B5E'55EDU;
+    double m_value = std::bit_cast<double>(UNWRITTEN);
+};
+
 } // namespace
 
 bool FxPlugParameters::getFloat(int param, double& value) const {
-    double read = 0.0;
-    if (m_api == nil || ![m_api getFloatValue:&read fromParm:parm(param) atTime:m_frame]) {
-        return false;
-    }
-    value = read;
-    return true;
+    return m_api != nil && [m_api getFloatValue:&value fromParm:parm(param) atTime:m_frame];
 }
 
 bool FxPlugParameters::getAngle(int param, double& degrees) const {
-    double radians = 0.0;
-    if (!getFloat(param, radians)) {
-        return false;
+    Place radians;
+    const bool known = getFloat(param, *radians.address());
+    if (radians.isWritten()) {
+        degrees = radians.value() * DEGREES_PER_RADIAN;
     }
-    degrees = radians * DEGREES_PER_RADIAN;
-    return true;
+    return known;
 }
 
 bool FxPlugParameters::getByte(int param, int& value) const {
-    BOOL read = NO;
-    if (m_api == nil || ![m_api getBoolValue:&read fromParm:parm(param) atTime:m_frame]) {
-        return false;
-    }
-    value = static_cast<int>(read);
-    return true;
+    auto byte = static_cast<BOOL>(value);
+    const bool known = m_api != nil && [m_api getBoolValue:&byte
+                                                  fromParm:parm(param)
+                                                    atTime:m_frame];
+    value = static_cast<int>(byte);
+    return known;
 }
 
 bool FxPlugParameters::getInt(int param, int& value) const {
-    int read = 0;
-    if (m_api == nil || ![m_api getIntValue:&read fromParm:parm(param) atTime:m_frame]) {
-        return false;
-    }
-    value = read;
-    return true;
+    return m_api != nil && [m_api getIntValue:&value fromParm:parm(param) atTime:m_frame];
 }
 
 bool FxPlugParameters::getColor(int param, double& red, double& green, double& blue) const {
-    double r = 0.0;
-    double g = 0.0;
-    double b = 0.0;
-    if (m_api == nil || ![m_api getRedValue:&r
-                                 GreenValue:&g
-                                  BlueValue:&b
-                                   fromParm:parm(param)
-                                     atTime:m_frame]) {
-        return false;
-    }
-    red = r;
-    green = g;
-    blue = b;
-    return true;
+    return m_api != nil && [m_api getRedValue:&red
+                                   GreenValue:&green
+                                    BlueValue:&blue
+                                     fromParm:parm(param)
+                                       atTime:m_frame];
 }
 
 bool FxPlugParameters::getPoint(int param, double& x, double& y) const {
-    double readX = 0.0;
-    double readY = 0.0;
-    if (m_api == nil || ![m_api getXValue:&readX
-                                   YValue:&readY
-                                 fromParm:parm(param)
-                                   atTime:m_frame]) {
-        return false;
+    Place height;
+    const bool known = m_api != nil && [m_api getXValue:&x
+                                                 YValue:height.address()
+                                               fromParm:parm(param)
+                                                 atTime:m_frame];
+    if (height.isWritten()) {
+        y = turnedOver(height.value());
     }
-    x = readX;
-    y = turnedOver(readY);
-    return true;
+    return known;
 }
 
 void FxPlugParameterReader::readToggle(int param, bool& value) {
-    int byte = 0;
-    if (m_parameters.getByte(param, byte)) {
-        value = byte == 1;
-    }
+    int byte = value ? 1 : 0;
+    m_parameters.getByte(param, byte);
+    value = byte == 1;
 }
 
 bool FxPlugParameterWriter::setFloat(int param, double value) const {

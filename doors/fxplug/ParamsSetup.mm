@@ -31,8 +31,11 @@ public:
         case RowKind::Custom:
             AddPathProperty(m_host);
             break;
+        case RowKind::Presets:
+            AddPathPresetProperty(m_host);
+            break;
         case RowKind::Menu:
-            row.id == PARAM_PRESETS ? static_cast<void>(AddPathPresetProperty(m_host)) : menu(row);
+            menu(row);
             break;
         case RowKind::Float:
             slider(row);
@@ -57,8 +60,8 @@ public:
             [m_api addAngleSliderWithName:text(row.name)
                                    parmId:parm(row)
                              defaultValue:row.defaults[0]
-                             parameterMin:row.min
-                             parameterMax:row.max
+                             parameterMin:row.bounds().min
+                             parameterMax:row.bounds().max
                                 parmFlags:flags(row)];
             break;
         case RowKind::GroupStart:
@@ -106,10 +109,10 @@ private:
         [m_api addFloatSliderWithName:text(row.name)
                                parmId:parm(row)
                          defaultValue:row.defaults[0]
-                         parameterMin:row.min
-                         parameterMax:row.max
-                            sliderMin:row.sliderMin
-                            sliderMax:row.sliderMax
+                         parameterMin:row.bounds().min
+                         parameterMax:row.bounds().max
+                            sliderMin:row.shown().min
+                            sliderMax:row.shown().max
                                 delta:row.delta
                             parmFlags:flags(row)];
     }

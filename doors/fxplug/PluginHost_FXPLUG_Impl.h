@@ -1,6 +1,7 @@
 #pragma once
 
 #include "doors/fxplug/FxPlugInterface.h"
+#include "doors/fxplug/Owned.h"
 #include "doors/fxplug/ParameterAccess.h"
 #include "doors/fxplug/PluginRaster_FXPLUG_Impl.h"
 #include "host/FxPlugHost.h"
@@ -26,9 +27,6 @@ public:
     void setActionApi(id<FxCustomParameterActionAPI> api) { m_action = api; }
     /// The frame where there is no render request.
     void setFallbackFrame(double frame) { m_fallbackFrame = frame; }
-    /// The images are made of a field's lines, each doubled: a pixel is half as tall as their
-    /// records say.
-    void setLinesDoubled() { m_aspectFactor = 2.0; }
     /// Asks the host for its version; without an answer the stored one stays.
     void setHostVersionNum(id<PROAPIAccessing> manager);
 
@@ -43,31 +41,22 @@ public:
 
     // --- Host record ---
     ParameterReader& reader() override;
-    int readUserData(Orbel_UserData* data) override;
-    int writeUserData(const Orbel_UserData* data) override;
+    int readPreset() override;
+    void readShapeFile(Orbel_UserData* data) override;
+    void writeShapeFile(const Orbel_UserData* data) override;
     int cameraMatrix(long time, long timeScale, Vx_Matrix4* camera, double* zoom) override;
 
     // --- Images ---
     int getOutputWidth() override;
     int getOutputHeight() override;
-    using PluginHost_COMMON_Impl::copy;
-    /// All four edges of `sourceRect` are inclusive and clipped to the source; only the top left
-    /// corner of `destinationRect` counts.
-    void copy(PluginRaster_API* source, PluginRaster_API* destination, Vx_Rect* sourceRect,
-              Vx_Rect* destinationRect) override;
     PluginRaster_API* getInputRaster(int layer) override;
     PluginRaster_API* getOutputRaster() override;
-    /// In the output's layout; `type` is not consulted and `rowBytes` becomes 0.
+    /// `rowBytes` becomes 0, which is meant.
     PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
                                   int flags) override;
-    /// Takes the record, made with `new`, and its pixels, made with `allocMemory`.
     PluginRaster_API* allocRaster(RasterInfo* info) override;
     void deallocRaster(PluginRaster_API* raster) override;
-    /// What the raster's record says; 1.0 for an image of the host that has none because its layout
-    /// is unknown.
-    double geAspectRatio(PluginRaster_API* raster) override;
     void getInputRasterInfo(int layer, RasterInfo* info) override;
-    void getOutputRasterInfo(RasterInfo* info) override;
     void getRasterInfo(PluginRaster_API* raster, RasterInfo* info) override;
     void getSourceLayerDimensions(int& width, int& height) override;
     void dependOnOrigin() override { m_flipRows = true; }
@@ -104,7 +93,9 @@ public:
     void SetAngleValue(int param, int sub, double& degrees) override;
 
 private:
-    using Fetch = std::function<FxBitmap*(double frame)>;
+    void describeOutput(RasterInfo* info) override;
+
+    using Fetch = std::function<Owned<FxBitmap*>(double frame)>;
     struct FieldRows {
         bool fields;  ///< two fields are woven
         int firstRow; ///< where the first one starts
@@ -123,7 +114,6 @@ private:
     id<FxTemporalImageAPI> m_temporal;
     id<FxParameterSettingAPI> m_setting;
     double m_fallbackFrame = 0.0;
-    double m_aspectFactor = 1.0;
     bool m_flipRows = true;
     int m_majorVersion = 0;
     int m_minorVersion = 0;

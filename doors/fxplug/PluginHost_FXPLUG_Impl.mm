@@ -9,8 +9,6 @@
 #include "params/InstanceData.h"
 #include "params/ParameterTable.h"
 #include "render/Matrix4.h"
-#include "shapes/FormatText.h"
-#include "shapes/ShapeTable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -63,7 +61,7 @@ PluginHost_FXPLUG_Impl::PluginHost_FXPLUG_Impl(id<FxParameterCreationAPI> creati
       m_reader(retrieval, 0.0) {}
 
 void PluginHost_FXPLUG_Impl::setHostVersionNum(id<PROAPIAccessing> manager) {
-    const Owned<FxHostCapabilities*> capabilities(makeHostCapabilities(manager));
+    const Owned<FxHostCapabilities*> capabilities = makeHostCapabilities(manager);
     const auto version = static_cast<UInt32>([capabilities.get() hostVersionNumber]);
     if (version != 0) {
         m_majorVersion = static_cast<int>((version >> 24) & 0xF);
@@ -90,14 +88,14 @@ ParameterReader& PluginHost_FXPLUG_Impl::reader() {
     return m_reader;
 }
 
-int PluginHost_FXPLUG_Impl::readUserData(Orbel_UserData* data) {
+int PluginHost_FXPLUG_Impl::readPreset() {
     int preset = 0;
     FxPlugParameters(m_retrieval, m_info == nullptr ? 0.0 : m_info->frame)
         .getInt(PARAM_PRESETS, preset);
-    if (preset > 0 && preset < g_numSVGShapes) {
-        expandFormatText(data->path, sizeof data->path, g_svgShapes[preset].file);
-        return 0;
-    }
+    return preset;
+}
+
+void PluginHost_FXPLUG_Impl::readShapeFile(Orbel_UserData* data) {
     id<NSCoding> value = nil;
     [m_retrieval getCustomParameterValue:&value fromParm:PARAM_SHAPE];
     const id object = value;
@@ -107,16 +105,14 @@ int PluginHost_FXPLUG_Impl::readUserData(Orbel_UserData* data) {
         // A damaged project may hold a name without an end.
         data->path[sizeof data->path - 1] = '\0';
     }
-    return 0;
 }
 
-int PluginHost_FXPLUG_Impl::writeUserData(const Orbel_UserData* data) {
+void PluginHost_FXPLUG_Impl::writeShapeFile(const Orbel_UserData* data) {
     const double time = m_info == nullptr ? 0.0 : m_info->frame;
     Vo_Orbel_CustomParam* const value =
         [[[Vo_Orbel_CustomParam alloc] initWith:data->path] autorelease];
     [m_setting setCustomParameterValue:value toParm:PARAM_SHAPE];
     FxPlugParameterWriter(m_setting, time).setInt(PARAM_PRESETS, 0);
-    return 0;
 }
 
 int PluginHost_FXPLUG_Impl::cameraMatrix(long time, long timeScale, Vx_Matrix4* camera,
@@ -166,26 +162,13 @@ void PluginHost_FXPLUG_Impl::getInputRasterInfo(int /*layer*/, RasterInfo* info)
     describeBitmap(m_input, m_flipRows, info);
 }
 
-void PluginHost_FXPLUG_Impl::getOutputRasterInfo(RasterInfo* info) {
-    if (outputOverride() != nullptr) {
-        getRasterInfo(outputOverride(), info);
-    } else {
-        describeBitmap(m_output, m_flipRows, info);
-    }
+void PluginHost_FXPLUG_Impl::describeOutput(RasterInfo* info) {
+    describeBitmap(m_output, m_flipRows, info);
 }
 
 void PluginHost_FXPLUG_Impl::getSourceLayerDimensions(int& width, int& height) {
     width = static_cast<int>([m_input width]);
     height = static_cast<int>([m_input height]);
-}
-
-void PluginHost_FXPLUG_Impl::copy(PluginRaster_API* source, PluginRaster_API* destination,
-                                  Vx_Rect* sourceRect, Vx_Rect* destinationRect) {
-    const RasterInfo from = infoOf(source);
-    const RasterInfo to = infoOf(destination);
-    const PixelBox part{sourceRect->left, sourceRect->top, sourceRect->right, sourceRect->bottom};
-    const PixelBox rest{destinationRect->left, destinationRect->top, to.width - 1, to.height - 1};
-    copyRows(cropped(from, part), cropped(to, rest));
 }
 
 PluginRaster_API* PluginHost_FXPLUG_Impl::getInputRaster(int /*layer*/) {
@@ -225,14 +208,12 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::allocRaster(RasterInfo* info) {
 
 void PluginHost_FXPLUG_Impl::deallocRaster(PluginRaster_API* raster) {
     FXPLUGRaster* const handle = raster == nullptr ? nullptr : raster->getFXPLUGRaster();
-    if (handle != nullptr && handle->info && handle->ownsPixels) {
-        deallocMemory(handle->info->data);
+    if (handle != nullptr && handle->info) {
+        if (handle->ownsPixels) {
+            deallocMemory(firstByte(*handle->info));
+        }
         *handle->info = RasterInfo();
     }
-}
-
-double PluginHost_FXPLUG_Impl::geAspectRatio(PluginRaster_API* raster) {
-    return m_aspectFactor * static_cast<double>(infoOf(raster).pixelAspect);
 }
 
 PluginRaster_API* PluginHost_FXPLUG_Impl::checkoutLayer(int param, int flags) {
@@ -253,10 +234,10 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::checkoutLayer(int param, double time, 
                    requestInfo:*m_info
                       fromParm:static_cast<UInt32>(param)
                         atTime:frame];
-        return bitmap;
+        return Owned<FxBitmap*>(bitmap);
     };
     const double frame = wholeFrame(time);
-    const Owned<FxBitmap*> first(fetch(frame));
+    const Owned<FxBitmap*> first = fetch(frame);
     RasterInfo info;
     if (!describeBitmap(first.get(), m_flipRows, &info)) {
         return nullptr;
@@ -275,10 +256,10 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::lockTemporalRaster(double time, bool f
     const Fetch fetch = [&](double frame) {
         FxBitmap* bitmap = nil;
         [m_temporal getInputBitmap:&bitmap withInfo:*m_info atTime:frame];
-        return bitmap;
+        return Owned<FxBitmap*>(bitmap);
     };
     const double frame = wholeFrame(time);
-    const Owned<FxBitmap*> first(fetch(frame));
+    const Owned<FxBitmap*> first = fetch(frame);
     RasterInfo info;
     if (!describeBitmap(first.get(), m_flipRows, &info)) {
         return nullptr;
@@ -308,7 +289,7 @@ PluginRaster_API* PluginHost_FXPLUG_Impl::weave(const RasterInfo& first, double 
         return woven;
     }
     copyRows(first, everySecondRow(target, rows.firstRow));
-    const Owned<FxBitmap*> second(fetch(frame + SECOND_FIELD));
+    const Owned<FxBitmap*> second = fetch(frame + SECOND_FIELD);
     RasterInfo info;
     if (!describeBitmap(second.get(), m_flipRows, &info)) {
         unlockTemporalRaster(woven);
@@ -408,17 +389,17 @@ int PluginHost_FXPLUG_Impl::GetIntValue(int param, int /*sub*/, const TimeObject
 
 int PluginHost_FXPLUG_Impl::GetUIntValue(int param, int /*sub*/, const TimeObject& time,
                                          unsigned& value) {
-    int read = 0;
-    const bool known = parametersAt(time).getInt(param, read);
-    value = known ? static_cast<unsigned>(read) : value;
+    auto number = static_cast<int>(value);
+    const bool known = parametersAt(time).getInt(param, number);
+    value = static_cast<unsigned>(number);
     return answer(known);
 }
 
 int PluginHost_FXPLUG_Impl::GetBoolValue(int param, int /*sub*/, const TimeObject& time,
                                          bool& value) {
-    int read = 0;
-    const bool known = parametersAt(time).getByte(param, read);
-    value = known ? read == 1 : value;
+    int byte = value ? 1 : 0;
+    const bool known = parametersAt(time).getByte(param, byte);
+    value = byte == 1;
     return answer(known);
 }
 

@@ -51,9 +51,11 @@ void PluginUpdate_FXPLUG_Impl::setGroupOpen(int param, int /*sub*/, bool open) {
 
 // The flags are written even when they are the same already, which is meant.
 void PluginUpdate_FXPLUG_Impl::setFlag(int param, unsigned flag, bool set) {
+    constexpr FxParameterFlags unwritten = ~0U;
     const auto id = static_cast<UInt32>(param);
-    FxParameterFlags flags = 0;
-    if ([m_host->retrieval() getParameterFlags:&flags fromParm:id]) {
+    FxParameterFlags flags = unwritten;
+    [m_host->retrieval() getParameterFlags:&flags fromParm:id];
+    if (flags != unwritten) {
         [m_host->setting() setParameterFlags:set ? flags | flag : flags & ~flag toParm:id];
     }
 }

@@ -17,18 +17,6 @@ int nearest(int index, int count, int of) {
 
 } // namespace
 
-RasterInfo cropped(const RasterInfo& image, const PixelBox& box) {
-    const int left = std::clamp(box.left, 0, image.width);
-    const int top = std::clamp(box.top, 0, image.height);
-    RasterInfo part = image;
-    part.width = std::max(0, std::min(box.right, image.width - 1) - left + 1);
-    part.height = std::max(0, std::min(box.bottom, image.height - 1) - top + 1);
-    if (part.width > 0 && part.height > 0) {
-        part.data = image.row(top) + static_cast<std::ptrdiff_t>(left) * image.bytesPerPixel;
-    }
-    return part;
-}
-
 RasterInfo everySecondRow(const RasterInfo& image, int first) {
     RasterInfo rows = image;
     rows.data = image.row(first);

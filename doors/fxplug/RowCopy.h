@@ -4,19 +4,9 @@
 
 namespace orbel {
 
-/// A box of pixels, all four edges inclusive.
-struct PixelBox {
-    int left;
-    int top;
-    int right;
-    int bottom;
-};
-
 // Rows are walked as the records describe them and never beyond the pixels of either image: behind
 // a row a host may keep the lines of the other field. Images without pixels are left alone.
 
-/// The part of an image within a box that is clipped to it; may be empty.
-[[nodiscard]] RasterInfo cropped(const RasterInfo& image, const PixelBox& box);
 /// Row `first` of an image and every second one from there on.
 [[nodiscard]] RasterInfo everySecondRow(const RasterInfo& image, int first);
 /// Fills `to` with the nearest pixels of `from`, computed in single precision.

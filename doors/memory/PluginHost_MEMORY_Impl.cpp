@@ -3,8 +3,7 @@
 #include "host/Numeric.h"
 #include "pixel/RasterFormats.h"
 
-#include <new>
-#include <stdexcept>
+#include <utility>
 
 namespace orbel {
 
@@ -19,24 +18,8 @@ PluginHost_MEMORY_Impl::PluginHost_MEMORY_Impl(const RasterInfo& input, const Ra
       m_parameters(parameters),
       m_settings(settings) {}
 
-PluginRaster_API* PluginHost_MEMORY_Impl::allocRaster(int width, int height, PixelType /*type*/,
-                                                      int& rowBytes, int /*flags*/) {
-    try {
-        const RasterInfo like = outputInfo();
-        // Clearing what is filled next would cost as much as a copy of the frame.
-        MemoryImage image(width, height, like.pixelFormat, RowLayout{}, NewPixels::Undefined);
-        image.setPixelAspect(like.pixelAspect);
-        rowBytes = image.info().rowBytes;
-        return new PluginRaster_MEMORY_Impl(std::move(image));
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    } catch (const std::invalid_argument&) {
-        return nullptr;
-    }
-}
-
-PluginRaster_API* PluginHost_MEMORY_Impl::allocRaster(RasterInfo* info) {
-    return new PluginRaster_MEMORY_Impl(*info);
+PluginRaster_API* PluginHost_MEMORY_Impl::makeRaster(const RasterInfo& info, PixelOwner owner) {
+    return new PluginRaster_MEMORY_Impl(info, std::move(owner));
 }
 
 void PluginHost_MEMORY_Impl::showWarning(const char* text) {

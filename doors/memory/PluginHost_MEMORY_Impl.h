@@ -11,48 +11,46 @@
 
 namespace orbel {
 
-/// A raster over the pixels of a `MemoryImage` or of any memory described by a record.
+/// A raster over memory described by a record.
 class PluginRaster_MEMORY_Impl final : public PluginRaster_PLAIN_Impl {
 public:
-    /// Borrows the pixels.
-    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info) : PluginRaster_PLAIN_Impl(info) {}
-    /// Owns the pixels until `releasePixels` or destruction.
-    explicit PluginRaster_MEMORY_Impl(MemoryImage image)
-        : PluginRaster_MEMORY_Impl(std::make_shared<MemoryImage>(std::move(image))) {}
+    /// `owner` keeps the pixels; without one they are borrowed.
+    explicit PluginRaster_MEMORY_Impl(const RasterInfo& info,
+                                      std::shared_ptr<const void> owner = nullptr)
+        : PluginRaster_PLAIN_Impl(info, std::move(owner)) {}
 
     PixelType getPixelType() override;
-
-private:
-    explicit PluginRaster_MEMORY_Impl(const std::shared_ptr<MemoryImage>& image)
-        : PluginRaster_PLAIN_Impl(image->info(), image) {}
 };
 
 /// What an in-memory render is told beside its images and parameters.
 struct MemoryHostSettings {
     double frame = 0.0;        ///< the frame being rendered; fractions are allowed
-    double renderScaleX = 1.0; ///< 1.0 is full resolution
+    double renderScaleX = 1.0; ///< 1.0 is full resolution; lengths shrink with it
     double renderScaleY = 1.0;
-    bool qualityHigh = true;
-    int ticksPerSecond = 3000;
-    int ticksPerFrame = 100;
+    bool qualityHigh = true;            ///< nothing asks
+    int ticksPerSecond = 3000;          ///< above 0
+    int ticksPerFrame = 100;            ///< above 0; times are whole ticks
     bool ignoreNormalComposite = false; ///< the caller lays "Normal" over the picture itself
     AlphaHandling alpha{};              ///< how both images carry alpha
 };
 
 /// A host made of plain memory: one input and one output image, parameters from a store, C library
-/// maths. Lives for one render call; one object per thread. Derive from it to answer single
-/// operations differently.
+/// maths. Lives for one render call, on one thread. The shape to stroke hangs on it by
+/// `setUserData`, as an `Orbel_UserData` that outlives the call; without one there is only
+/// "Presets". Derive from it to answer single operations differently.
 class PluginHost_MEMORY_Impl : public PluginHost_PLAIN_Impl, private PluginUpdate_API {
 public:
-    /// All three are borrowed and must outlive the host. The render works in the input's own
-    /// pixels: hand out a fresh copy of the picture for every frame.
+    /// Images and parameters are borrowed and must outlive the host. Both images have the same size
+    /// and one of the six rendered layouts, and do not overlap. The render works in the input's own
+    /// pixels unless they are straight: hand out a fresh copy of the picture for every frame.
     PluginHost_MEMORY_Impl(const RasterInfo& input, const RasterInfo& output,
                            ParameterStore* parameters, const MemoryHostSettings& settings);
     virtual ~PluginHost_MEMORY_Impl() = default;
 
-    /// Asked now and then during long strokes; a non-zero answer aborts the render with that code.
+    /// Called on the rendering thread now and then during long strokes, with how many steps of how
+    /// many are done; a non-zero answer aborts the render with that code.
     void setProgress(std::function<int(long, long)> progress) { m_progress = std::move(progress); }
-    /// Receives the texts of warnings; without it they are dropped.
+    /// Receives the texts of warnings, on the rendering thread; without it they are dropped.
     void setWarning(std::function<void(const std::string&)> warning) {
         m_warning = std::move(warning);
     }
@@ -61,10 +59,6 @@ public:
         return time.getTime() / time.time_step();
     }
 
-    /// The output's layout at another size; `type` and `flags` are not consulted.
-    PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
-                                  int flags) override;
-    PluginRaster_API* allocRaster(RasterInfo* info) override;
     bool isQualityHigh() override { return m_settings.qualityHigh; }
     double getScaleX() override { return m_settings.renderScaleX; }
     double getScaleY() override { return m_settings.renderScaleY; }
@@ -76,6 +70,9 @@ public:
     bool ignoreNormalComposite() override { return m_settings.ignoreNormalComposite; }
     /// Writes constants into the parameter store.
     PluginUpdate_API* makeUpdateApi() override { return this; }
+
+protected:
+    PluginRaster_API* makeRaster(const RasterInfo& info, PixelOwner owner) override;
 
 private:
     bool isValid() override { return true; }

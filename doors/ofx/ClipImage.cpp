@@ -1,11 +1,12 @@
 #include "doors/ofx/ClipImage.h"
 
-#include "doors/ofx/PixelBuffer.h"
+#include "doors/memory/MemoryImage.h"
 #include "doors/ofx/platform/OfxNames.h"
 
 #include <climits>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace orbel::ofx {
 
@@ -32,6 +33,7 @@ std::optional<RasterFormat> formatOf(const std::string& components, const std::s
 } // namespace
 
 bool isUsableFrame(const OfxRectI& rect) {
+    constexpr int longest = std::numeric_limits<std::int16_t>::max(); // side that is rendered
     // Far from the ends of the integers, so that places can be doubled and subtracted.
     constexpr int farthest = 1 << 28;
     for (const int edge : {rect.x1, rect.y1, rect.x2, rect.y2}) {
@@ -41,7 +43,7 @@ bool isUsableFrame(const OfxRectI& rect) {
     }
     const std::int64_t width = std::int64_t{rect.x2} - rect.x1;
     const std::int64_t height = std::int64_t{rect.y2} - rect.y1;
-    return width > 0 && height > 0 && width <= MAX_SIDE && height <= MAX_SIDE;
+    return width > 0 && height > 0 && width <= longest && height <= longest;
 }
 
 ClipImage::ClipImage(const HostSuites& suites, OfxImageClipHandle clip, OfxTime time)
@@ -79,7 +81,7 @@ void ClipImage::read(const Properties& image, const Properties& clip) {
                                  firstAnswer(image, clip, PROP_PIXEL_DEPTH));
     const std::int64_t width = std::int64_t{m_bounds.x2} - m_bounds.x1;
     const std::int64_t rowBytes = std::abs(std::int64_t{m_rowBytes});
-    if (format && rowBytes >= width * pixelBytes(*format) && rowBytes <= INT_MAX) {
+    if (format && rowBytes >= width * bytesPerPixel(*format) && rowBytes <= INT_MAX) {
         m_format = format;
     }
 }

@@ -2,35 +2,10 @@
 
 #include "doors/ofx/ParameterNames.h"
 #include "doors/ofx/platform/OfxNames.h"
-#include "shapes/ShapeTable.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace orbel::ofx {
-
-namespace {
-
-int menuSize(const ParameterRow& row) {
-    return row.id == PARAM_PRESETS ? g_numSVGShapes : static_cast<int>(row.menu.size());
-}
-
-double withinRange(const ParameterRow& row, double value) {
-    switch (row.kind) {
-    case RowKind::Float:
-    case RowKind::Angle:
-    case RowKind::Toggle:
-    case RowKind::Color:
-        return std::clamp(value, row.min, row.max);
-    case RowKind::Menu: // a number without an entry chooses nothing
-        return value >= 0.0 && value < menuSize(row) ? value : row.defaults[0];
-    default:
-        return value;
-    }
-}
-
-} // namespace
 
 EffectInstance::EffectInstance(SharedSuites suites, OfxImageEffectHandle effect)
     : m_suites(std::move(suites)),
@@ -88,42 +63,36 @@ bool EffectInstance::isSourceConnected() const {
     return m_suites->ofClip(m_source).getInt(PROP_CONNECTED, m_source == nullptr ? 0 : 1) != 0;
 }
 
-// Every variable holds the default beforehand: a host may write none of them and say it did.
-bool EffectInstance::read(const ParameterRow& row, OfxTime time,
+// Every variable holds the default beforehand. What a host writes counts and what it leaves alone
+// stays, whatever it answers: some say that all went well and write nothing.
+void EffectInstance::read(const ParameterRow& row, OfxTime time,
                           std::array<double, 3>& value) const {
     auto* const handle = param(row.id);
     if (handle == nullptr) {
-        return false;
+        return;
     }
     const auto get = m_suites->parameter->paramGetValueAtTime;
     auto& [first, second, third] = value;
-    if (row.kind == RowKind::Menu || row.kind == RowKind::Toggle) {
+    if (row.isMenu() || row.kind == RowKind::Toggle) {
         int number = static_cast<int>(first);
-        const OfxStatus status = get(handle, time, &number);
+        get(handle, time, &number);
         first = number;
-        return status == STAT_OK;
-    }
-    if (row.kind == RowKind::Color) {
-        return get(handle, time, &first, &second, &third) == STAT_OK;
-    }
-    if (row.kind == RowKind::Point) {
+    } else if (row.kind == RowKind::Color) {
+        get(handle, time, &first, &second, &third);
+    } else if (row.kind == RowKind::Point) {
         second = 1.0 - second;
-        const OfxStatus status = get(handle, time, &first, &second);
+        get(handle, time, &first, &second);
         second = 1.0 - second;
-        return status == STAT_OK;
+    } else {
+        get(handle, time, &first);
     }
-    return get(handle, time, &first) == STAT_OK;
 }
 
 std::array<double, 3> EffectInstance::value(const ParameterRow& row, OfxTime time) const {
     std::array<double, 3> value = row.defaults;
-    if (!read(row, time, value)) {
-        return row.defaults;
-    }
+    read(row, time, value);
     for (std::size_t i = 0; i < value.size(); ++i) {
-        value[i] = std::isnan(value[i]) || (row.kind == RowKind::Point && std::isinf(value[i]))
-                       ? row.defaults[i]
-                       : withinRange(row, value[i]);
+        value[i] = limited(row, value[i], i);
     }
     return value;
 }

@@ -33,8 +33,8 @@ public:
     [[nodiscard]] bool isSourceConnected() const;
 
     /// The value of a declared parameter in the units of the table (points with y downwards): the
-    /// declared default where the host has no answer or none that is a number, limited to the
-    /// declared range.
+    /// declared default where the host writes nothing or no number, limited to the declared range;
+    /// a toggle is 1 when the host says so, else 0.
     [[nodiscard]] std::array<double, 3> value(const ParameterRow& row, OfxTime time) const;
     /// Toggles as 0 or 1, menus as index.
     [[nodiscard]] int intValue(int id, OfxTime time) const;
@@ -45,8 +45,7 @@ public:
 private:
     [[nodiscard]] OfxImageClipHandle findClip(const char* name) const;
     [[nodiscard]] OfxParamHandle findParam(OfxParamSetHandle set, const char* name) const;
-    [[nodiscard]] bool read(const ParameterRow& row, OfxTime time,
-                            std::array<double, 3>& value) const;
+    void read(const ParameterRow& row, OfxTime time, std::array<double, 3>& value) const;
     [[nodiscard]] std::string text(OfxParamHandle handle, OfxTime time) const;
 
     SharedSuites m_suites;

@@ -1,5 +1,6 @@
 #include "doors/ofx/FramePixels.h"
 
+#include "doors/memory/MemoryImage.h"
 #include "doors/ofx/platform/OfxNames.h"
 
 #include <algorithm>
@@ -99,7 +100,7 @@ std::optional<RasterInfo> asFrame(const FieldImage& image, const OfxRectI& frame
     info.width = frame.x2 - frame.x1;
     info.height = frame.y2 - frame.y1;
     info.rowBytes = -image.image->rowBytes();
-    info.bytesPerPixel = pixelBytes(info.pixelFormat);
+    info.bytesPerPixel = bytesPerPixel(info.pixelFormat);
     info.pixelAspect = image.image->pixelAspect();
     const int component = info.bytesPerPixel / 4;
     const bool aligned =

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "doors/ofx/ClipImage.h"
-#include "doors/ofx/PixelBuffer.h"
 
 #include <optional>
 

@@ -1,5 +1,6 @@
 #include "doors/ofx/FrameRender.h"
 
+#include "doors/memory/MemoryImage.h"
 #include "doors/ofx/FramePixels.h"
 #include "doors/ofx/platform/OfxNames.h"
 #include "host/Numeric.h"
@@ -141,9 +142,11 @@ private:
                window.y1 <= bounds.y1 && window.x2 >= bounds.x2 && window.y2 >= bounds.y2;
     }
 
-    [[nodiscard]] PixelBuffer buffer(const OfxRectI& frame) const {
-        return {frame.x2 - frame.x1, frame.y2 - frame.y1, *m_output.format(),
-                m_output.pixelAspect()};
+    [[nodiscard]] MemoryImage buffer(const OfxRectI& frame) const {
+        MemoryImage image(frame.x2 - frame.x1, frame.y2 - frame.y1, *m_output.format(), RowLayout{},
+                          NewPixels::Undefined);
+        image.setPixelAspect(m_output.pixelAspect());
+        return image;
     }
 
     // The output clip's own answer comes first; without any the output is as the source is.
@@ -191,8 +194,8 @@ private:
     OFXRenderTime m_when;
     ClipImage m_source;
     ClipImage m_output;
-    PixelBuffer m_inputCopy;
-    PixelBuffer m_outputCopy;
+    MemoryImage m_inputCopy;
+    MemoryImage m_outputCopy;
 };
 
 } // namespace

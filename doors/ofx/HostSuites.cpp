@@ -22,6 +22,25 @@ Connection& connection() {
 
 } // namespace
 
+bool HostSuites::areComplete() const {
+    return property != nullptr && effect != nullptr && parameter != nullptr &&
+           // Properties
+           property->propSetPointer != nullptr && property->propSetString != nullptr &&
+           property->propSetDouble != nullptr && property->propSetInt != nullptr &&
+           property->propGetPointer != nullptr && property->propGetString != nullptr &&
+           property->propGetDouble != nullptr && property->propGetInt != nullptr &&
+           // Effects, clips and images
+           effect->getPropertySet != nullptr && effect->getParamSet != nullptr &&
+           effect->clipDefine != nullptr && effect->clipGetHandle != nullptr &&
+           effect->clipGetPropertySet != nullptr && effect->clipGetImage != nullptr &&
+           effect->clipReleaseImage != nullptr && effect->clipGetRegionOfDefinition != nullptr &&
+           effect->abort != nullptr &&
+           // Parameters
+           parameter->paramDefine != nullptr && parameter->paramGetHandle != nullptr &&
+           parameter->paramGetPropertySet != nullptr && parameter->paramGetValueAtTime != nullptr &&
+           parameter->paramSetValue != nullptr;
+}
+
 Properties HostSuites::ofEffect(OfxImageEffectHandle handle) const {
     OfxPropertySetHandle set = nullptr;
     const bool known = handle != nullptr && effect->getPropertySet(handle, &set) == STAT_OK;
@@ -56,7 +75,7 @@ bool fetchSuites() {
                             static_cast<const OfxPropertySuiteV1*>(fetch(PROPERTY_SUITE)),
                             static_cast<const OfxImageEffectSuiteV1*>(fetch(IMAGE_EFFECT_SUITE)),
                             static_cast<const OfxParameterSuiteV1*>(fetch(PARAMETER_SUITE))};
-    if (suites.property == nullptr || suites.effect == nullptr || suites.parameter == nullptr) {
+    if (!suites.areComplete()) {
         return false;
     }
     connection().suites = std::make_shared<const HostSuites>(suites);

@@ -14,6 +14,8 @@ struct HostSuites {
     const OfxImageEffectSuiteV1* effect;
     const OfxParameterSuiteV1* parameter;
 
+    /// Whether all three suites are there, with every function that the effect calls.
+    [[nodiscard]] bool areComplete() const;
     [[nodiscard]] Properties properties(OfxPropertySetHandle handle) const {
         return {property, handle};
     }
@@ -27,8 +29,8 @@ using SharedSuites = std::shared_ptr<const HostSuites>;
 /// Remembers the host for `fetchSuites`; asks it nothing.
 void rememberHost(const OfxHost* host);
 
-/// Fetches the suites of the remembered host; false when one is missing. May come again while other
-/// threads render: they keep the suites they hold.
+/// Fetches the suites of the remembered host; false when one is missing or lacks a function. May
+/// come again while other threads render: they keep the suites they hold.
 bool fetchSuites();
 void dropSuites();
 

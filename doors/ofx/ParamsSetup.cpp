@@ -4,6 +4,8 @@
 #include "doors/ofx/platform/OfxNames.h"
 #include "params/ParameterTable.h"
 
+#include <cmath>
+#include <string>
 #include <vector>
 
 namespace orbel::ofx {
@@ -14,6 +16,24 @@ namespace {
 struct Refused {
     OfxStatus status;
 };
+
+/// How a slider moves: in steps of `increment`, shown with `digits` behind the point.
+struct SliderSteps {
+    double increment;
+    int digits;
+};
+
+// The declared step, unless it would leave a slider fewer than twenty places: then a power of ten
+// that gives it a hundred or more. One digit more than a step needs is shown.
+SliderSteps stepsOf(const ParameterRow& row) {
+    const double shown = row.shown().max - row.shown().min;
+    double increment = row.delta;
+    if (increment > shown / 20) {
+        increment = std::pow(10.0, std::floor(std::log10(shown / 100)));
+    }
+    const int decimals = increment < 1.0 ? static_cast<int>(std::ceil(-std::log10(increment))) : 0;
+    return {increment, decimals + 1};
+}
 
 class Declaration {
 public:
@@ -29,6 +49,7 @@ public:
             shapeFile(row);
             shapeText();
             break;
+        case RowKind::Presets:
         case RowKind::Menu:
             menu(row);
             break;
@@ -66,27 +87,32 @@ public:
         if (m_suites.ofHost().getInt(HOST_PROP_MAX_PAGES, 1) == 0) {
             return;
         }
-        const Properties props = define(PARAM_TYPE_PAGE, PAGE, "Orbel");
+        const Properties props = define(PARAM_TYPE_PAGE, PAGE, "Orbel", "Orbel");
         for (std::size_t i = 0; i < m_names.size(); ++i) {
             props.setString(PARAM_PROP_PAGE_CHILD, m_names[i], static_cast<int>(i));
         }
     }
 
 private:
-    Properties define(const char* type, const char* name, const char* label) const {
+    Properties define(const char* type, const char* name, const char* label,
+                      const std::string& longLabel) const {
         OfxPropertySetHandle handle = nullptr;
         const OfxStatus status = m_suites.parameter->paramDefine(m_set, type, name, &handle);
         if (status != STAT_OK) {
             throw Refused{status};
         }
         Properties props = m_suites.properties(handle);
+        // The label resets the other two.
         props.setString(PROP_LABEL, label);
+        props.setString(PROP_SHORT_LABEL, label);
+        props.setString(PROP_LONG_LABEL, longLabel.c_str());
         return props;
     }
 
     // A parameter of the group at hand, on the page.
-    Properties member(const char* type, const char* name, const char* label) {
-        Properties props = define(type, name, label);
+    Properties member(const char* type, const char* name, const char* label,
+                      const std::string& longLabel) {
+        Properties props = define(type, name, label, longLabel);
         if (m_parent != nullptr) {
             props.setString(PARAM_PROP_PARENT, m_parent);
         }
@@ -95,7 +121,7 @@ private:
     }
 
     Properties define(const char* type, const ParameterRow& row) {
-        const Properties props = member(type, parameterName(row.id), row.name);
+        const Properties props = member(type, parameterName(row.id), row.name, fullName(row));
         if ((row.flags & PARAM_DISABLED) != 0) {
             props.setInt(PARAM_PROP_ENABLED, 0);
         }
@@ -124,7 +150,7 @@ private:
     }
 
     void shapeText() {
-        const Properties props = member(PARAM_TYPE_STRING, SHAPE_TEXT, "Shape Text");
+        const Properties props = member(PARAM_TYPE_STRING, SHAPE_TEXT, "Shape Text", "Shape Text");
         props.setString(PARAM_PROP_STRING_MODE, STRING_IS_MULTI_LINE);
         props.setString(PARAM_PROP_DEFAULT, "");
         props.setString(PARAM_PROP_HINT, "The contents of an SVG file, for where there is no such "
@@ -144,32 +170,36 @@ private:
     // The displayed range comes last: setting a limit resets it.
     void number(const ParameterRow& row) {
         const Properties props = define(PARAM_TYPE_DOUBLE, row);
-        if (row.kind == RowKind::Angle) {
-            props.setString(PARAM_PROP_DOUBLE_TYPE, DOUBLE_TYPE_ANGLE);
-        }
+        props.setString(PARAM_PROP_DOUBLE_TYPE,
+                        row.kind == RowKind::Angle ? DOUBLE_TYPE_ANGLE : DOUBLE_TYPE_PLAIN);
         props.setDouble(PARAM_PROP_DEFAULT, row.defaults[0]);
-        props.setDouble(PARAM_PROP_MIN, row.min);
-        props.setDouble(PARAM_PROP_MAX, row.max);
-        props.setDouble(PARAM_PROP_DISPLAY_MIN, row.sliderMin);
-        props.setDouble(PARAM_PROP_DISPLAY_MAX, row.sliderMax);
-        props.setDouble(PARAM_PROP_INCREMENT, row.delta);
+        props.setDouble(PARAM_PROP_MIN, row.bounds().min);
+        props.setDouble(PARAM_PROP_MAX, row.bounds().max);
+        props.setDouble(PARAM_PROP_DISPLAY_MIN, row.shown().min);
+        props.setDouble(PARAM_PROP_DISPLAY_MAX, row.shown().max);
+        const SliderSteps steps = stepsOf(row);
+        props.setDouble(PARAM_PROP_INCREMENT, steps.increment);
+        props.setInt(PARAM_PROP_DIGITS, steps.digits);
         animates(row, props, true);
     }
 
-    // Fractions of the frame, y upwards as everywhere in this kind of host.
+    // Fractions of the frame, y upwards as everywhere in this kind of host. Plain numbers: a host
+    // would scale positions by the size of the project.
     void point(const ParameterRow& row) {
         const Properties props = define(PARAM_TYPE_DOUBLE_2D, row);
+        props.setString(PARAM_PROP_DOUBLE_TYPE, DOUBLE_TYPE_PLAIN);
         setNumbers(props, PARAM_PROP_DEFAULT, {row.defaults[0], 1.0 - row.defaults[1], 0.0}, 2);
         setNumbers(props, PARAM_PROP_DISPLAY_MIN, {0.0, 0.0, 0.0}, 2);
         setNumbers(props, PARAM_PROP_DISPLAY_MAX, {1.0, 1.0, 0.0}, 2);
         props.setDouble(PARAM_PROP_INCREMENT, 0.001);
+        props.setInt(PARAM_PROP_DIGITS, 4);
         props.setString(PARAM_PROP_HINT, "Fractions of the frame from its lower left corner.");
         animates(row, props, true);
     }
 
     void group(const ParameterRow& row) {
         const char* const name = parameterName(row.id);
-        const Properties props = define(PARAM_TYPE_GROUP, name, row.name);
+        const Properties props = define(PARAM_TYPE_GROUP, name, row.name, row.name);
         props.setInt(PARAM_PROP_GROUP_OPEN, (row.flags & PARAM_COLLAPSED) == 0 ? 1 : 0);
         m_parent = name;
     }

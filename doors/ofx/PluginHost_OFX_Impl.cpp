@@ -2,7 +2,6 @@
 
 #include "host/Numeric.h"
 
-#include <new>
 #include <utility>
 
 namespace orbel {
@@ -24,7 +23,7 @@ PluginHost_OFX_Impl::PluginHost_OFX_Impl(const ofx::EffectInstance* instance,
       m_ticks(saturateTo<int>(TICKS_PER_FRAME * when.time)),
       m_ticksDropped(TICKS_PER_FRAME * when.time - m_ticks) {
     setUserDataPath(&m_shape, instance->shapeFile(when.time).c_str());
-    m_shape.svg = m_shapeText;
+    setShapeText(m_shapeText);
     setUserData(&m_shape);
 }
 
@@ -33,24 +32,6 @@ OfxTime PluginHost_OFX_Impl::timeToFrame(const TimeObject& time) const {
         return m_when.time;
     }
     return (time.getTime() + m_ticksDropped) / time.time_step();
-}
-
-// --- Images ---
-
-PluginRaster_API* PluginHost_OFX_Impl::allocRaster(int width, int height, PixelType /*type*/,
-                                                   int& rowBytes, int /*flags*/) {
-    try {
-        const RasterInfo like = outputInfo();
-        ofx::PixelBuffer buffer(width, height, like.pixelFormat, like.pixelAspect);
-        rowBytes = buffer.info().rowBytes;
-        return new PluginRaster_OFX_Impl(std::move(buffer));
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
-PluginRaster_API* PluginHost_OFX_Impl::allocRaster(RasterInfo* info) {
-    return new PluginRaster_OFX_Impl(*info);
 }
 
 // --- Render request and time ---
@@ -74,6 +55,10 @@ bool PluginHost_OFX_Impl::read(int param, const TimeObject& time, Value& value) 
     }
     value = m_handle.instance->value(*row, timeToFrame(time));
     return true;
+}
+
+PluginRaster_API* PluginHost_OFX_Impl::makeRaster(const RasterInfo& info, PixelOwner owner) {
+    return new PluginRaster_OFX_Impl(info, std::move(owner));
 }
 
 } // namespace orbel

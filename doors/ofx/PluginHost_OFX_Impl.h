@@ -41,10 +41,6 @@ public:
 
     OFXHost* getOFXHost() override { return &m_handle; }
 
-    /// The output's layout at another size; `type` and `flags` are not consulted.
-    PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
-                                  int flags) override;
-    PluginRaster_API* allocRaster(RasterInfo* info) override;
     bool isQualityHigh() override { return !m_when.draft; }
     double getScaleX() override { return m_when.scaleX; }
     double getScaleY() override { return m_when.scaleY; }
@@ -56,6 +52,7 @@ public:
 
 private:
     bool read(int param, const TimeObject& time, Value& value) const override;
+    PluginRaster_API* makeRaster(const RasterInfo& info, PixelOwner owner) override;
 
     OFXHost m_handle;
     OFXRenderTime m_when;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "doors/ofx/PixelBuffer.h"
 #include "host/PluginRaster_PLAIN_Impl.h"
 #include "pixel/RasterFormats.h"
 
@@ -17,19 +16,15 @@ struct OFXRaster {
 /// A raster over a working copy, or over memory described by a record.
 class PluginRaster_OFX_Impl final : public PluginRaster_PLAIN_Impl {
 public:
-    /// Borrows the pixels.
-    explicit PluginRaster_OFX_Impl(const RasterInfo& info) : PluginRaster_PLAIN_Impl(info) {}
-    /// Owns the pixels until `releasePixels` or destruction.
-    explicit PluginRaster_OFX_Impl(ofx::PixelBuffer buffer)
-        : PluginRaster_OFX_Impl(std::make_shared<ofx::PixelBuffer>(std::move(buffer))) {}
+    /// `owner` keeps the pixels; without one they are borrowed.
+    explicit PluginRaster_OFX_Impl(const RasterInfo& info,
+                                   std::shared_ptr<const void> owner = nullptr)
+        : PluginRaster_PLAIN_Impl(info, std::move(owner)) {}
 
     PixelType getPixelType() override { return convertToPixelType(info().pixelFormat); }
     OFXRaster* getOFXRaster() override { return &m_handle; }
 
 private:
-    explicit PluginRaster_OFX_Impl(const std::shared_ptr<ofx::PixelBuffer>& buffer)
-        : PluginRaster_PLAIN_Impl(buffer->info(), buffer) {}
-
     OFXRaster m_handle{&info()};
 };
 

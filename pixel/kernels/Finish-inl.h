@@ -187,7 +187,7 @@ struct FinishKernels {
         if (isFraction(opacity)) {
             forEachBlock(FinishBlock<P, InFront>{opacity}, input, layer, pixels);
         } else {
-            rowLaw<P>().finish[2](input, layer, pixels, opacity);
+            rowLaw<P>().finish[TRANSFER_IN_FRONT](input, layer, pixels, opacity);
         }
     }
 };
@@ -199,55 +199,62 @@ void enterColours(RowKernels<P>& table) {
     table.finishUntouched = &FinishKernels<P>::finishUntouched;
 }
 
-template<typename P, int code, class Block>
+/// Any code of a mode: they all do the same.
+constexpr int codeOf(TransferMode mode) {
+    int code = 0;
+    forEachCodeOf(mode, [&code](std::size_t one) { code = static_cast<int>(one); });
+    return code;
+}
+
+template<typename P>
+void enter(RowKernels<P>& table, TransferMode mode, typename RowKernels<P>::Composite composite,
+           typename RowKernels<P>::Finish finish) {
+    forEachCodeOf(mode, [&](std::size_t code) {
+        table.composite[code] = composite;
+        table.finish[code] = finish;
+    });
+}
+
+template<typename P, TransferMode mode, class Block>
 void enterComposite(RowKernels<P>& table) {
-    using Kernel = CompositeKernel<P, code, Block>;
-    table.composite[code] = &Kernel::composite;
-    table.finish[code] = &finishInSteps<P, &Kernel::composite>;
+    using Kernel = CompositeKernel<P, codeOf(mode), Block>;
+    enter(table, mode, &Kernel::composite, &finishInSteps<P, &Kernel::composite>);
 }
 
 /// Float components take long to be sorted, so that fewer visits of a pixel are worth more code.
-template<typename P, int code, class Mode>
+template<typename P, TransferMode mode, class Mode>
 void enterMode(RowKernels<P>& table) {
-    enterComposite<P, code, CompositeBlock<P, Mode>>(table);
+    enterComposite<P, mode, CompositeBlock<P, Mode>>(table);
     if constexpr (P::is32Bit() && Mode::kind != ModeKind::HSL) {
-        table.finish[code] = &FinishKernels<P>::template finishJointly<Mode>;
+        constexpr int code = codeOf(mode);
+        enter(table, mode, table.composite[code], &FinishKernels<P>::template finishJointly<Mode>);
     }
 }
 
 template<typename P>
 void enterModes(RowKernels<P>& table) {
     table.finish.fill(&finishInSteps<P, &compositeNothing<P>>);
-    enterComposite<P, 1, BehindBlock<P>>(table);
-    enterMode<P, 2, InFront>(table);
-    table.finish[2] = &FinishKernels<P>::finishInFront;
-    enterMode<P, 3, Hue>(table);
-    enterMode<P, 4, Plus>(table);
-    enterMode<P, 5, Multiply>(table);
-    enterMode<P, 6, Screen>(table);
-    enterMode<P, 7, Overlay>(table);
-    enterMode<P, 8, SoftLight>(table);
-    enterMode<P, 9, HardLight>(table);
-    enterMode<P, 10, Darken>(table);
-    enterMode<P, 11, Lighten>(table);
-    enterMode<P, 12, Difference>(table);
-    enterMode<P, 14, Saturation>(table);
-    enterMode<P, 15, Colour>(table);
-    enterMode<P, 16, Luma>(table);
-    enterMode<P, 17, Exclusion>(table);
-    enterMode<P, 23, ColourDodge>(table);
-    enterMode<P, 24, ColourBurn>(table);
-    // Codes that share a mode with another.
-    const auto repeat = [&table](std::size_t code, std::size_t as) {
-        table.composite[code] = table.composite[as];
-        table.finish[code] = table.finish[as];
-    };
-    repeat(13, 3);
-    repeat(25, 17);
-    repeat(35, 6);
-    for (std::size_t code = 18; code <= 22; ++code) {
-        repeat(code, 17);
-    }
+    enterComposite<P, TransferMode::Behind, BehindBlock<P>>(table);
+    enterMode<P, TransferMode::InFront, InFront>(table);
+    enterMode<P, TransferMode::Plus, Plus>(table);
+    enterMode<P, TransferMode::Multiply, Multiply>(table);
+    enterMode<P, TransferMode::Screen, Screen>(table);
+    enterMode<P, TransferMode::Overlay, Overlay>(table);
+    enterMode<P, TransferMode::SoftLight, SoftLight>(table);
+    enterMode<P, TransferMode::HardLight, HardLight>(table);
+    enterMode<P, TransferMode::Darken, Darken>(table);
+    enterMode<P, TransferMode::Lighten, Lighten>(table);
+    enterMode<P, TransferMode::Difference, Difference>(table);
+    enterMode<P, TransferMode::ColourDodge, ColourDodge>(table);
+    enterMode<P, TransferMode::ColourBurn, ColourBurn>(table);
+    enterMode<P, TransferMode::Exclusion, Exclusion>(table);
+    enterMode<P, TransferMode::Hue, Hue>(table);
+    enterMode<P, TransferMode::Saturation, Saturation>(table);
+    enterMode<P, TransferMode::Colour, Colour>(table);
+    enterMode<P, TransferMode::Luma, Luma>(table);
+    enter(table, TransferMode::ScreenSpecial, table.composite[TRANSFER_SCREEN],
+          table.finish[TRANSFER_SCREEN]);
+    table.finish[TRANSFER_IN_FRONT] = &FinishKernels<P>::finishInFront;
 }
 
 } // namespace orbel::HWY_NAMESPACE

@@ -32,7 +32,12 @@ Output orbelProgram(std::vector<const char*> arguments) {
 }
 
 TEST(CommandLine, explainsItself) {
-    EXPECT_EQ(orbelProgram({"--version"}).code, EXIT_DONE);
+    const Output version = orbelProgram({"--version"});
+    EXPECT_EQ(version.code, EXIT_DONE);
+    for (const char* part :
+         {"orbel ", "\ncommit ", "\ncompiler ", "\nacceleration level ", "\ncodecs libavcodec "}) {
+        EXPECT_THAT(version.out, HasSubstr(part));
+    }
     EXPECT_THAT(orbelProgram({"--help"}).out, HasSubstr("render"));
     const Output help = orbelProgram({"render", "--help"});
     EXPECT_EQ(help.code, EXIT_DONE);
@@ -42,7 +47,6 @@ TEST(CommandLine, explainsItself) {
 TEST(CommandLine, refusesWhatItDoesNotKnow) {
     for (const std::vector<const char*>& arguments :
          std::vector<std::vector<const char*>>{{},
-                                               {"paint"},
                                                {"render", "--colour", "x"},
                                                {"render", "a", "b"},
                                                {"check"},
@@ -51,6 +55,20 @@ TEST(CommandLine, refusesWhatItDoesNotKnow) {
         const Output output = orbelProgram(arguments);
         EXPECT_EQ(output.code, EXIT_BAD_INPUT);
         EXPECT_FALSE(output.err.empty());
+    }
+}
+
+TEST(CommandLine, tellsTheNearestOfWhatIsMeant) {
+    const std::vector<std::pair<std::vector<const char*>, const char*>> cases{
+        {{"frobnicate"}, R"(there is no command "frobnicate"; the nearest is ")"},
+        {{"rendr", "scene.json"}, R"(there is no command "rendr"; the nearest is "render"; )"},
+        {{"render", "--set", "13=1"}, R"(no parameter "13"; "orbel params" lists them all)"},
+        {{"render", "--set", "Thikness=1"}, R"(the nearest is "Thickness"; "orbel params")"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const Output output = orbelProgram(arguments);
+        EXPECT_EQ(output.code, EXIT_BAD_INPUT);
+        EXPECT_THAT(output.err, HasSubstr(message));
     }
 }
 
@@ -73,7 +91,7 @@ TEST(CommandLine, listsTheParameters) {
         EXPECT_EQ(item["name"], row->name);
         EXPECT_EQ(item["group"], row->group);
         if (row->kind == RowKind::Float) {
-            EXPECT_EQ(item["range"], (nlohmann::json{row->min, row->max}));
+            EXPECT_EQ(item["range"], (nlohmann::json{row->bounds().min, row->bounds().max}));
             EXPECT_EQ(item["default"], row->defaults[0]);
         }
     }

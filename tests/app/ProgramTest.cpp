@@ -5,8 +5,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <chrono>
+#include <set>
+#include <sstream>
 #include <thread>
 
 namespace orbel::app {
@@ -27,6 +30,20 @@ protected:
         const int code = start(arguments).wait();
         m_log = readBytes(m_folder / "log");
         return code;
+    }
+
+    /// A rendering that takes longer than any test, once it has begun to write.
+    [[nodiscard]] test::Process startLong(const std::string& film) const {
+        test::Process program = start(words({}, "render --size 640x360 --frames 0-100000",
+                                            {"--shape", "Basic Star", "-o", film}));
+        const std::string partial = film + ".part";
+        const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (
+            std::chrono::steady_clock::now() < patience &&
+            (!std::filesystem::exists(partial) || std::filesystem::file_size(partial) < 20'000)) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return program;
     }
 
     /// Whether there is anything beside the log.
@@ -83,6 +100,26 @@ TEST_F(ProgramTest, tellsWhereTheTimeWent) {
     EXPECT_THAT(m_log, Not(HasSubstr("5 frames in ")));
 }
 
+TEST_F(ProgramTest, tellsProgramsOneEventALine) {
+    EXPECT_EQ(run(words({}, "render --size 16x8 --frames 5-7 --progress json",
+                        {"-o", m_folder / "film.mkv"})),
+              EXIT_DONE);
+    std::istringstream lines(m_log);
+    std::string told;
+    for (std::string line; std::getline(lines, line);) {
+        const auto event = nlohmann::json::parse(line);
+        told += event["event"].get<std::string>() + " ";
+        if (event["event"] == "frame") {
+            told += std::to_string(event["frame"].get<long>()) + " ";
+        }
+    }
+    EXPECT_EQ(told, "start frame 5 frame 6 frame 7 end ");
+    EXPECT_EQ(run(words({}, "render --size 0x8 --progress json", {"-o", m_folder / "film.mkv"})),
+              EXIT_BAD_INPUT);
+    EXPECT_THAT(m_log, HasSubstr(R"("event":"problem")"));
+    EXPECT_THAT(m_log, HasSubstr(R"("state":"refused")"));
+}
+
 TEST_F(ProgramTest, writesNothingForBadInput) {
     struct Case {
         std::vector<std::string> arguments;
@@ -131,20 +168,50 @@ TEST_F(ProgramTest, keepsWhatWasFinishedWhenTheClipEnds) {
 
 TEST_F(ProgramTest, finishesTheFilmWhenInterrupted) {
     const std::string film = m_folder / "film.mkv";
-    const test::Process program = start(words({}, "render --size 640x360 --frames 0-100000",
-                                              {"--shape", "Basic Star", "-o", film}));
-    const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (std::chrono::steady_clock::now() < patience &&
-           (!std::filesystem::exists(film) || std::filesystem::file_size(film) < 20'000)) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    for (const auto& [signal, code] :
+         {std::pair{SIGINT, EXIT_INTERRUPTED}, std::pair{SIGTERM, EXIT_TERMINATED}}) {
+        const test::Process program = startLong(film);
+        EXPECT_FALSE(std::filesystem::exists(film));
+        program.signal(signal);
+        EXPECT_EQ(program.wait(), code);
+        EXPECT_THAT(readBytes(m_folder / "log"), HasSubstr("interrupted: frames 0 to "));
+        const auto reader = openMedia(film, 1);
+        ASSERT_TRUE(reader->properties().frameCount);
+        EXPECT_GT(*reader->properties().frameCount, 0);
+        EXPECT_NO_THROW(static_cast<void>(reader->readFrame(*reader->properties().frameCount - 1)));
+        std::filesystem::remove(film);
     }
-    program.interrupt();
-    EXPECT_EQ(program.wait(), EXIT_INTERRUPTED);
-    EXPECT_THAT(readBytes(m_folder / "log"), HasSubstr("interrupted: frames 0 to "));
-    const auto reader = openMedia(film, 1);
-    ASSERT_TRUE(reader->properties().frameCount);
-    EXPECT_GT(*reader->properties().frameCount, 0);
-    EXPECT_NO_THROW(static_cast<void>(reader->readFrame(*reader->properties().frameCount - 1)));
+}
+
+TEST_F(ProgramTest, sharesNoOutputAndLeavesNoHalfFilm) {
+    const std::string film = m_folder / "film.mkv";
+    const Arguments second = words({}, "render --size 64x36 --frames 0-2", {"-o", film});
+    writeBytes(film, "an older film");
+    const test::Process first = startLong(film);
+    std::filesystem::rename(m_folder / "log", m_folder / "first");
+    EXPECT_EQ(run(second), EXIT_TRY_AGAIN);
+    EXPECT_THAT(m_log, HasSubstr("film.mkv: another program is writing this output; "));
+    first.signal(SIGKILL);
+    EXPECT_EQ(first.wait(), -SIGKILL);
+    EXPECT_EQ(readBytes(film), "an older film");
+    EXPECT_EQ(run(second), EXIT_DONE);
+    EXPECT_EQ(openMedia(film, 1)->properties().frameCount, 3);
+    EXPECT_FALSE(std::filesystem::exists(film + ".part"));
+}
+
+TEST_F(ProgramTest, makesOneFilmWithAnyNumberOfThreads) {
+    for (const char* ending : {"mp4", "mov", "mkv"}) {
+        std::set<std::string> films;
+        for (const char* threads : {"1", "2", "7"}) {
+            const std::string film = m_folder / (std::string("film.") + ending);
+            EXPECT_EQ(run(words({}, "render --size 320x200 --frames 0-29",
+                                {"--shape", "Basic Star", "--animate", "End=0:0,29:100",
+                                 "--threads", threads, "-o", film})),
+                      EXIT_DONE);
+            films.insert(readBytes(film));
+        }
+        EXPECT_EQ(films.size(), 1U) << ending;
+    }
 }
 
 TEST_F(ProgramTest, rendersHostileShapesAsNoStroke) {

@@ -33,7 +33,7 @@ TEST(SceneOptions, describeAWholeScene) {
     options.frames = "2-59";
     options.format = "argb32f";
     options.set = {"Thickness=14", "Camera/Zoom=500", "Color=#00ff80", "7=0.25/-1",
-                   "Loop=on",      "41=On",           "35=2"};
+                   "Loop=On",      "41=On",           "35=2"};
     options.animate = {"End=0:0,45:100", "Camera/XY Position=0:0.5/0.5:ease,9:1/2"};
     const Scene scene = applied(options, {});
     EXPECT_EQ(constantOf(scene, PARAM_PRESETS)[0], 3);

@@ -1,3 +1,4 @@
+#include "tests/artwork/OutlineMeasures.h"
 #include "tests/artwork/ShippedShapes.h"
 
 #include "shapes/ShapeTable.h"
@@ -26,14 +27,13 @@ void forEachPoint(const PluginPath_Impl& path, const Visit& visit) {
     }
 }
 
-/// Degrees between the direction in which an outline arrives at a point and that in which it goes
-/// on.
-double turn(const Vx_PathVertex& arriving, const Vx_PathVertex& leaving) {
-    const double inX = arriving.x - arriving.tanInX;
-    const double inY = arriving.y - arriving.tanInY;
-    const double outX = leaving.tanOutX - leaving.x;
-    const double outY = leaving.tanOutY - leaving.y;
-    return std::abs(std::atan2(inX * outY - inY * outX, inX * outX + inY * outY)) * 180 / M_PI;
+/// A stated length or gap is what the file holds to within two in a hundred.
+void expectStated(double stated, double measured) {
+    if (std::isfinite(stated)) {
+        EXPECT_NEAR(measured, stated, 0.02 * stated + 0.1);
+    } else {
+        EXPECT_EQ(measured, stated);
+    }
 }
 
 TEST_P(ArtworkGeometry, holdsTheOutlinesThatAreMeant) {
@@ -61,18 +61,35 @@ TEST_P(ArtworkGeometry, endsEveryClosedOutlineWhereItBegan) {
     }
 }
 
-TEST_P(ArtworkGeometry, hasNoKinksWhereItIsMeantToBeSmooth) {
-    if (!GetParam().smooth) {
-        return;
+TEST_P(ArtworkGeometry, hasTheBendsAndGapsThatItStates) {
+    const PluginPath_Impl path = parsedShape(GetParam());
+    int corners = 0;
+    int swings = 0;
+    int turns = 0;
+    double area = 0;
+    double radius = std::numeric_limits<double>::infinity();
+    for (const Outline& outline : path.outlines()) {
+        const OutlineMeasures measures = measured(outline);
+        corners += measures.corners;
+        swings += measures.swings;
+        turns += measures.turns;
+        area += outline.isOpen ? 0 : measures.area;
+        radius = std::min(radius, measures.smallestRadius);
     }
+    EXPECT_EQ(corners, GetParam().corners);
+    EXPECT_EQ(swings, GetParam().swings);
+    EXPECT_EQ(turns, GetParam().turns);
+    EXPECT_NEAR(area / (512 * 512) * 100, GetParam().area, 0.0035 * GetParam().area + 0.05);
+    expectStated(GetParam().smallestRadius, radius);
+    expectStated(GetParam().smallestGap, smallestGap(path));
+}
+
+TEST_P(ArtworkGeometry, runsClockwiseAndIsCutAtItsExtremes) {
     const PluginPath_Impl path = parsedShape(GetParam());
     for (const Outline& outline : path.outlines()) {
-        for (std::size_t i = 1; i + 1 < outline.vertices.size(); ++i) {
-            EXPECT_LT(turn(outline.vertices[i], outline.vertices[i]), 0.5) << "vertex " << i;
-        }
-        if (!outline.isOpen) {
-            EXPECT_LT(turn(outline.vertices.back(), outline.vertices.front()), 0.5) << "closing";
-        }
+        const OutlineMeasures measures = measured(outline);
+        EXPECT_TRUE(outline.isOpen || measures.area > 0);
+        EXPECT_LT(measures.overhang, 1.0);
     }
 }
 

@@ -1,9 +1,10 @@
 #include "host/PluginHost.h"
 
-#include "tests/support/Pictures.h"
 #include "tests/support/TestHosts.h"
 
 #include <gtest/gtest.h>
+
+#include <cstring>
 
 namespace orbel {
 namespace {
@@ -28,36 +29,33 @@ TEST(PluginHost, whatNoHostAnswersIsLeftAlone) {
     EXPECT_EQ(b, -1);
 }
 
-TEST(PluginHost, fillClipsItsRectangleAndClearsEverythingWithoutOne) {
-    constexpr std::int16_t NO_RECT = 999;
-    struct Row {
-        Vx_Rect rect; // top, left, bottom, right
-        int cleared;
-    };
-    const Row rows[] = {
-        {{1, 2, 3, 4}, 4},
-        {{-5, -5, 2, 3}, 6},
-        {{4, 6, 100, 100}, 2},
-        {{0, 0, 5, 8}, 40},
-        {{3, 3, 3, 5}, 0},
-        {{3, 5, 4, 3}, 0},
-        {{9, 9, 12, 12}, 0},
-        {{-9, -9, -1, -1}, 0},
-        {{4, 2, 1, 6}, 0},
-        {{NO_RECT, 0, 0, 0}, 40},
-        {{-32768, -32768, 32767, 32767}, 40},
-    };
-    for (const RasterFormat format : test::RENDERED_FORMATS) {
-        for (const Row& row : rows) {
-            test::GuardedImage image(8, 5, format, {16, true});
-            test::paint(image.info(), [](int, int) { return test::Rgba{1, 1, 1, 1}; });
-            PluginRaster_MEMORY_Impl raster(image.info());
-            Vx_Rect rect = row.rect;
-            test::BareHost().fill(&raster, row.rect.top == NO_RECT ? nullptr : &rect);
-            EXPECT_EQ(test::alphaSum(image.info()), 40 - row.cleared) << rect.top << rect.left;
-            EXPECT_TRUE(image.guardsIntact());
-        }
-    }
+// The place of an operation in the table of virtual functions, as this ABI keeps it in a pointer to
+// a member.
+template<class Member>
+std::size_t slotOf(Member member) {
+    std::ptrdiff_t place[2];
+    static_assert(sizeof member == sizeof place);
+    std::memcpy(place, &member, sizeof place);
+    return static_cast<std::size_t>(place[0]) / sizeof(void*); // its lowest bit is a mark
+}
+
+// Binaries call by place: operations of old stay where they are, new ones follow the last.
+TEST(PluginHost, operationsKeepTheirSlots) {
+    EXPECT_EQ(slotOf(&Base::getOutputWidth), 0U);
+    EXPECT_EQ(slotOf(&Base::getInputRaster), 10U);
+    EXPECT_EQ(slotOf(&Base::getAEHost), 19U);
+    EXPECT_EQ(slotOf(&Base::getInputRasterInfo), 28U);
+    EXPECT_EQ(slotOf(&Base::maintainEvenSize), 53U);
+    EXPECT_EQ(slotOf(&Base::getTimeScale), 65U);
+    EXPECT_EQ(slotOf(&Base::getUserData), 71U);
+    EXPECT_EQ(slotOf(&Base::GetFixedFloatValue), 79U);
+    EXPECT_EQ(slotOf(&Base::progress), 87U);
+    EXPECT_EQ(slotOf(&Base::setCursor), 99U);
+    EXPECT_EQ(slotOf(&Base::setOutputRaster), 104U);
+    EXPECT_EQ(slotOf(&Base::ignoreNormalComposite), 121U);
+    EXPECT_EQ(slotOf(&Base::makeUpdateApi), 122U);
+    EXPECT_EQ(slotOf(&Base::getAlphaHandling), 123U);
+    EXPECT_EQ(slotOf(&Base::getShapeText), 124U);
 }
 
 TEST(PluginUpdate, renamesBeforeItEnables) {

@@ -40,11 +40,15 @@ TEST(MediaReader, AStillServesEveryIndexWithoutDecodingAgain) {
     EXPECT_EQ(reader->readFrame(0), reader->readFrame(1'000'000));
 }
 
-TEST(MediaReader, FrameZeroOfASequenceIsTheLowestNumber) {
+TEST(MediaReader, FrameZeroOfASequenceIsItsFirstFile) {
     const TestFolder folder;
     makeMedia(folder / "s-%04d.png", 98, 5);
     writeBytes(folder / "s-0007.png.part", "not of the sequence");
-    const auto reader = openMedia(folder / "s-%04d.png", 1);
+    const MediaError shifted = errorOf(folder / "s-%04d.png", 0);
+    EXPECT_THAT(shifted.what(), HasSubstr("s-0001.png (frame 0): the first file of the sequence"));
+    EXPECT_THAT(shifted.remedy(), HasSubstr("--first 98"));
+    EXPECT_THROW((void)openMedia(folder / "s-%04d.png", 1, 97), MediaError);
+    const auto reader = openMedia(folder / "s-%04d.png", 1, 98);
     EXPECT_EQ(reader->properties().frameCount, 5);
     TestRaster raster(RF_RGBA8, 48, 32, RowOrder::Tight);
     raster.fillNoise(101);
@@ -107,6 +111,28 @@ TEST(MediaReader, AGapInASequenceIsNamed) {
     EXPECT_EQ(error.file(), folder / "s-2.png");
     EXPECT_EQ(error.place(), "frame 1");
     EXPECT_THAT(error.what(), HasSubstr("missing"));
+}
+
+TEST(MediaReader, AWrongChecksumIsAnErrorThatNamesTheFrame) {
+    const TestFolder folder;
+    const TestRaster raster(RF_RGBA8, 128, 96, RowOrder::Tight); // smaller ones have no checksums
+    writeNoise(folder / "a.mkv", raster, specFor(raster), 0, 10);
+    std::string bytes = readBytes(folder / "a.mkv");
+    const std::size_t middle = bytes.size() / 2;
+    bytes[middle] = static_cast<char>(bytes[middle] ^ 1);
+    writeBytes(folder / "a.mkv", bytes);
+    const auto reader = openMedia(folder / "a.mkv", 3);
+    long index = 0;
+    try {
+        for (; index < 10; ++index) {
+            (void)reader->readFrame(index);
+        }
+        ADD_FAILURE() << "the damage went unnoticed";
+    } catch (const MediaError& error) {
+        EXPECT_TRUE(index > 3 && index < 7) << index;
+        EXPECT_EQ(error.place(), framePlace(index));
+        EXPECT_THAT(error.what(), HasSubstr("the clip is damaged here"));
+    }
 }
 
 TEST(MediaReader, SaysWhatCannotBeOpened) {

@@ -217,7 +217,7 @@ TEST(MediaWriter, MatroskaIsReadableWhileItIsWritten) {
         raster.fillNoise(static_cast<unsigned>(frame));
         writer->write(raster.info(), frame);
     }
-    std::filesystem::copy_file(folder / "a.mkv", folder / "crashed.mkv");
+    std::filesystem::copy_file(folder / "a.mkv.part", folder / "crashed.mkv");
     const auto reader = openMedia(folder / "crashed.mkv", 1);
     ASSERT_GE(reader->properties().frameCount.value_or(0), 20);
     raster.fillNoise(19);

@@ -26,7 +26,7 @@ protected:
         return data.path;
     }
 
-    test::BareHost m_host;
+    test::BareHost m_host{{.frame = 3}};
     Orbel_UserData m_slot;
 };
 
@@ -40,6 +40,8 @@ TEST_F(InstanceData, aPresetWinsOverAFileAndOtherIndicesFallBack) {
         EXPECT_EQ(read(), g_svgShapes[preset].file) << preset;
     }
     EXPECT_STREQ(m_slot.path, "/home/mine.svg");
+    m_host.parameters.setKeys(PARAM_PRESETS, {{2, {5}, Easing::Hold}, {3, {6}, Easing::Hold}});
+    EXPECT_EQ(read(), g_svgShapes[6].file);
 }
 
 TEST_F(InstanceData, aPresetsPathIsReadAsFormatTextButAFilesIsNot) {
@@ -82,14 +84,18 @@ TEST_F(InstanceData, aHostRecordAnswersInsteadOfTheSlot) {
         test::FakeFxPlugHost record;
         FXPLUGHost* getFXPLUGHost() override { return &record; }
     } host;
-    host.record.status = 7;
     host.setUserData(&m_slot);
     Orbel_UserData data;
     setUserDataPath(&data, "/project.svg");
-    EXPECT_EQ(setUserData(&host, &data), 7);
-    EXPECT_EQ(getUserData(&host, &data), 7);
-    EXPECT_STREQ(data.path, "/project.svg");
+    EXPECT_EQ(setUserData(&host, &data), 0);
+    EXPECT_EQ(host.record.path, "/project.svg");
     EXPECT_STREQ(m_slot.path, "/home/mine.svg");
+    host.record.path = "/other.svg";
+    EXPECT_EQ(getUserData(&host, &data), 0);
+    EXPECT_STREQ(data.path, "/other.svg");
+    host.record.preset = 2;
+    EXPECT_EQ(getUserData(&host, &data), 0);
+    EXPECT_STREQ(data.path, g_svgShapes[2].file);
 }
 
 TEST_F(InstanceData, pathsAreCutAndTheRestOfTheBufferIsZero) {

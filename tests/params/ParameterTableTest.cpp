@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <map>
 
 namespace orbel {
@@ -65,6 +66,46 @@ TEST(ParameterTable, everyFullNameFindsItsRowAlone) {
         if (row.isParameter()) {
             EXPECT_EQ(findParameters(fullName(row)), std::vector{&row}) << fullName(row);
         }
+    }
+}
+
+TEST(ParameterTable, legalValuesAreAcceptedAndOthersLimited) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    struct Row {
+        int id;
+        double value;
+        bool legal;
+        double limited;
+    };
+    const Row rows[] = {
+        {PARAM_THICKNESS, 0.2, true, 0.2},
+        {PARAM_THICKNESS, 0.19, false, 0.2},
+        {PARAM_THICKNESS, 1000, true, 1000},
+        {PARAM_THICKNESS, 1001, false, 1000},
+        {PARAM_THICKNESS, infinity, false, 1000},
+        {PARAM_THICKNESS, nan, false, 10},
+        {PARAM_ROTATION_X, -3600.5, false, -3600},
+        {PARAM_COLOR, 1.5, false, 1},
+        {PARAM_COLOR, nan, false, 1},
+        {PARAM_LOOP, 1, true, 1},
+        {PARAM_LOOP, 0.5, false, 0},
+        {PARAM_LOOP, 2, false, 0},
+        {PARAM_COMPRESS_TO_FIT, nan, false, 0},
+        {PARAM_STEP_ADJUST_METHOD, 0, true, 0},
+        {PARAM_STEP_ADJUST_METHOD, 2, false, 1},
+        {PARAM_STEP_ADJUST_METHOD, 0.5, false, 1},
+        {PARAM_STEP_ADJUST_METHOD, -1, false, 1},
+        {PARAM_TRANSFER_MODE, 17, true, 17},
+        {PARAM_PRESETS, 40, true, 40},
+        {PARAM_PRESETS, 41, false, 0},
+        {PARAM_POSITION_XY, -7, true, -7},
+        {PARAM_POSITION_XY, infinity, false, 0.5},
+    };
+    for (const Row& row : rows) {
+        const ParameterRow& parameter = *findParameter(row.id);
+        EXPECT_EQ(accepts(parameter, row.value), row.legal) << row.id << " " << row.value;
+        EXPECT_EQ(limited(parameter, row.value), row.limited) << row.id << " " << row.value;
     }
 }
 

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
+#include <string>
 #include <variant>
 
 namespace orbel {
@@ -72,7 +74,7 @@ TEST(RenderArguments, everyParameterArrivesInItsField) {
     }
 }
 
-TEST(RenderArguments, areReadInDeclaredOrderThroughTheHostsOwnReader) {
+TEST(RenderArguments, areReadThroughTheHostsOwnReader) {
     struct Host final : test::BareHost {
         test::FakeFxPlugHost record;
         FXPLUGHost* getFXPLUGHost() override { return &record; }
@@ -88,56 +90,93 @@ TEST(RenderArguments, areReadInDeclaredOrderThroughTheHostsOwnReader) {
     EXPECT_EQ(args.cameraY, 53.25);
     EXPECT_EQ(args.colorBlue, 3.5);
     EXPECT_TRUE(args.loop);
-
-    std::vector<int> declared;
-    for (const ParameterRow& row : parameterTable()) {
-        if (row.isParameter() && row.id != PARAM_SHAPE && row.id != PARAM_PRESETS) {
-            declared.push_back(row.id);
-        }
-    }
-    EXPECT_EQ(declared, expected);
 }
 
-class MuteHost final : public test::BareHost {
+/// Answers nothing, and notes which getter was asked for what, and when.
+class AskedHost final : public test::BareHost {
 public:
-    int GetFloatValue(int, int, const TimeObject&, double&) override { return 1; }
-    int GetAngleValue(int, int, const TimeObject&, double&) override { return 1; }
-    int GetIntValue(int, int, const TimeObject&, int&) override { return 1; }
-    int GetBoolValue(int, int, const TimeObject&, bool&) override { return 1; }
-    int GetPoint2DValue(int, int, const TimeObject&, double&, double&) override { return 1; }
-    int GetColorValue(int, int, const TimeObject&, double&, double&, double&) override { return 1; }
+    std::map<std::string, std::set<int>> asked;
+    std::set<double> times;
+
+    int GetFloatValue(int id, int, const TimeObject& at, double&) override {
+        return note("float", id, at);
+    }
+    int GetAngleValue(int id, int, const TimeObject& at, double&) override {
+        return note("angle", id, at);
+    }
+    int GetIntValue(int id, int, const TimeObject& at, int&) override {
+        return note("menu", id, at);
+    }
+    int GetBoolValue(int id, int, const TimeObject& at, bool&) override {
+        return note("toggle", id, at);
+    }
+    int GetPoint2DValue(int id, int, const TimeObject& at, double&, double&) override {
+        return note("point", id, at);
+    }
+    int GetColorValue(int id, int, const TimeObject& at, double&, double&, double&) override {
+        return note("color", id, at);
+    }
+
+private:
+    int note(const char* getter, int id, const TimeObject& at) {
+        asked[getter].insert(id);
+        times.insert(at.getTime());
+        return 1;
+    }
 };
 
+// Radians are made degrees by `GetAngleValue` alone, so that no angle may be read as a number.
+TEST(RenderArguments, eachParameterIsReadByTheGetterOfItsKind) {
+    AskedHost first;
+    RenderArguments args;
+    ParamsRetrieveValues(&first, &args);
+    EXPECT_EQ(first.asked["angle"], (std::set{9, 10, 11, 22, 23, 24, 56, 57, 58, 76}));
+    EXPECT_EQ(first.asked["menu"], (std::set{12, 35, 41, 60, 79}));
+    EXPECT_EQ(first.asked["toggle"], (std::set{15, 16, 36, 39, 52, 62, 66, 67, 78}));
+    EXPECT_EQ(first.asked["point"], (std::set{7, 53}));
+    EXPECT_EQ(first.asked["color"], std::set{3});
+    EXPECT_EQ(first.asked["float"].size(), std::size(ROWS) - 27);
+
+    AskedHost again;
+    HostParameterReader reader(&again, {1234, 100, 0});
+    readSampledArguments(reader, &args);
+    EXPECT_EQ(again.asked["angle"], (std::set{9, 10, 11, 22, 23, 24, 76}));
+    EXPECT_EQ(again.asked["point"], std::set{7});
+    EXPECT_EQ(again.asked["color"], std::set{3});
+    EXPECT_EQ(again.asked["float"],
+              (std::set{4,  5,  8,  17, 18, 19, 20, 21, 27, 28, 30, 31, 32, 34,
+                        37, 38, 50, 51, 61, 63, 64, 68, 69, 70, 71, 72, 73, 75}));
+    EXPECT_EQ(again.asked["menu"].size() + again.asked["toggle"].size(), 0U);
+    EXPECT_EQ(again.times, std::set{1234.0});
+}
+
 TEST(RenderArguments, fieldsThatCannotBeReadKeepWhatTheyHeld) {
-    MuteHost host;
+    AskedHost mute;
     RenderArguments args;
     for (const Row& row : ROWS) {
         for (const Field& field : row.fields) {
             std::visit([&](auto member) { args.*member = true; }, field);
         }
     }
-    EXPECT_EQ(ParamsRetrieveValues(&host, &args), 1);
+    EXPECT_EQ(ParamsRetrieveValues(&mute, &args), 1);
     for (const Row& row : ROWS) {
         for (const Field& field : row.fields) {
             EXPECT_EQ(valueOf(args, field), 1.0) << row.param;
         }
     }
+    EXPECT_EQ(GetMBlurValue(&mute), 1U);
 }
 
 TEST(RenderArguments, areReadAtTheCurrentTime) {
-    test::BareHost host;
-    host.parameters.setKeys(PARAM_ROTATION_Z, {{-1, {90}, Easing::Hold}, {0, {45}, Easing::Hold}});
+    test::BareHost host({.frame = 2.567});
+    EXPECT_EQ(host.getCurrentTime(), 256);
+    const std::vector<Keyframe> steps{{0, {0}, Easing::Hold}, {2.56, {1}, Easing::Hold}};
+    host.parameters.setKeys(PARAM_MOTION_BLUR, steps);
+    host.parameters.setKeys(PARAM_ROTATION_Z, steps);
     RenderArguments args;
     ParamsRetrieveValues(&host, &args);
-    EXPECT_EQ(args.rotationZ, 45.0);
-}
-
-TEST(RenderArguments, motionBlurIsOnWhenTheHostDoesNotSay) {
-    MuteHost mute;
-    EXPECT_EQ(GetMBlurValue(&mute), 1U);
-    test::BareHost host;
-    EXPECT_EQ(GetMBlurValue(&host), 0U);
-    host.parameters.set(PARAM_MOTION_BLUR, 1.0);
+    EXPECT_EQ(args.rotationZ, 1.0);
+    EXPECT_EQ(args.motionBlur, 1);
     EXPECT_EQ(GetMBlurValue(&host), 1U);
 }
 

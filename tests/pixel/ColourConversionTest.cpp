@@ -48,6 +48,29 @@ TEST(ColourConversion, ValueModelBack) {
                 1e-6F);
 }
 
+TEST(ColourConversion, LumaModel) {
+    expectTable(rgb2hsl,
+                {{{{1, 0, 0}, {0, 1, 0.299F}}},
+                 {{{0, 1, 0.5F}, {2.5F, 1, 0.644F}}},
+                 {{{0.5F, 0, 1}, {4.5F, 1, 0.2635F}}},
+                 {{{1, 0, 0.5F}, {5.5F, 1, 0.356F}}},
+                 {{{0.4F, 0.2F, 0.2F}, {0, 1 / 3.0F, 0.2598F}}},
+                 {{{0.9F, 0.5F, 0.5F}, {0, 0.25F, 0.6196F}}}, // over 2 - delta
+                 // below a ten-thousandth: black, and grey
+                 {{{9.9e-5F, 0, 0}, {0, 0, 0}}},
+                 {{{1.01e-4F, 0, 0}, {0, 1, 3.02e-5F}}},
+                 {{{0.5F, 0.5F, 0.49991F}, {0, 0, 0.49999F}}},
+                 {{{0.3F, 0.29989F, 0.29989F}, {0, 1.1e-4F / 0.59989F, 0.29992F}}}},
+                2e-5F);
+    expectTable(hsl2rgb,
+                {{{{0, 1, 0.299F}, {1, 0, 0}}},
+                 {{{2.5F, 1, 0.644F}, {0, 1, 0.5F}}},
+                 {{{5.5F, 1, 0.356F}, {1, 0, 0.5F}}},
+                 {{{3, 0, 0.25F}, {0.25F, 0.25F, 0.25F}}},
+                 {{{0, 1, 0.6495F}, {1, 0.5F, 0.5F}}}}, // lightened
+                1e-5F);
+}
+
 TEST(ColourConversion, WildInputIsHarmless) {
     const float infinity = std::numeric_limits<float>::infinity();
     const std::array wild{std::nanf(""), infinity, -infinity, 1e30F, -1e30F, -0.5F, 0.0F, 1.0F};

@@ -26,6 +26,13 @@ static_assert(isFormat<PIXEL_RGBA16, unsigned short, double, float, 0, 3>());
 static_assert(isFormat<PIXEL_ARGB32, float, double, float, 1, 0>());
 static_assert(isFormat<PIXEL_RGBA32, float, double, float, 0, 3>());
 
+// Cut off where they are on purpose.
+static_assert(PIXEL_ARGB8::RECIP_VALUE() == 0.003921568627);
+static_assert(PIXEL_ARGB16::RECIP_VALUE() == 1.52590219e-05);
+static_assert(PIXEL_ARGB32::RECIP_VALUE() == 1.0);
+static_assert(PIXEL_ARGB8::halfRoundPixel() == 0.5F && PIXEL_ARGB16::halfRoundPixel() == 0.5F &&
+              PIXEL_ARGB32::halfRoundPixel() == 0.0F);
+
 template<typename P>
 class EightBitTraits : public testing::Test {};
 using EightBit = testing::Types<PIXEL_ARGB8, PIXEL_RGBA8>;

@@ -3,6 +3,7 @@
 #include "pixel/ColourOps.h"
 #include "pixel/TraitsByFormat.h"
 #include "render/RenderDispatch.h"
+#include "tests/support/AccelerationSettings.h"
 #include "tests/support/Scene.h"
 
 #include <gtest/gtest.h>
@@ -96,6 +97,33 @@ TEST(AlphaHandling, aStraightPictureUnderNothingDrawnComesThroughUntouched) {
         const Frame before(scene);
         EXPECT_TRUE(test::samePicture(frame.picture(), before.input.info(), 0.0));
         EXPECT_TRUE(test::samePicture(frame.input.info(), before.input.info(), 0.0));
+    }
+}
+
+// Whoever drops the alpha of a straight layer must not see the stroke's colour all over.
+TEST(AlphaHandling, aStraightPictureHidesNoColourButWhatItCameWith) {
+    const test::AccelerationSettings settings;
+    for (const int level : {0, settings.level()}) {
+        setAccelerationLevel(level);
+        for (Scene& scene : scenes()) {
+            scene.settings.alpha = {SourceAlpha::Straight, OutputAlpha::Straight};
+            const Frame frame(scene);
+            test::setPixel(frame.input.info(), scene.width - 1, 0, {0.6, 0.2, 0.4, 0.0});
+            test::PlainHost host(&scene, frame);
+            ASSERT_EQ(Render(&host), 0);
+            ParameterValue mode{};
+            scene.parameters.evaluate(PARAM_TRANSFER_MODE, 0, mode);
+            for (int i = 0; i < scene.width * scene.height; ++i) {
+                const int x = i % scene.width;
+                const int y = i / scene.width;
+                const test::Rgba came = test::pixelAt(frame.input.info(), x, y);
+                const test::Rgba pixel = test::pixelAt(frame.picture(), x, y);
+                const bool kept = mode[0] > 0.0 && came[3] == 0.0;
+                if (pixel[3] == 0.0) {
+                    ASSERT_EQ(pixel, kept ? came : test::Rgba{}) << x << "," << y;
+                }
+            }
+        }
     }
 }
 

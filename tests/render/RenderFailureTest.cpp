@@ -57,6 +57,12 @@ TEST_F(RenderFailure, onlyBlurNeedsASampleRaster) {
 
 TEST_F(RenderFailure, exhaustedMemoryEndsTheFrame) {
     EXPECT_EQ(renderWith([](Host& host) { host.memoryFails = true; }), 1);
+    EXPECT_EQ(renderWith([](Host& host) { host.lockFails = true; }), 1);
+}
+
+TEST_F(RenderFailure, rastersThatNobodyCanDescribeEndTheFrame) {
+    EXPECT_EQ(renderWith([](Host& host) { host.recordsMissing = true; }), 1);
+    EXPECT_EQ(test::alphaSum(m_frame.picture()), 0.0);
 }
 
 TEST_F(RenderFailure, anExceptionEndsTheFrameAndTheLockIsFree) {

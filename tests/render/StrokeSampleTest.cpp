@@ -41,7 +41,7 @@ protected:
         const StrokeFrame frame(&host);
         FrameChords chords(&host);
         m_renderer.spans = 0;
-        const int result = drawSample(frame, frame.now, 0, m_renderer, &chords);
+        const int result = drawSample(frame, frame.args, 0, m_renderer, &chords);
         EXPECT_EQ(m_path.checkedOut, 0);
         return result;
     }

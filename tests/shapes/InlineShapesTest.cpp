@@ -69,7 +69,7 @@ TEST_F(InlineShapes, standInForAFileThatCannotBeRead) {
         PluginHost_MEMORY_Impl host({}, {}, &parameters, {});
         Orbel_UserData data;
         setUserDataPath(&data, path.c_str());
-        data.svg = svg;
+        host.setShapeText(svg);
         host.setUserData(&data);
         return static_cast<PluginPath_Impl*>(getSVGShape(&host))->outlines().size();
     };

@@ -52,14 +52,16 @@ TEST(PathModel, identifiersAreOneBasedAtCheckoutOnly) {
     EXPECT_EQ(shape.CheckinPath(nullptr, 1, true, nullptr), 0);
 }
 
-TEST(PathModel, aNullOutlineIsAnError) {
-    PluginPath_Impl shape;
+TEST(PathModel, whatIsNotThereIsAnError) {
+    PluginPath_Impl shape = shapeOf({{corner(1, 1)}, true});
     bool open = false;
     long count = 0;
     Vx_PathVertex vertex{};
     EXPECT_EQ(shape.PathIsOpen(nullptr, nullptr, &open), 1);
     EXPECT_EQ(shape.PathNumSegments(nullptr, nullptr, &count), 1);
     EXPECT_EQ(shape.PathVertexInfo(nullptr, nullptr, 0, &vertex), 1);
+    EXPECT_EQ(shape.PathVertexInfo(nullptr, checkout(shape, 1), -1, &vertex), 1);
+    EXPECT_EQ(shape.PathVertexInfo(nullptr, checkout(shape, 1), 1, &vertex), 1);
 }
 
 TEST(PathModel, segmentsFollowFromVerticesAndOpenness) {
@@ -78,13 +80,6 @@ TEST(PathModel, segmentsFollowFromVerticesAndOpenness) {
         EXPECT_EQ(segments, c.segments);
         EXPECT_EQ(open, c.open);
     }
-}
-
-TEST(PathModel, aVertexOutOfRangeIsAnError) {
-    PluginPath_Impl shape = shapeOf({{corner(1, 1)}, true});
-    Vx_PathVertex vertex{};
-    EXPECT_EQ(shape.PathVertexInfo(nullptr, checkout(shape, 1), -1, &vertex), 1);
-    EXPECT_EQ(shape.PathVertexInfo(nullptr, checkout(shape, 1), 1, &vertex), 1);
 }
 
 struct OutputCase {

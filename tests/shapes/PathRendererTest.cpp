@@ -12,8 +12,8 @@ using test::Vertices;
 
 Outline draw(const std::string& data) {
     PluginPath_Impl shape;
-    path_renderer renderer(nullptr);
-    path_tokenizer tokenizer(nullptr);
+    path_renderer renderer;
+    path_tokenizer tokenizer;
     renderer.setPath(&shape);
     tokenizer.set_path_str(data.c_str());
     renderer.begin_path();
@@ -104,7 +104,7 @@ TEST(PathRenderer, closesWithAndWithoutAVertex) {
     EXPECT_FALSE(draw("M 0 0 L 1 0 Z L 1 1").isOpen);
 
     PluginPath_Impl shape;
-    path_renderer renderer(nullptr);
+    path_renderer renderer;
     renderer.setPath(&shape);
     renderer.begin_path();
     renderer.close_subpath(true); // nothing to close
@@ -117,8 +117,8 @@ TEST(PathRenderer, closesWithAndWithoutAVertex) {
 
 TEST(PathRenderer, everyPathStartsAfresh) {
     PluginPath_Impl shape;
-    path_renderer renderer(nullptr);
-    path_tokenizer tokenizer(nullptr);
+    path_renderer renderer;
+    path_tokenizer tokenizer;
     renderer.setPath(&shape);
     for (const char* data : {"M 1 1 C 2 2 3 3 4 4 z", "l 1 0 0 1"}) {
         renderer.begin_path();
@@ -131,7 +131,7 @@ TEST(PathRenderer, everyPathStartsAfresh) {
 }
 
 TEST(PathRenderer, withoutATargetOutlinesAreDropped) {
-    path_renderer renderer(nullptr);
+    path_renderer renderer;
     renderer.begin_path();
     renderer.line_to(1, 1, false);
     renderer.remove_all();
@@ -140,7 +140,7 @@ TEST(PathRenderer, withoutATargetOutlinesAreDropped) {
 
 TEST(PathRenderer, takesOnlySoManyVertices) {
     PluginPath_Impl shape;
-    path_renderer renderer(nullptr);
+    path_renderer renderer;
     renderer.setPath(&shape);
     renderer.begin_path();
     for (std::size_t i = 0; i != path_renderer::maxParts; ++i) {

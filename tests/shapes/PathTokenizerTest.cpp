@@ -15,7 +15,7 @@ using Token = std::pair<char, double>;
 using Tokens = std::vector<Token>;
 
 Tokens tokensOf(const std::string& text) {
-    path_tokenizer tokenizer(nullptr);
+    path_tokenizer tokenizer;
     tokenizer.set_path_str(text.c_str());
     Tokens tokens;
     while (tokenizer.next()) {

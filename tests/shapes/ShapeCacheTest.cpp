@@ -8,8 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <thread>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -76,6 +80,12 @@ TEST_F(ShapeCache, aPathWithPercentSignsIsReadAndFoundAgain) {
     EXPECT_EQ(instance.shape()->outlines().size(), 3U);
     ASSERT_EQ(g_cacheShapes.size(), 1U);
     EXPECT_EQ(g_cacheShapes[0]->name, pathOf("50% .svg"));
+    // One that reads alike as format text is another file, and stays one.
+    Instance other(write("50%% .svg", 4));
+    EXPECT_EQ(other.shape()->outlines().size(), 4U);
+    EXPECT_EQ(instance.shape()->outlines().size(), 3U);
+    EXPECT_EQ(findStokeCache(pathOf("50%% .svg").c_str())->path.outlines().size(), 4U);
+    EXPECT_EQ(findStokeCache(pathOf("50% .svg").c_str()), nullptr);
 }
 
 TEST_F(ShapeCache, aPathOf1023BytesIsKeptWhole) {
@@ -124,6 +134,28 @@ TEST_F(ShapeCache, aChangedFileIsReadAgainOnlyAfterAFlush) {
     EXPECT_EQ(instance.shape()->outlines().size(), 5U);
     fs::remove(pathOf("a.svg"));
     EXPECT_TRUE(instance.shape()->outlines().empty());
+}
+
+// Whoever draws holds the lock, and no shape may come or go meanwhile.
+TEST_F(ShapeCache, nobodyAsksOrFlushesWhileTheLockIsHeld) {
+    Instance instance(write("a.svg", 1));
+    const std::pair<const char*, std::function<void()>> calls[] = {
+        {"ask", [&] { static_cast<void>(instance.shape()); }}, {"flush", flushStrokeCache}};
+    for (const auto& [name, call] : calls) {
+        std::atomic<bool> done = false;
+        std::thread other;
+        {
+            const Stroke_CSLock lock(&g_globalCritSection);
+            other = std::thread([&, work = call] {
+                work();
+                done = true;
+            });
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            EXPECT_FALSE(done) << name;
+        }
+        other.join();
+        EXPECT_TRUE(done) << name;
+    }
 }
 
 TEST_F(ShapeCache, severalThreadsMayAskAtOnce) {

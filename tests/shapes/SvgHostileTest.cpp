@@ -118,14 +118,6 @@ TEST(HostileSvg, numbersThatAreNoneReachTheVerticesAsTheyAre) {
     shape.normalize();
 }
 
-TEST(HostileSvg, rotationsAndTheirKindDoNotHang) {
-    const std::string functions = "rotate(1) scale(2) skewX(3) skewY(4)";
-    EXPECT_EQ(
-        outlinesOf("<g transform='" + functions + "'><line transform='" + functions + "'/></g>")
-            .size(),
-        1U);
-}
-
 TEST(SvgCorpus, everyFileIsReadWithoutHarm) {
     const std::filesystem::path folder = ORBEL_SOURCE_DIR "/fuzz/corpus/svg";
     int count = 0;

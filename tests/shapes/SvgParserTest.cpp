@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
-#include <cmath>
 #include <filesystem>
 #include <stdexcept>
 
@@ -78,29 +76,11 @@ TEST(SvgParser, aRoundElementWithoutARadiusIsNothing) {
                     .empty());
 }
 
-TEST(SvgParser, outlinesStandInTheOrderOfTheFile) {
-    const auto outlines = outlinesOf(R"(<path d="M 1 1 C 2 2 3 3 4 4"/><line x2="1"/><circle r="2"/>
-                                        <rect width="1" height="1"/>)");
-    ASSERT_EQ(outlines.size(), 4U);
-    EXPECT_EQ(outlines[1].vertices[0], Vx_PathVertex{});
-    EXPECT_EQ(outlines[2].vertices.size(), 3U);
-    EXPECT_EQ(outlines[3].vertices.size(), 4U);
-}
-
 TEST(SvgParser, aPathInsideAPathIsIgnoredUntilOneOfThemEnds) {
     EXPECT_EQ(outlinesOf("<path d='M 1 1 L 2 2'><path d='M 3 3 L 4 4'/></path>").size(), 1U);
     // The end of the inner path counts as that of the outer one: this is meant.
     EXPECT_EQ(outlinesOf("<path><path/><path/></path>").size(), 2U);
     EXPECT_EQ(outlinesOf("<path><rect/></path>").size(), 2U);
-}
-
-TEST(SvgParser, numbersAreReadInTheDotNotationEverywhere) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    std::setlocale(LC_ALL, "de_DE.UTF-8"); // where it is installed
-    const auto outlines = outlinesOf("<line x1='1.5' x2='2.5'/><path d='M0.5 0L1.25 0'/>");
-    std::setlocale(LC_ALL, before.c_str());
-    EXPECT_EQ(outlines[0].vertices[0].x, 1.5);
-    EXPECT_EQ(outlines[1].vertices[1].x, 1.25);
 }
 
 TEST(SvgParser, collectsTheTitle) {

@@ -10,7 +10,7 @@ set(core "(${seam}|(pixel|shapes|params|render)/.+)")
 set(may_host "${seam}")
 set(may_pixel "(pixel/.+|${seam})")
 set(may_shapes "(shapes/.+|${seam})")
-set(may_params "(params/.+|${seam}|shapes/(ShapeTable|FormatText)[.]h)")
+set(may_params "(params/.+|${seam}|shapes/(ShapeTable|FormatText)[.]h|pixel/TransferCodes[.]h)")
 set(may_render "${core}")
 set(may_scene "(scene/.+|doors/memory/.+|${core})")
 set(may_media "(media/.+|pixel/.+|${seam})")
@@ -29,7 +29,10 @@ set(may_tools "(tools/.+|${films})")
 # The shape cache keeps its entries for an effect instance, so it alone knows instance data.
 set(may_shapes_ShapeCache "(shapes/.+|${seam}|params/InstanceData[.]h)")
 
-# A plug-in that takes scenes renders them through the in-memory host.
+# Plug-ins hold their own pictures as the in-memory host does; one that takes scenes renders them
+# through it.
+set(may_doors_ofx "(doors/(ofx|memory)/.+|${core})")
+set(may_doors_fxplug "(doors/(fxplug|memory)/.+|${core})")
 set(may_doors_frei0r "(doors/(frei0r|memory)/.+|scene/.+|${core})")
 
 # System headers of the core: the C++ library, the XML parser, what opens a file, vectors and

@@ -14,6 +14,8 @@ public:
         setAccelerationLevel(m_level);
         setRenderThreads(m_threads);
     }
+    /// The level when the test began.
+    [[nodiscard]] int level() const { return m_level; }
 
 private:
     int m_level = accelerationLevel();

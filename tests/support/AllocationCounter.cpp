@@ -10,6 +10,7 @@ namespace {
 
 std::atomic<std::size_t> g_live = 0;
 std::atomic<std::size_t> g_peak = 0;
+std::atomic<long> g_untilFailure = -1; // none while negative
 
 void* counted(void* memory) {
     if (memory == nullptr) {
@@ -35,6 +36,9 @@ std::size_t alignedSize(std::size_t size, std::align_val_t alignment) {
 } // namespace
 
 void* operator new(std::size_t size) {
+    if (g_untilFailure >= 0 && g_untilFailure-- == 0) {
+        throw std::bad_alloc();
+    }
     return counted(std::malloc(size == 0 ? 1 : size));
 }
 
@@ -82,6 +86,10 @@ std::size_t AllocationCounter::restart() {
 
 std::size_t AllocationCounter::peak() {
     return g_peak;
+}
+
+void AllocationCounter::failOnce(long later) {
+    g_untilFailure = later;
 }
 
 } // namespace orbel::test

@@ -46,7 +46,7 @@ public:
         }
     }
 
-    void interrupt() const { kill(m_process, SIGINT); }
+    void signal(int number) const { kill(m_process, number); }
 
     /// The exit code; a signal's number, negative, when one ended it.
     [[nodiscard]] int wait() const {

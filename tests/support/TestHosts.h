@@ -16,8 +16,24 @@ namespace orbel::test {
 /// A host without pictures: maths, time and parameters.
 class BareHost : public PluginHost_MEMORY_Impl {
 public:
-    BareHost() : PluginHost_MEMORY_Impl(RasterInfo{}, RasterInfo{}, &parameters, {}) {}
+    explicit BareHost(const MemoryHostSettings& settings = {})
+        : PluginHost_MEMORY_Impl(RasterInfo{}, RasterInfo{}, &parameters, settings) {}
     ParameterStore parameters;
+};
+
+/// A raster that cannot say what it is over.
+class SilentRaster final : public PluginRaster_API {
+public:
+    int getWidth() override { return 4; }
+    int getHeight() override { return 4; }
+    PixelType getPixelType() override { return PIXEL_TYPE_8; }
+    int getRowBytes() override { return 16; }
+    AERaster* getAERaster() override { return nullptr; }
+    AVX1Raster* getAVX1Raster() override { return nullptr; }
+    AVX2Raster* getAVX2Raster() override { return nullptr; }
+    FXPLUGRaster* getFXPLUGRaster() override { return nullptr; }
+    SPARKRaster* getSPARKRaster() override { return nullptr; }
+    void setHost(PluginHost_API*) override {}
 };
 
 /// A host that keeps book of its rasters and warnings and can be told to fail.
@@ -34,6 +50,8 @@ public:
     bool outputMissing = false;
     bool allocFails = false;
     bool memoryFails = false;
+    bool lockFails = false;
+    bool recordsMissing = false; ///< of the rasters handed out
     bool mathsThrows = false;
     long abortAtCall = 1L << 40; ///< `progress` answers 42 from this call on
     long progressCalls = 0;
@@ -62,12 +80,19 @@ public:
     void* allocMemory(int bytes) override {
         return memoryFails ? nullptr : PluginHost_MEMORY_Impl::allocMemory(bytes);
     }
+    void* lockMemory(void* memory) override {
+        return lockFails ? nullptr : PluginHost_MEMORY_Impl::lockMemory(memory);
+    }
     using PluginHost_MEMORY_Impl::math_atan2;
     double math_atan2(double y, double x) override {
         return mathsThrows ? throw std::runtime_error("maths") : std::atan2(y, x);
     }
 
 private:
+    PluginRaster_API* makeRaster(const RasterInfo& info, PixelOwner owner) override {
+        return recordsMissing ? new SilentRaster
+                              : PluginHost_MEMORY_Impl::makeRaster(info, std::move(owner));
+    }
     PluginRaster_API* hold(PluginRaster_API* raster) {
         held.insert(raster);
         return raster;
@@ -116,18 +141,14 @@ class FakeFxPlugHost final : public FXPLUGHost, private ParameterReader {
 public:
     std::vector<int> asked; ///< identifiers in the order in which they were read
     std::string path;
-    int status = 0;
+    int preset = 0;
+    int cameraStatus = 0;
 
     ParameterReader& reader() override { return *this; }
-    int readUserData(Orbel_UserData* data) override {
-        setUserDataPath(data, path.c_str());
-        return status;
-    }
-    int writeUserData(const Orbel_UserData* data) override {
-        path = data->path;
-        return status;
-    }
-    int cameraMatrix(long, long, Vx_Matrix4*, double*) override { return status; }
+    int readPreset() override { return preset; }
+    void readShapeFile(Orbel_UserData* data) override { setUserDataPath(data, path.c_str()); }
+    void writeShapeFile(const Orbel_UserData* data) override { path = data->path; }
+    int cameraMatrix(long, long, Vx_Matrix4*, double*) override { return cameraStatus; }
 
 private:
     void readFloat(int param, double& value) override { value = ask(param); }

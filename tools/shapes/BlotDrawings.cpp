@@ -41,14 +41,19 @@ Outline drawn(const Clover& c) {
     return outline;
 }
 
-/// The big blot in the middle, the small ones round it, clockwise.
+/// The big blot in the middle, the small ones round it, clockwise; each lies as near to the big one
+/// as to its two neighbours.
 std::vector<Outline> geometricBlots() {
     const Clover blots[] = {
-        {{0, 0}, 5, 28, 16, 12, 0},      {{6, -77}, 2, 15, 13, 14, 66},
-        {{68, -56}, 3, 15, 14, 10, 20},  {{80, 13}, 2, 14, 11, 12, 12},
-        {{56, 70}, 4, 17, 13, 9, 22},    {{-10, 80}, 2, 16, 13, 14, 108},
-        {{-70, 56}, 3, 16, 14, 11, -14}, {{-80, -10}, 2, 13, 11, 11, 160},
-        {{-60, -68}, 4, 16, 12, 8, 10},
+        {{0, 0}, 5, 30, 17, 13, 0},
+        {{5.90, -84.36}, 2, 14, 13.5, 14, 40},
+        {{53.86, -57.38}, 3, 17, 14.5, 11, 40},
+        {{84.02, -9.14}, 2, 14.5, 13, 14, 62},
+        {{66.62, 55.15}, 4, 18, 13.5, 10, 0},
+        {{12.23, 81.26}, 2, 14, 13.5, 14, -8},
+        {{-45.08, 73.85}, 3, 17, 14.5, 11, -10},
+        {{-68.59, 5.43}, 2, 15, 13, 15, -28},
+        {{-59.81, -60.49}, 4, 18, 13.5, 10, -10},
     };
     std::vector<Outline> outlines;
     for (const Clover& blot : blots) {
@@ -57,10 +62,11 @@ std::vector<Outline> geometricBlots() {
     return outlines;
 }
 
+/// A bean: one lobe larger than the other, and a hollow between them.
 Outline kidney() {
-    const Point points[] = {{-26, -70}, {30, -58}, {72, -20}, {78, 36},  {42, 68},
-                            {10, 40},   {-22, 8},  {-66, -2}, {-78, -40}};
-    return flowClosed(points);
+    const Point points[] = {{48, -64}, {100, -6}, {66, 54},   {-6, 76},
+                            {-78, 46}, {-94, -6}, {-54, -42}, {-6, -32}};
+    return mapped(flowClosed(points), [](Point p) { return turned(p, -24); });
 }
 
 struct Finger {
@@ -70,12 +76,12 @@ struct Finger {
     double bulb; ///< radius of its end
 };
 
-/// Paint thrown at a wall: fingers of every length and thickness out of one puddle.
+/// Paint thrown at a wall: a big puddle, and fingers of every length and thickness out of it.
 Outline splat() {
-    const Finger fingers[] = {{4, 98, 4.4, 9},    {33, 72, 6, 7},      {60, 92, 4, 7.5},
-                              {92, 74, 7, 9},     {124, 104, 4.2, 9},  {152, 68, 6, 6.5},
-                              {178, 88, 5.4, 10}, {209, 68, 6, 7},     {238, 98, 4, 8},
-                              {268, 74, 7, 9},    {299, 96, 4.6, 9.5}, {331, 70, 6, 7}};
+    const Finger fingers[] = {{6, 110, 6, 10},    {36, 87, 8, 9},    {62, 102, 6, 9},
+                              {101, 86, 10, 11},  {133, 114, 7, 12}, {160, 87, 7, 8},
+                              {187, 98, 8, 11.5}, {225, 106, 6, 10}, {252, 86, 8, 8.5},
+                              {285, 97, 9, 12.5}, {318, 104, 6, 9},  {342, 87, 6.5, 7.5}};
     const std::size_t count = std::size(fingers);
     std::vector<Point> points;
     for (std::size_t i = 0; i < count; ++i) {
@@ -83,41 +89,39 @@ Outline splat() {
         const auto place = [&](double out, double aside) {
             return turned({aside, -out}, f.degrees);
         };
-        const double neckAt = 0.62 * f.length + 6;
-        points.push_back(place(neckAt, -f.neck));
-        points.push_back(place(f.length - f.bulb, -f.bulb));
+        const double bulbAt = f.length - f.bulb;
+        const double neckAt = bulbAt - 0.3 * (bulbAt - 50);
         points.push_back(place(f.length, 0));
-        points.push_back(place(f.length - f.bulb, f.bulb));
+        points.push_back(place(bulbAt, f.bulb));
         points.push_back(place(neckAt, f.neck));
         const double next = fingers[(i + 1) % count].degrees + (i + 1 == count ? 360 : 0);
-        points.push_back(onClock({}, i % 2 == 0 ? 46 : 50, (f.degrees + next) / 2));
+        points.push_back(onClock({}, 78 - 0.36 * (next - f.degrees), (f.degrees + next) / 2));
+        const Finger& g = fingers[(i + 1) % count];
+        const double nextBulb = g.length - g.bulb;
+        points.push_back(turned({-g.neck, 0.3 * (nextBulb - 50) - nextBulb}, g.degrees));
+        points.push_back(turned({-g.bulb, -nextBulb}, g.degrees));
     }
     return flowClosed(points);
 }
 
-/// A drop on its way out, its tail towards the middle.
-Outline drop(double degrees, double distance, double size) {
-    const auto place = [&](double out, double aside) {
-        return turned({aside * size, -distance - out * size}, degrees);
-    };
-    Outline outline{place(-2.1, 0), {}, false};
-    const Point around[] = {place(0, -1), place(1, 0), place(0, 1), outline.start};
-    flowOn(&outline, around, {turned({-0.3, -1}, degrees), turned({-0.3, 1}, degrees)});
-    outline.close();
-    return outline;
+/// A drop on its way out, the longer the faster.
+Outline drop(double degrees, double distance, double size, double stretch) {
+    return mapped(circle({}, size), [&](Point p) {
+        return turned({p.x, p.y * stretch - distance}, degrees);
+    });
 }
 
 std::vector<Outline> wildSplat() {
     return {splat(),
-            drop(4, 119, 4.5),
-            drop(45, 92, 4.2),
-            drop(76, 101, 3.4),
-            drop(140, 96, 3.4),
-            drop(164, 92, 4.2),
-            drop(223, 92, 4.4),
-            drop(238, 118, 3.6),
-            drop(283, 98, 4.2),
-            drop(316, 94, 3.6)};
+            drop(7, 130, 6, 1.5),
+            drop(48.5, 101, 5, 1.1),
+            drop(62, 120, 5.5, 1.3),
+            drop(82, 96, 5.5, 1),
+            drop(133.5, 135, 6.5, 1.5),
+            drop(207, 100, 5, 1.1),
+            drop(225.5, 126, 6, 1.4),
+            drop(268, 100, 5.5, 1.1),
+            drop(318.5, 122, 5, 1.4)};
 }
 
 } // namespace

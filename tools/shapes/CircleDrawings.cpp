@@ -26,28 +26,37 @@ std::vector<Outline> concentricCircles() {
     return rings;
 }
 
-/// Circles set like the seeds of a sunflower, growing outwards: no two touch, no direction is
-/// preferred.
+/// Seven circles, and rings about them that grow outwards as they must to stay equally close to one
+/// another; every ring stands in the gaps of the one inside it.
 std::vector<Outline> lotsOfCircles() {
-    constexpr int COUNT = 52;
-    constexpr double GOLDEN = 137.50776405;
-    std::vector<Outline> circles;
-    for (int i = 0; i < COUNT; ++i) {
-        const double distance = std::pow((i + 0.5) / COUNT, 0.62);
-        circles.push_back(circle(onClock({}, 100 * distance, GOLDEN * i), 3.4 + 7.6 * distance));
+    constexpr int RINGS = 3;
+    constexpr int TO_A_RING = 12;
+    constexpr double FULL = 0.68;
+    const double growth = std::exp(PI / TO_A_RING * std::sqrt(3.0));
+    const double smallest = FULL * std::sin(PI / TO_A_RING);
+    std::vector<Outline> circles{circle({}, smallest)};
+    for (int i = 0; i < 6; ++i) {
+        circles.push_back(circle(onClock({}, 0.5, 60.0 * i), smallest));
+    }
+    for (int ring = 0; ring < RINGS; ++ring) {
+        const double size = std::pow(growth, ring);
+        for (int i = 0; i < TO_A_RING; ++i) {
+            const double degrees = 360.0 / TO_A_RING * (i + (ring + 1) % 2 * 0.5);
+            circles.push_back(circle(onClock({}, size, degrees), size * smallest));
+        }
     }
     return circles;
 }
 
-/// Two arcs between the same two tips.
+/// Two arcs between the same two tips: from the lower one up the back, and down the hollow.
 Outline moon() {
     constexpr double SHADOW = 82;
     const Point centre{46, 0};
     const double along = (100 * 100 - SHADOW * SHADOW + 46 * 46) / (2.0 * 46);
     const double up = std::sqrt(100 * 100 - along * along);
-    Outline outline{{along, -up}, {}, false};
-    outline.arcTo({}, {along, up}, false);
-    outline.arcTo(centre, {along, -up}, true);
+    Outline outline{{along, up}, {}, false};
+    outline.arcTo({}, {along, -up}, true);
+    outline.arcTo(centre, {along, up}, false);
     outline.close();
     return mapped(outline, [](Point p) { return turned(p, -18); });
 }
@@ -74,7 +83,7 @@ std::vector<Outline> randomCircles() {
                                 7.5,  7.0,  6.5,  6.0,  5.5,  5.0,  4.5,  4.5,  4.0,  4.0}) {
         Disc best{{}, radius};
         double most = -1e9;
-        for (int throws = 0; throws < 160; ++throws) {
+        for (int throws = 0; throws < 700; ++throws) {
             const Point centre =
                 onClock({}, (100 - radius) * std::sqrt(dice.between(0, 1)), dice.between(0, 360));
             if (room(discs, centre) > most) {

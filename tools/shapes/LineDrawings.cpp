@@ -21,6 +21,12 @@ std::vector<Outline> gridOfLines(int count) {
     return lines;
 }
 
+/// A rectangle's corners, rounded ones of which begin in the middle of the upper side.
+std::vector<Point> fromTheTop(std::vector<Point> corners) {
+    std::rotate(corners.begin(), corners.begin() + 1, corners.end());
+    return corners;
+}
+
 /// Cells in reading order.
 std::vector<Outline> gridOfCells(int count) {
     constexpr double HALF = 0.36;
@@ -29,7 +35,8 @@ std::vector<Outline> gridOfCells(int count) {
         for (int column = 0; column < count; ++column) {
             const Point centre{1.0 * column, 1.0 * row};
             cells.push_back(roundedPolygon(
-                rectangle(centre - Point{HALF, HALF}, centre + Point{HALF, HALF}), 0.12));
+                fromTheTop(rectangle(centre - Point{HALF, HALF}, centre + Point{HALF, HALF})),
+                0.12));
         }
     }
     return cells;
@@ -62,6 +69,14 @@ struct Stick {
     Point to;
 };
 
+Point middle(const Stick& stick) {
+    return lerp(stick.from, stick.to, 0.5);
+}
+
+double degreesOf(Point direction) {
+    return std::atan2(direction.y, direction.x) * 180 / PI;
+}
+
 double distanceTo(const Stick& stick, Point p) {
     const Point along = stick.to - stick.from;
     const Point offset = p - stick.from;
@@ -81,22 +96,52 @@ double gap(const std::vector<Stick>& sticks, const Stick& stick) {
     return smallest;
 }
 
-/// Sticks thrown on a round table, no two along the same direction, each where there is most room;
-/// stroked from left to right.
+/// How far the direction of a stick is from those of the sticks about it, in degrees: the nearer,
+/// the more it counts.
+double contrast(const std::vector<Stick>& sticks, const Stick& stick) {
+    constexpr double ABOUT = 45;
+    double least = 90;
+    for (const Stick& other : sticks) {
+        const double apart = length(middle(other) - middle(stick));
+        const double angle = degreesOf(stick.to - stick.from) - degreesOf(other.to - other.from);
+        least = std::min(least, std::abs(std::remainder(angle, 180)) +
+                                    std::max(0.0, 90 * (apart / ABOUT - 0.4)));
+    }
+    return least;
+}
+
+/// The longest stick about a place that stays clear of the others, or one without length.
+Stick longestAt(const std::vector<Stick>& sticks, Point place, double degrees) {
+    constexpr double CLEARANCE = 8;
+    for (int half = 30; half >= 12; half -= 2) {
+        const Point reach = onClock({}, half, degrees);
+        const Stick stick{place - reach, place + reach};
+        if (gap(sticks, stick) >= CLEARANCE && length(stick.from) <= 100 &&
+            length(stick.to) <= 100) {
+            return stick;
+        }
+    }
+    return {place, place};
+}
+
+/// Sticks thrown on a round table, each just clear of the others and in a direction unlike theirs,
+/// so that no current runs through them; stroked from left to right.
 std::vector<Outline> randomLines() {
-    constexpr double GOLDEN = 137.50776405;
+    constexpr int THROWS = 400;
     Dice dice(5);
     std::vector<Stick> sticks;
-    for (int i = 0; i < 26; ++i) {
-        const Point reach = onClock({}, 34.0 - 0.8 * i, GOLDEN * i);
+    for (int i = 0; i < 28; ++i) {
         Stick best{};
         double most = -1e9;
-        for (int throws = 0; throws < 3000; ++throws) {
-            const Point centre = onClock({}, (100 - length(reach)) * std::sqrt(dice.between(0, 1)),
-                                         dice.between(0, 360));
-            const Stick stick{centre - reach, centre + reach};
-            if (gap(sticks, stick) > most) {
-                most = gap(sticks, stick);
+        for (int throws = 0; throws < THROWS; ++throws) {
+            const Point place =
+                onClock({}, 95 * std::sqrt(dice.between(0, 1)), dice.between(0, 360));
+            const Stick stick = longestAt(sticks, place, dice.between(0, 180));
+            const double half = length(stick.to - place);
+            const double worth =
+                contrast(sticks, stick) + half - std::min(gap(sticks, stick), 40.0);
+            if (half > 0 && worth > most) {
+                most = worth;
                 best = stick;
             }
         }

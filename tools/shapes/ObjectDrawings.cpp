@@ -2,6 +2,8 @@
 #include "tools/shapes/Flow.h"
 #include "tools/shapes/Regular.h"
 
+#include <cmath>
+
 namespace orbel::artwork {
 
 namespace {
@@ -27,17 +29,29 @@ std::vector<Outline> gear() {
 
 /// Down one side to the point that strikes, and back up the other.
 Outline lightningBolt() {
-    const Point corners[] = {{54, 0}, {14, 74}, {47, 66}, {22, 150}, {88, 50}, {57, 56}, {84, 0}};
+    const Point corners[] = {{54, 0}, {84, 0}, {57, 56}, {88, 50}, {22, 150}, {47, 66}, {14, 74}};
     return polygon(corners);
 }
 
-/// Lens, glint and handle.
+/// Lens, glint, and the handle from the rim round its grip and back to the rim.
 std::vector<Outline> magnifier() {
-    Outline glint{onClock({}, 44, -78), {}, false};
-    glint.arcTo({}, onClock({}, 44, -14), true);
-    const std::vector<Point> grip = rectangle({-11, -152}, {11, -71});
-    return {circleFrom({}, 62, 135), glint,
-            mapped(roundedPolygon(grip, 10.5), [](Point p) { return turned(p, 135); })};
+    constexpr double LENS = 62;
+    constexpr double NECK = 6;
+    constexpr double GRIP = 12;
+    constexpr double SHOULDER = -92;
+    constexpr double END = -148;
+    Outline glint{onClock({}, 45, -84), {}, false};
+    glint.arcTo({}, onClock({}, 45, -53), true); // readers lose the form of an only cubic
+    glint.arcTo({}, onClock({}, 45, -22), true);
+    const double rim = -std::sqrt(LENS * LENS - NECK * NECK);
+    Outline handle{{-NECK, rim}, {}, false};
+    handle.curveTo({-NECK, rim - 14}, {-GRIP, SHOULDER + 14}, {-GRIP, SHOULDER});
+    handle.lineTo({-GRIP, END});
+    handle.arcTo({0, END}, {GRIP, END}, true);
+    handle.lineTo({GRIP, SHOULDER});
+    handle.curveTo({GRIP, SHOULDER + 14}, {NECK, rim - 14}, {NECK, rim});
+    return {circleFrom({}, LENS, 135), glint,
+            mapped(handle, [](Point p) { return turned(p, 135); })};
 }
 
 /// From the tip of the tail round the balloon and back into the tail.
@@ -77,14 +91,14 @@ Outline talkSquare() {
 
 /// A big tongue that whips over, a small one beside it, and the hot core.
 std::vector<Outline> taperedFlame() {
-    Outline outer{{58, 0}, {}, false};
-    const Point right[] = {{64, 34}, {88, 70}, {92, 106}, {50, 146}, {8, 106}, {14, 76}, {16, 46}};
-    flowOn(&outer, right, {Point{-0.5, 1}, Point{-0.25, -1}});
-    const Point left[] = {{32, 72}, {46, 38}, {58, 0}};
-    flowOn(&outer, left, {Point{0.4, 1}, Point{0.62, -1}});
+    Outline outer{{62, 0}, {}, false};
+    const Point right[] = {{68, 36}, {92, 74}, {98, 104}, {52, 150}, {4, 104}, {10, 74}, {14, 46}};
+    flowOn(&outer, right, {Point{-0.35, 1}, Point{-0.1, -1}});
+    const Point left[] = {{28, 68}, {41, 54}, {48, 28}, {62, 0}};
+    flowOn(&outer, left, {Point{0.2, 1}, Point{0.7, -1}});
     outer.close();
-    Outline core{{54, 78}, {}, false};
-    const Point around[] = {{66, 108}, {50, 134}, {33, 110}, {54, 78}};
+    Outline core{{58, 74}, {}, false};
+    const Point around[] = {{72, 112}, {53, 136}, {34, 112}, {58, 74}};
     flowOn(&core, around, {Point{-0.1, 1}, Point{0.7, -1}});
     core.close();
     return {outer, core};

@@ -1,3 +1,4 @@
+#include "tools/shapes/Bend.h"
 #include "tools/shapes/Drawings.h"
 #include "tools/shapes/Flow.h"
 
@@ -16,28 +17,41 @@ Outline round(int points, const std::function<double(double)>& radius) {
     return traceClosed(points, [&](double t) { return onClock({}, radius(t), 360 * t); });
 }
 
-/// Two lying eights in one line, the small one inside the big one. They change over in the
-/// crossing, where both run straight and in the same direction.
-Outline doubleLoops() {
-    return traceClosed(64, [](double t) {
-        const double size = t < 0.5 ? 100 : 64;
-        const double angle = 4 * PI * t;
-        return Point{size * std::sin(angle), -0.6 * size * std::sin(2 * angle)};
-    });
+/// A closed line of length 1, from its top, whose direction swings about that of a circle.
+Outline ring(int pieces, const Along& swing) {
+    const BentLine line([&](double t) { return 360 * t + swing(t); });
+    return followClosed(pieces, [&](double t) { return line.at(t); });
 }
 
+double swing(double turns) {
+    return std::sin(2 * PI * turns);
+}
+
+/// A line that goes round once while it turns three times: the two loops that it throws inwards
+/// link.
+Outline doubleLoops() {
+    return followClosed(
+        24, [](double t) { return onClock({}, 1, 360 * t) + onClock({}, 1.3, 3 * 360 * t); });
+}
+
+/// Six bends, the middle ones longest and deepest; the ends run out straight.
 Outline openSquiggle() {
-    const Point points[] = {{0, 8},     {15, -22}, {34, 30},   {58, -40}, {84, 44},
-                            {112, -46}, {140, 42}, {166, -34}, {188, 22}, {208, -8}};
-    return flowOpen(points, {Point{0.6, -1}, Point{0.6, -1}});
+    const BentLine line([](double t) {
+        const double depth = 82 + 32 * std::pow(std::sin(PI * t), 2);
+        const double turns = 3 * (t + 0.7 * swing(t) / (2 * PI));
+        return -depth * wave(turns);
+    });
+    return follow(
+        36, [&](double t) { return line.at(t); }, 0, 1);
 }
 
 Outline scallopedRing() {
     return round(40, [](double t) { return 90 + 10 * wave(10 * t); });
 }
 
-Outline rippledCinquefoil() {
-    return round(120, [](double t) { return 78 + 13 * wave(5 * t) + 7 * wave(15 * t); });
+/// Four ripples to each quarter, the one on the axis drawn out to a point.
+Outline rippledQuatrefoil() {
+    return ring(96, [](double t) { return 46 * swing(4 * t) + 44 * swing(12 * t); });
 }
 
 Outline amoeba() {
@@ -64,41 +78,31 @@ Outline cloud() {
     return outline;
 }
 
-/// A square with soft corners and four waves to a side.
+/// A square with soft corners, and waves that are equally long along the sides and round the
+/// corners.
 Outline wavySquare() {
-    return round(80, [](double t) {
-        const double c = std::abs(wave(t));
-        const double s = std::abs(std::sin(2 * PI * t));
-        const double square = 84 / std::pow(std::pow(c, 5) + std::pow(s, 5), 0.2);
-        return square - 7 * wave(20 * t);
+    return ring(192, [](double t) {
+        double square = -180 - 320 * t;
+        for (int corner = -2; corner < 6; ++corner) {
+            square += turnedBy({(corner + 0.5) / 4, 80, 0.05}, t);
+        }
+        return square + 20 + 58 * swing(24 * t);
     });
 }
 
-/// A tube with round ends that goes up and down four times: half circles and straight runs.
-Outline meander() {
-    constexpr int RUNS = 4;
-    constexpr double PITCH = 40;
-    constexpr double HALF_WIDTH = 10;
-    constexpr double TOP = -44;
-    constexpr double BOTTOM = 44;
-    const auto x = [](int run) { return PITCH * run; };
-    Outline outline{{x(0) - HALF_WIDTH, BOTTOM}, {}, false};
-    const auto bend = [&](int from, int to, double side, bool clockwise) {
-        const double y = std::max(from, to) % 2 == 1 ? TOP : BOTTOM;
-        outline.lineTo({x(from) + side, y});
-        outline.arcTo({(x(from) + x(to)) / 2, y}, {x(to) - side, y}, clockwise);
+/// A worm: a tube with round ends about a line that winds, fattest in the middle.
+Outline worm() {
+    const BentLine spine([](double t) { return -103 * wave(2.0 * t); });
+    const auto side = [&](double right) {
+        return [&spine, right](double t) {
+            return spine.beside(t, right * (0.016 + 0.014 * std::pow(std::sin(PI * t), 2)));
+        };
     };
-    for (int run = 0; run + 1 < RUNS; ++run) {
-        bend(run, run + 1, run % 2 == 0 ? -HALF_WIDTH : HALF_WIDTH, run % 2 == 0);
-    }
-    outline.lineTo({x(RUNS - 1) + HALF_WIDTH, BOTTOM});
-    outline.arcTo({x(RUNS - 1), BOTTOM}, {x(RUNS - 1) - HALF_WIDTH, BOTTOM}, true);
-    for (int run = RUNS - 1; run > 0; --run) {
-        bend(run, run - 1, run % 2 == 1 ? -HALF_WIDTH : HALF_WIDTH, run % 2 == 0);
-    }
-    outline.lineTo({x(0) + HALF_WIDTH, BOTTOM});
-    outline.arcTo({x(0), BOTTOM}, outline.start, true);
-    outline.close();
+    Outline outline = follow(32, side(-1), 0, 1);
+    outline.arcTo(spine.at(1), side(1)(1), true);
+    followOn(&outline, 32, side(1), 1, 0);
+    outline.arcTo(spine.at(0), outline.start, true);
+    outline.closed = true;
     return outline;
 }
 
@@ -122,9 +126,9 @@ Outline fingeredRing() {
 std::vector<Drawing> squiggleDrawings() {
     return {
         {"Double Loops", {doubleLoops()}},          {"Squiggle Line Open 01", {openSquiggle()}},
-        {"Squiggle Outline 01", {scallopedRing()}}, {"Squiggle Outline 02", {rippledCinquefoil()}},
+        {"Squiggle Outline 01", {scallopedRing()}}, {"Squiggle Outline 02", {rippledQuatrefoil()}},
         {"Squiggle Outline 03", {amoeba()}},        {"Squiggle Outline 04", {cloud()}},
-        {"Squiggle Outline 05", {wavySquare()}},    {"Squiggle Outline 06", {meander()}},
+        {"Squiggle Outline 05", {wavySquare()}},    {"Squiggle Outline 06", {worm()}},
         {"Squiggle Outline 07", {loopedRing()}},    {"Squiggle Outline 08", {fingeredRing()}},
     };
 }

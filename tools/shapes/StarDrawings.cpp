@@ -1,7 +1,8 @@
+#include "tools/shapes/Bend.h"
 #include "tools/shapes/Drawings.h"
-#include "tools/shapes/Flow.h"
 #include "tools/shapes/Regular.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orbel::artwork {
@@ -12,51 +13,70 @@ Outline alignedStar(int tips, int skip) {
     return polygon(starPolygon(tips, REACH, REACH * notchOfAlignedStar(tips, skip)));
 }
 
-/// A wheel rolling inside a ring five times to its three: five arms in one line that loops at every
-/// tip and crosses itself in between.
-Outline loopedStar() {
-    return traceClosed(60, [](double t) {
-        const double angle = 3 * 360 * t;
-        return onClock({}, 2, angle) + onClock({}, 4.3, -angle * 2 / 3);
-    });
+/// A star of straight edges whose tips and notches are bends, sharpest in their middle.
+struct SoftStar {
+    int tips = 0;
+    double tipDegrees = 0; ///< how far the line turns round a tip
+    double tipSpread = 0;
+    double notchSpread = 0;
+};
+
+/// From the top of the first tip, once round.
+Along direction(const SoftStar& star) {
+    return [star](double way) {
+        double degrees = -star.tipDegrees / 2;
+        for (int i = -1; i <= star.tips + 1; ++i) {
+            const double tip = 1.0 * i / star.tips;
+            const double notch = (i + 0.5) / star.tips;
+            degrees += turnedBy({tip, star.tipDegrees, star.tipSpread}, way);
+            degrees +=
+                turnedBy({notch, 360.0 / star.tips - star.tipDegrees, star.notchSpread}, way);
+        }
+        return degrees - 360.0 / star.tips;
+    };
+}
+
+/// The places at the tips of a star, moved so that their middle is the origin.
+Curve centred(const BentLine& line, int tips) {
+    Point sum;
+    for (int i = 0; i < tips; ++i) {
+        sum = sum + line.at(1.0 * i / tips);
+    }
+    return [line, middle = sum * (1.0 / tips)](double t) { return line.at(t) - middle; };
+}
+
+/// Five fat arms, and the same line again on their inside.
+std::vector<Outline> funkyStar() {
+    const BentLine line(direction({5, 215, 0.055, 0.035}));
+    constexpr double INSET = 0.0185;
+    return {followClosed(40, [&](double t) { return line.at(t); }),
+            followClosed(40, [&](double t) { return line.beside(t, INSET); })};
 }
 
 /// A star whose edges ripple, more in their middle than towards tip and notch.
 Outline squigglyStar() {
-    const std::vector<Point> corners = starPolygon(5, 100, 46);
-    constexpr int WAVES = 2;
-    constexpr int STEPS = WAVES * 4;
-    std::vector<Point> points;
-    for (std::size_t i = 0; i < corners.size(); ++i) {
-        const Point from = corners[i];
-        const Point edge = corners[(i + 1) % corners.size()] - from;
-        const Point normal = Point{edge.y, -edge.x} * (1 / length(edge));
-        for (int k = 0; k < STEPS; ++k) {
-            const double t = static_cast<double>(k) / STEPS;
-            const double swing =
-                (i % 2 == 0 ? 7 : -7) * std::sin(PI * t) * std::sin(2 * PI * WAVES * t);
-            points.push_back(from + edge * t + normal * swing);
-        }
-    }
-    return flowClosed(points);
+    constexpr int TIPS = 5;
+    const Along star = direction({TIPS, 162, 0.021, 0.016});
+    const BentLine line([&](double way) {
+        const double edge = 2 * TIPS * way;
+        const double calm = std::sin(PI * edge);
+        return star(way) + 58 * calm * calm * std::sin(3 * PI * edge);
+    });
+    return followClosed(80, [&](double t) { return line.at(t); });
 }
 
-/// Five round-tipped arms that lean further the further out they reach.
+/// Five round arms that come out of a whirl: straight at their tips, the more bent the nearer to
+/// the middle.
 Outline swirledStarfish() {
-    const auto place = [](double radius, double degrees) {
-        return onClock({}, radius, degrees + 0.5 * radius);
-    };
-    std::vector<Point> points;
-    for (int arm = 0; arm < 5; ++arm) {
-        const double axis = 72.0 * arm;
-        points.push_back(place(35, axis - 36));
-        points.push_back(place(58, axis - 17));
-        points.push_back(place(86, axis - 8));
-        points.push_back(place(98, axis));
-        points.push_back(place(87, axis + 8));
-        points.push_back(place(60, axis + 17));
-    }
-    return flowClosed(points);
+    constexpr int ARMS = 5;
+    const BentLine straight(direction({ARMS, 200, 0.038, 0.034}));
+    const Curve star = centred(straight, ARMS);
+    const double reach = length(star(0));
+    return followClosed(80, [&](double t) {
+        const Point p = star(t);
+        const double inwards = std::max(0.0, 1 - length(p) / reach);
+        return turned(p, -140 * std::pow(inwards, 1.5));
+    });
 }
 
 } // namespace
@@ -65,7 +85,7 @@ std::vector<Drawing> starDrawings() {
     return {
         {"Basic Star", {alignedStar(5, 2)}},
         {"Eleven Point Star", {alignedStar(11, 4)}},
-        {"Funky star", {loopedStar()}},
+        {"Funky star", funkyStar()},
         {"Squiggly Star", {squigglyStar()}},
         {"Swirled Starfish", {swirledStarfish()}},
     };

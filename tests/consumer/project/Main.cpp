@@ -1,6 +1,4 @@
-#include "doors/memory/PluginHost_MEMORY_Impl.h"
-#include "params/InstanceData.h"
-#include "params/ParameterTable.h"
+#include "SmallestDoor.h"
 #include "render/RenderDispatch.h"
 
 #include <cstdio>
@@ -15,12 +13,9 @@ bool isCovered(const orbel::MemoryImage& image, int x, int y) {
 
 bool renderSquare(const orbel::MemoryImage& output) {
     const orbel::MemoryImage input(SIZE, SIZE, orbel::RF_RGBA8, {});
-    orbel::ParameterStore parameters;
-    parameters.set(orbel::PARAM_THICKNESS, 4.0);
-    orbel::Orbel_UserData shape;
-    orbel::setUserDataPath(&shape, ORBEL_DATA_DIR "/Tessaly/SVG/Basic Square.svg");
-    orbel::PluginHost_MEMORY_Impl host(input.info(), output.info(), &parameters, {});
-    host.setUserData(&shape);
+    const Effect effect{ORBEL_DATA_DIR "/Tessaly/SVG/Basic Square.svg",
+                        {{orbel::PARAM_THICKNESS, {4.0}}}};
+    SmallestDoor host(effect, 0.0, {input.info(), output.info(), {}});
     return orbel::Render(&host) == 0;
 }
 

@@ -1,16 +1,14 @@
 #include "params/ParameterTable.h"
-#include "tests/doors/frei0r/CoreFrame.h"
-#include "tests/doors/frei0r/LoadedPlugin.h"
+#include "tests/doors/frei0r/CorePixels.h"
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <limits>
-#include <map>
-#include <thread>
 
 namespace orbel::frei0r {
 namespace {
+
+using test::CoreFrame;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -22,19 +20,19 @@ const char* const movingStar = R"({"orbel": 1, "fps": 25, "parameters": {
     "Presets": "Basic Star", "Thickness": 4, "Color": [1, 0.5, 0.25], "Transfer Mode": "Normal",
     "End": {"keys": [[0, 10], [40, 90]]}}})";
 
-CoreScene movingStarInCore(double frame) {
-    CoreScene scene;
+CoreFrame movingStarInCore(double frame) {
+    CoreFrame scene;
     scene.parameters.set(PARAM_PRESETS, 3);
     scene.parameters.set(PARAM_THICKNESS, 4);
     scene.parameters.set(PARAM_COLOR, {1, 0.5, 0.25});
     scene.parameters.set(PARAM_TRANSFER_MODE, 1);
     scene.parameters.setKeys(PARAM_END, {{0, {10}, Easing::Linear}, {40, {90}, Easing::Linear}});
-    scene.frame = frame;
+    scene.time = frame;
     return scene;
 }
 
 Pixels movingStarFrame(double frame, unsigned frameWidth = width, unsigned frameHeight = height) {
-    CoreScene scene = movingStarInCore(frame);
+    CoreFrame scene = movingStarInCore(frame);
     return coreFrame(scene, frameWidth, frameHeight, testPicture(frameWidth, frameHeight));
 }
 
@@ -47,7 +45,7 @@ TEST(Frei0rFrames, ofControlsAreTheCoresOwn) {
     effect.set("Transform/XY Position", f0r_param_position_t{0.4, 0.7});
     effect.set("Taper/Enable Taper", 1.0);
     effect.set("Transfer Mode", 2.0 / 17);
-    CoreScene scene;
+    CoreFrame scene;
     scene.parameters.set(PARAM_PRESETS, 3);
     scene.parameters.set(PARAM_THICKNESS, 4);
     scene.parameters.set(PARAM_COLOR, {1, 128 / 255.0, 64 / 255.0});
@@ -70,7 +68,7 @@ TEST(Frei0rFrames, followTheSceneWhereNoControlWasMoved) {
     const Pixels input = testPicture(width, height);
     EXPECT_EQ(effect.update(0.4, input), movingStarFrame(10));
     effect.set("Thickness", (9.0 - 1) / 49);
-    CoreScene moved = movingStarInCore(10);
+    CoreFrame moved = movingStarInCore(10);
     moved.parameters.set(PARAM_THICKNESS, 9);
     EXPECT_EQ(effect.update(0.4, input), coreFrame(moved, width, height, input));
 }
@@ -118,7 +116,7 @@ TEST(Frei0rFrames, mayBeDrawnInPlaceAndFromNothing) {
     plugin().update(effect.instance(), 0.4, picture.data(), picture.data());
     EXPECT_EQ(picture, movingStarFrame(10));
     plugin().update(effect.instance(), 0.4, nullptr, picture.data());
-    CoreScene scene = movingStarInCore(10);
+    CoreFrame scene = movingStarInCore(10);
     EXPECT_EQ(picture, coreFrame(scene, width, height, Pixels(picture.size())));
     plugin().update(effect.instance(), 0.4, picture.data(), nullptr);
     plugin().update(nullptr, 0.4, picture.data(), picture.data());
@@ -160,31 +158,6 @@ TEST(Frei0rFrames, countOutsideNumbersAsTheEndsOfTheScale) {
     }
 }
 
-TEST(Frei0rThreads, haveInstancesThatKnowNothingOfOneAnother) {
-    std::map<int, Pixels> expected;
-    for (int frame = 0; frame < 8; ++frame) {
-        expected[frame] = movingStarFrame(frame);
-    }
-    const Pixels input = testPicture(width, height);
-    const auto work = [&](int offset) {
-        for (int i = 0; i < 8; ++i) {
-            Effect effect(width, height);
-            effect.set("Scene", movingStar);
-            const int frame = (i * 3 + offset) % 8;
-            EXPECT_EQ(effect.update(frame / 25.0, input), expected.at(frame));
-        }
-    };
-    constexpr int threadCount = 4;
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (int i = 0; i < threadCount; ++i) {
-        threads.emplace_back(work, i);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
-
 // One host closes the plug-in before the instances that it still has.
 TEST(Frei0rFrames, areDrawnAfterTheHostHasTakenItsLeave) {
     Effect effect(width, height);
@@ -192,19 +165,6 @@ TEST(Frei0rFrames, areDrawnAfterTheHostHasTakenItsLeave) {
     plugin().deinit();
     EXPECT_EQ(effect.update(0.4, testPicture(width, height)), movingStarFrame(10));
     EXPECT_NE(plugin().init(), 0);
-}
-
-TEST(Frei0rFrames, areTheSameWhereACommaSeparatesDecimals) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) { // where it is installed
-        std::setlocale(LC_ALL, "fr_FR.UTF-8");
-    }
-    Effect effect(width, height);
-    effect.set("Scene", movingStar);
-    effect.set("Frame Rate", "12.5");
-    const Pixels actual = effect.update(0.8, testPicture(width, height));
-    std::setlocale(LC_ALL, before.c_str());
-    EXPECT_EQ(actual, movingStarFrame(10));
 }
 
 } // namespace

@@ -1,6 +1,5 @@
-#include "film/ShapeFolder.h"
-#include "tests/doors/frei0r/CoreFrame.h"
-#include "tests/doors/frei0r/LoadedPlugin.h"
+#include "tests/doors/HostedScene.h"
+#include "tests/doors/frei0r/CorePixels.h"
 #include "tests/golden/GoldenScenes.h"
 
 #include <gtest/gtest.h>
@@ -11,18 +10,18 @@ namespace {
 class Frei0rGolden : public testing::TestWithParam<std::string> {};
 
 TEST_P(Frei0rGolden, givesTheCoresFrames) {
-    prepareShapeTable();
-    const ScenePlan plan = golden::planOf(GetParam());
+    const std::string file = golden::sceneFile(GetParam());
+    const test::HostedScene scene(file);
+    const ScenePlan& plan = scene.plan();
     const auto width = static_cast<unsigned>(plan.size.width);
     const auto height = static_cast<unsigned>(plan.size.height);
     const Pixels input = testPicture(width, height);
     Effect effect(width, height);
-    effect.set("Scene", golden::sceneFile(GetParam()));
+    effect.set("Scene", file);
     for (long frame = plan.frames.first; frame <= plan.frames.last; ++frame) {
-        CoreScene core{plan.parameters,  plan.shapePath,    static_cast<double>(frame),
-                       plan.pixelAspect, plan.renderScaleX, plan.renderScaleY};
         const double time = static_cast<double>(frame) / plan.frameRate.perSecond();
-        EXPECT_EQ(effect.update(time, input), coreFrame(core, width, height, input)) << frame;
+        EXPECT_EQ(effect.update(time, input), coreFrame(scene.core(frame), width, height, input))
+            << frame;
     }
 }
 

@@ -1,5 +1,4 @@
-#include "tests/doors/frei0r/CoreFrame.h"
-#include "tests/doors/frei0r/LoadedPlugin.h"
+#include "tests/doors/frei0r/CorePixels.h"
 #include "tests/support/TestFolder.h"
 
 #include "params/ParameterTable.h"
@@ -9,6 +8,8 @@
 
 namespace orbel::frei0r {
 namespace {
+
+using test::CoreFrame;
 
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -37,14 +38,14 @@ protected:
 
     [[nodiscard]] Pixels frame() const { return m_effect.update(0.0, m_input); }
 
-    static CoreScene diagonal(const std::string& shape, double thickness) {
-        CoreScene scene;
-        scene.shape = shape;
+    static CoreFrame diagonal(const std::string& shape, double thickness) {
+        CoreFrame scene;
+        scene.shapeFile = shape;
         scene.parameters.set(PARAM_THICKNESS, thickness);
         return scene;
     }
 
-    [[nodiscard]] Pixels core(CoreScene scene) const {
+    [[nodiscard]] Pixels core(CoreFrame scene) const {
         return coreFrame(scene, width, height, m_input);
     }
 
@@ -68,16 +69,16 @@ TEST_F(Frei0rScenes, comeAsTextAndCarryAspectAndScale) {
                                  "size": [9, 9], "format": "argb16", "frames": [3, 4],
                                  "parameters": {"Thickness": 8}})"),
               "");
-    CoreScene scene = diagonal(path("shape.svg"), 8);
-    scene.pixelAspect = 2;
-    scene.renderScaleX = 0.5;
-    scene.renderScaleY = 0.25;
+    CoreFrame scene = diagonal(path("shape.svg"), 8);
+    scene.aspect = 2;
+    scene.scaleX = 0.5;
+    scene.scaleY = 0.25;
     EXPECT_EQ(frame(), core(scene));
 }
 
 TEST_F(Frei0rScenes, leaveTheLastGoodOneInForceWhenTheyAreWrong) {
     ASSERT_EQ(say("Scene", R"({"orbel": 1, "parameters": {"Presets": 2}})"), "");
-    CoreScene square;
+    CoreFrame square;
     square.parameters.set(PARAM_PRESETS, 2);
     const std::vector<std::array<std::string, 2>> wrong{
         {"{\"orbel\": 1,", "line 1, column 13"},
@@ -104,7 +105,7 @@ TEST_F(Frei0rScenes, giveWayToAChosenShapeAndAChosenBuiltInShape) {
     EXPECT_EQ(say("Shape", path("shape.svg")), "");
     EXPECT_EQ(frame(), core(diagonal(path("shape.svg"), 5)));
     m_effect.set("Presets", 4.0 / 40);
-    CoreScene triangle = diagonal("", 5);
+    CoreFrame triangle = diagonal("", 5);
     triangle.parameters.set(PARAM_PRESETS, 4);
     EXPECT_EQ(frame(), core(triangle));
     EXPECT_THAT(say("Shape", path("none.svg")), HasSubstr("does not exist or cannot be read"));

@@ -10,14 +10,16 @@
 #include "params/ParameterTable.h"
 #include "render/Matrix4.h"
 #include "shapes/ShapeTable.h"
+#include "tests/doors/fxplug/HostBitmaps.h"
 #include "tests/doors/fxplug/Pool.h"
 #include "tests/doors/fxplug/StandInProject.h"
-#include "tests/support/TestHosts.h"
+#include "tests/support/HostContract.h"
 
 #include <gmock/gmock.h>
 
 #include <cstring>
 #include <numeric>
+#include <optional>
 
 // The door from inside: linked, not loaded.
 namespace orbel::fxtest {
@@ -53,6 +55,50 @@ std::vector<int> firstBytes(const RasterInfo& info) {
     }
     return bytes;
 }
+
+/// A host object over images of the host's own making, for what holds for every door.
+template<int Kind>
+class FxPlugDoor {
+public:
+    FxPlugDoor(const RasterInfo& input, const RasterInfo& output, double frame) : m_target(output) {
+        resetManners(Kind);
+        g_hostIndex = Kind;
+        m_project.hostIsCalling = true;
+        StandInApi* const api = [[[StandInApi alloc] initWithProject:&m_project] autorelease];
+        m_info.frame = frame;
+        m_output = [makeHostBitmap(output, false) autorelease];
+        FxBitmap* const source = [makeHostBitmap(input, false) autorelease];
+        m_host.emplace(api, api, source, m_output, &m_info, api, api);
+    }
+    ~FxPlugDoor() { g_hostIndex = 0; }
+    FxPlugDoor(const FxPlugDoor&) = delete;
+    FxPlugDoor& operator=(const FxPlugDoor&) = delete;
+
+    PluginHost_API& host() { return *m_host; }
+    void settle() {
+        EXPECT_TRUE(paddingIntact(m_output));
+        copyFromHostBitmap(m_output, m_target);
+    }
+
+private:
+    Pool m_pool;
+    Project m_project;
+    RasterInfo m_target;
+    FxBitmap* m_output = nil;
+    FxRenderInfo m_info{};
+    std::optional<PluginHost_FXPLUG_Impl> m_host;
+};
+
+} // namespace
+} // namespace orbel::fxtest
+
+namespace orbel::test {
+INSTANTIATE_TYPED_TEST_SUITE_P(FinalCut, HostContract, fxtest::FxPlugDoor<0>);
+INSTANTIATE_TYPED_TEST_SUITE_P(Motion, HostContract, fxtest::FxPlugDoor<1>);
+} // namespace orbel::test
+
+namespace orbel::fxtest {
+namespace {
 
 /// A host object over a project, an input and an output.
 class Binding : public testing::Test {
@@ -126,17 +172,6 @@ TEST_F(Binding, namesTheLayoutOfEveryImage) {
     }
 }
 
-TEST_F(Binding, walksMotionsRowsFromTheLastOne) {
-    FxBitmap* const bitmap = rows(3, 4, 8, 2, 10);
-    RasterInfo record;
-    host(bitmap, bitmap).getInputRasterInfo(0, &record);
-    EXPECT_THAT(firstBytes(record), ElementsAre(10, 11, 12, 13));
-    g_hostIndex = 1;
-    host(bitmap, bitmap).getInputRasterInfo(0, &record);
-    EXPECT_LT(record.rowBytes, 0);
-    EXPECT_THAT(firstBytes(record), ElementsAre(13, 12, 11, 10));
-}
-
 TEST_F(Binding, tellsDepthClassesOfBitmapsAndOnlyOneOfMemory) {
     for (const auto& [depth, type, inMemory] :
          {std::tuple{8U, 0, 0}, std::tuple{16U, 3, 2}, std::tuple{32U, 4, 0}}) {
@@ -144,72 +179,28 @@ TEST_F(Binding, tellsDepthClassesOfBitmapsAndOnlyOneOfMemory) {
         PluginHost_FXPLUG_Impl binding = host(bitmap, bitmap);
         const PluginRasterProxy image(&binding, binding.getOutputRaster(), true, true);
         EXPECT_EQ(image->getPixelType(), type);
+        EXPECT_EQ(binding.geAspectRatio(image.getImpl()), 1.0); // it has no record of its own
         int rowBytes = 9;
         const PluginRasterProxy memory(
             &binding, binding.allocRaster(5, 6, PluginRaster_API::PIXEL_TYPE_8, rowBytes, 0), true,
             true);
         EXPECT_EQ(memory->getPixelType(), inMemory);
         EXPECT_EQ(rowBytes, 0);
-        EXPECT_EQ(memory->getWidth(), 5);
         EXPECT_GE(memory->getRowBytes(), 5 * static_cast<int>(depth) / 2);
-        EXPECT_EQ(binding.geAspectRatio(memory.getImpl()), 0.75);
     }
 }
 
-TEST_F(Binding, refusesRastersThatCannotBe) {
-    PluginHost_FXPLUG_Impl binding = host();
+TEST_F(Binding, makesDoWithNothing) {
     int rowBytes = 0;
-    for (const auto& [width, height] : {std::pair{0, 5}, {5, 0}, {-1, 5}, {1 << 30, 1 << 30}}) {
-        EXPECT_EQ(binding.allocRaster(width, height, PluginRaster_API::PIXEL_TYPE_8, rowBytes, 0),
-                  nullptr);
-    }
     PluginHost_FXPLUG_Impl bare(nil, nil, nil, nil, nullptr, nil, nil);
     EXPECT_EQ(bare.allocRaster(4, 4, PluginRaster_API::PIXEL_TYPE_8, rowBytes, 0), nullptr);
     EXPECT_EQ(bare.getInputRaster(0), nullptr);
     EXPECT_EQ(bare.getOutputRaster(), nullptr);
+    EXPECT_EQ(bare.checkoutLayer(5, 0), nullptr);
+    EXPECT_EQ(bare.lockTemporalRaster(3.0, true, false), nullptr);
     bare.fillOutput();
     bare.copyInputToOutput();
-    bare.deallocRaster(nullptr);
-}
-
-TEST_F(Binding, rendersIntoAnOverrideWithoutTakingItsPixels) {
-    PluginHost_FXPLUG_Impl binding = host();
-    int rowBytes = 0;
-    const PluginRasterProxy other(
-        &binding, binding.allocRaster(3, 2, PluginRaster_API::PIXEL_TYPE_8, rowBytes, 0), true,
-        true);
-    binding.setOutputRaster(other.getImpl());
-    EXPECT_EQ(binding.getOutputWidth(), 3);
-    EXPECT_EQ(binding.getOutputHeight(), 2);
-    {
-        const PluginRasterProxy output(&binding, binding.getOutputRaster(), true, true);
-        EXPECT_EQ(infoOf(binding, output.getImpl()).data, infoOf(binding, other.getImpl()).data);
-    }
-    binding.fillOutput();
-    EXPECT_THAT(firstBytes(infoOf(binding, other.getImpl())), ElementsAre(0, 0));
-}
-
-TEST_F(Binding, copiesAndClearsWithinBothImages) {
-    FxBitmap* const input = rows(3, 5, 8, 2, 10);
-    FxBitmap* const output = rows(4, 3, 8, 2, 50);
-    PluginHost_FXPLUG_Impl binding = host(input, output);
-    binding.copyInputToOutput();
-    RasterInfo record;
-    binding.getOutputRasterInfo(&record);
-    EXPECT_THAT(firstBytes(record), ElementsAre(10, 11, 12));
-    EXPECT_EQ(record.row(0)[12], 50);
-    const PluginRasterProxy from(&binding, binding.getInputRaster(0), true, true);
-    const PluginRasterProxy to(&binding, binding.getOutputRaster(), true, true);
-    Vx_Rect part{3, 1, 100, 1}; // top, left, bottom, right
-    Vx_Rect target{0, 2, 9, 9};
-    binding.copy(from.getImpl(), to.getImpl(), &part, &target);
-    EXPECT_THAT(std::vector<int>(record.row(0) + 7, record.row(0) + 13),
-                ElementsAre(10, 13, 13, 13, 13, 50));
-    EXPECT_EQ(record.row(1)[8], 14);
-    EXPECT_EQ(record.row(2)[8], 12);
-    binding.fillOutput();
-    EXPECT_THAT(firstBytes(record), ElementsAre(0, 0, 0));
-    EXPECT_TRUE(paddingIntact(output));
+    EXPECT_TRUE(test::answersNothing(bare, 4));
 }
 
 // --- Images at other times ---
@@ -226,6 +217,7 @@ TEST_F(Binding, weavesTheFieldsOfALayer) {
     const LayerCase cases[] = {
         {"frame", 4, 20, {2.0}},
         {"nearly a frame", 4, 14, {2.0}},
+        {"hardly a frame", 4, 13, {2.0, 2.5}},
         {"field", 4, 10, {2.0, 2.5}},
         {"narrow", 3, 10, {2.0}},
         {"taller than a frame", 4, 40, {2.0}},
@@ -256,7 +248,8 @@ TEST_F(Binding, weavesTheFieldsOfTheInput) {
     for (const auto& [fieldMode, odd, height, first] :
          {std::tuple{true, true, 10U, 1}, std::tuple{true, false, 10U, 0},
           std::tuple{false, true, 10U, -1}, std::tuple{true, true, 26U, -1},
-          std::tuple{true, true, 27U, 1}}) {
+          std::tuple{true, true, 27U, 1}, std::tuple{true, true, 14U, -1},
+          std::tuple{true, true, 13U, 1}}) {
         project.input = [&](double time) {
             return [rows(4, height, 8, 2, time == 0.0 ? 0 : 100) retain];
         };
@@ -272,7 +265,7 @@ TEST_F(Binding, weavesTheFieldsOfTheInput) {
     }
 }
 
-TEST_F(Binding, yieldsNothingWithoutTheSecondField) {
+TEST_F(Binding, yieldsNothingAndKeepsNothingWithoutTheSecondField) {
     project.layer = [](UInt32, double time) {
         return time == 3.0 ? [rows(4, 10, 8, 2, 0) retain] : static_cast<FxBitmap*>(nil);
     };
@@ -280,28 +273,44 @@ TEST_F(Binding, yieldsNothingWithoutTheSecondField) {
         return time == 3.0 ? [rows(4, 10, 8, 2, 0) retain] : static_cast<FxBitmap*>(nil);
     };
     const int images = liveImages();
-    const Pool inner;
-    PluginHost_FXPLUG_Impl binding = host();
-    EXPECT_EQ(binding.checkoutLayer(5, 0), nullptr);
-    EXPECT_EQ(binding.lockTemporalRaster(3.0, true, false), nullptr);
-    project.layer = nullptr;
-    EXPECT_EQ(binding.checkoutLayer(5, 0), nullptr);
-    PluginHost_FXPLUG_Impl bare(nil, nil, nil, nil, &info, nil, nil);
-    EXPECT_EQ(bare.checkoutLayer(5, 0), nullptr);
-    EXPECT_EQ(bare.lockTemporalRaster(3.0, true, false), nullptr);
-    EXPECT_GE(liveImages(), images);
+    {
+        const Pool inner;
+        PluginHost_FXPLUG_Impl binding = host();
+        EXPECT_EQ(binding.checkoutLayer(5, 0), nullptr);
+        EXPECT_EQ(binding.lockTemporalRaster(3.0, true, false), nullptr);
+        project.layer = nullptr;
+        EXPECT_EQ(binding.checkoutLayer(5, 0), nullptr);
+    }
+    EXPECT_EQ(liveImages(), images);
 }
 
+// Only Motion delivers the input at full size there. Column x of row y holds 10 y + x.
 TEST_F(Binding, resamplesTheInputForAReducedMotion) {
-    g_hostIndex = 1;
-    info.scaleX = 0.5;
-    project.input = [](double) { return [rows(8, 6, 8, 2, 10) retain]; };
-    PluginHost_FXPLUG_Impl binding = host(rows(4, 4, 8, 2, 0), rows(4, 4, 8, 2, 0));
-    PluginRaster_API* const raster = binding.lockTemporalRaster(1.0, true, true);
-    // Rows 0, 1, 3 and 4 of six, counted from the top: the last in memory.
-    EXPECT_THAT(firstBytes(infoOf(binding, raster)), ElementsAre(15, 14, 12, 11));
-    EXPECT_EQ(raster->getWidth(), 4);
-    binding.unlockTemporalRaster(raster);
+    project.input = [](double) {
+        FxBitmap* const image = [rows(8, 6, 8, 2, 0) retain];
+        for (int i = 0; i < 48; ++i) {
+            static_cast<char*>(
+                [image dataPtr])[i / 8 * static_cast<int>([image rowBytes]) + i % 8 * 4] =
+                static_cast<char>(i / 8 * 10 + i % 8);
+        }
+        return image;
+    };
+    for (const auto& [kind, scale, width] :
+         {std::tuple{1, 0.5, 4}, {1, 0.98, 4}, {1, 0.99, 8}, {1, 1.0, 8}, {0, 0.5, 8}}) {
+        g_hostIndex = kind;
+        info.scaleX = scale;
+        PluginHost_FXPLUG_Impl binding = host(rows(4, 4, 8, 2, 0), rows(4, 4, 8, 2, 0));
+        PluginRaster_API* const raster = binding.lockTemporalRaster(1.0, false, true);
+        ASSERT_EQ(raster->getWidth(), width) << kind << ' ' << scale;
+        const RasterInfo made = infoOf(binding, raster);
+        if (width == 4) {
+            // Rows 0, 1, 3 and 4 of six, counted from the top: the last in memory.
+            EXPECT_THAT(firstBytes(made), ElementsAre(50, 40, 20, 10));
+            EXPECT_THAT((std::vector<int>{made.row(0)[4], made.row(0)[8], made.row(0)[12]}),
+                        ElementsAre(52, 54, 56));
+        }
+        binding.unlockTemporalRaster(raster);
+    }
 }
 
 // --- The request ---
@@ -358,6 +367,7 @@ TEST_F(Binding, knowsItsApplicationAndVersion) {
     EXPECT_EQ(version(0), (std::pair{0, 0}));
     EXPECT_EQ(version(0x04560000), (std::pair{4, 5}));
     EXPECT_EQ(version(0), (std::pair{4, 5}));
+    EXPECT_EQ(version(0x3BC00000), (std::pair{0xB, 0xC}));
 }
 
 TEST_F(Binding, tellsTheHostsApart) {
@@ -432,15 +442,27 @@ TEST_F(Values, areReadAtTheTimeAskedFor) {
     EXPECT_EQ(value, 32.5);
 }
 
-TEST_F(Values, stayWhereTheHostDoesNotKnowThem) {
-    PluginHost_FXPLUG_Impl known = host();
-    PluginHost_FXPLUG_Impl bare(nil, nil, nil, nil, nullptr, nil, nil);
-    for (const auto& [binding, param] : {std::pair{&known, 99}, std::pair{&bare, 4}}) {
-        EXPECT_TRUE(test::answersNothing(*binding, param));
-        bool b = true;
-        binding->reader().readToggle(param, b);
-        EXPECT_TRUE(b);
-    }
+TEST_F(Values, countAsWrittenWhateverTheHostAnswers) {
+    project.deniesWhatItWrites = true;
+    g_hostIndex = 1;
+    PluginHost_FXPLUG_Impl binding = host();
+    double degrees = 1.5707963267948966;
+    EXPECT_NE(binding.GetAngleValue(9, 0, now, degrees), 0);
+    EXPECT_DOUBLE_EQ(degrees, 90);
+    double x = 0;
+    double y = 0.3;
+    EXPECT_NE(binding.GetPoint2DValue(7, 0, now, x, y), 0);
+    EXPECT_EQ(x, 0.2);
+    EXPECT_EQ(y, 0.7);
+    double rgb[3] = {};
+    EXPECT_NE(binding.GetColorValue(3, 0, now, rgb[0], rgb[1], rgb[2]), 0);
+    EXPECT_THAT(rgb, ElementsAre(0.1, 0.2, 0.3));
+    int menu = 0;
+    EXPECT_NE(binding.GetIntValue(12, 0, now, menu), 0);
+    EXPECT_EQ(menu, 1);
+    bool on = false;
+    EXPECT_NE(binding.GetBoolValue(15, 0, now, on), 0);
+    EXPECT_TRUE(on);
 }
 
 TEST_F(Values, countAToggleAsOnOnlyWhenItIsOne) {
@@ -577,7 +599,8 @@ std::vector<int> rowsOf(FxBitmap* bitmap) {
 
 TEST_F(Binding, doublesLines) {
     for (const FxUInt height : {1U, 3U}) {
-        FxBitmap* const frame = [render_lineDouble(rows(4, height, 16, 2, 7)) autorelease];
+        const Owned<FxBitmap*> doubled = render_lineDouble(rows(4, height, 16, 2, 7));
+        FxBitmap* const frame = doubled.get();
         EXPECT_THAT(rowsOf(frame),
                     height == 1 ? std::vector({7, 7}) : std::vector({7, 7, 8, 8, 9, 9}));
         EXPECT_EQ([frame pixelAspect], 0.75);
@@ -585,8 +608,8 @@ TEST_F(Binding, doublesLines) {
     }
     FxBitmap* const field = rows(1, 1, 8, 2, 0);
     manners().bitmapsUntilFailure = 0;
-    EXPECT_EQ(render_lineDouble(field), nil);
-    EXPECT_EQ(render_lineDouble(nil), nil);
+    EXPECT_EQ(render_lineDouble(field).get(), nil);
+    EXPECT_EQ(render_lineDouble(nil).get(), nil);
 }
 
 TEST_F(Binding, halvesLines) {

@@ -1,5 +1,5 @@
 #include "media/RawDump.h"
-#include "tests/doors/fxplug/HostedScene.h"
+#include "tests/doors/fxplug/HostedRequest.h"
 
 #include <CLI/CLI.hpp>
 
@@ -22,10 +22,10 @@ struct Options {
 };
 
 void render(const Options& options) {
-    HostedScene scene(options.scene);
-    ScenePlan& plan = scene.plan();
+    test::HostedScene scene(options.scene);
+    const ScenePlan& plan = scene.plan();
     LoadedEffect effect(ORBEL_BUNDLE, options.application);
-    scene.applyTo(effect);
+    apply(scene, effect);
     const auto dump = openRawDump(options.folder);
     // Motion hands over single fields at full height.
     const Field rows = options.application == Application::Motion ? Field::None : options.field;
@@ -33,7 +33,7 @@ void render(const Options& options) {
         const MemoryImage input = scene.input(frame, plan.format);
         const MemoryImage output = scene.image(plan.format);
         const RasterInfo result = fieldRows(output.info(), rows);
-        if (!effect.render(scene.request(frame, options.field), fieldRows(input.info(), rows),
+        if (!effect.render(requestOf(scene, frame, options.field), fieldRows(input.info(), rows),
                            result)) {
             throw std::runtime_error("frame " + std::to_string(frame) + " was not rendered");
         }

@@ -15,6 +15,7 @@ struct HostManners {
     UInt32 version = 0x01230000;               ///< 1.2.3
     std::atomic<int> bitmapsUntilFailure = -1; ///< then `initWithInfo:` answers nil; -1 never
     bool answersPremultiplied = true;          ///< whether images know `setIsPremultiplied:`
+    int versionQuestions = 0;                  ///< how often it was asked for its version
 };
 [[nodiscard]] HostManners& manners();
 /// A host of this kind that refuses nothing.

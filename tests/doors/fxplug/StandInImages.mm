@@ -40,6 +40,7 @@ void orbel::fxtest::resetManners(int kind) {
     current.version = HostManners{}.version;
     current.bitmapsUntilFailure = -1;
     current.answersPremultiplied = true;
+    current.versionQuestions = 0;
 }
 
 int orbel::fxtest::liveImages() {
@@ -178,6 +179,7 @@ bool orbel::fxtest::paddingIntact(FxBitmap* bitmap) {
     return manners().kind == 2 ? YES : NO;
 }
 - (UInt32)hostVersionNumber {
+    ++manners().versionQuestions;
     return manners().version;
 }
 

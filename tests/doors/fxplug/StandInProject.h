@@ -27,11 +27,12 @@ struct DeclaredParameter {
 struct Project {
     std::vector<std::string> declarations; ///< one line per selector received
     std::map<UInt32, DeclaredParameter> parameters;
-    ParameterStore tracks;         ///< of those that are
-    std::set<std::string> missing; ///< protocols for which the manager answers nil
-    double currentTime = 0.0;      ///< what the action interface says
-    std::vector<std::string> log;  ///< actions, and what was written within them
-    bool hostIsCalling = false;    ///< parameters are open to the effect
+    ParameterStore tracks;           ///< of those that are
+    std::set<std::string> missing;   ///< protocols for which the manager answers nil
+    double currentTime = 0.0;        ///< what the action interface says
+    std::vector<std::string> log;    ///< actions, and what was written within them
+    bool hostIsCalling = false;      ///< parameters are open to the effect
+    bool deniesWhatItWrites = false; ///< reads write the value and answer NO
     int openActions = 0;
     int strayAccesses = 0; ///< reads and writes while parameters were closed
     std::function<FxBitmap*(UInt32 param, double time)> layer; ///< answers with ownership
@@ -55,13 +56,9 @@ struct Project {
     void setCustom(UInt32 param, id<NSCoding> value);
     /// False for an unknown parameter, and, as a stray access, while parameters are closed.
     bool mayAccess(UInt32 param);
-    bool read(UInt32 param, double time, ParameterValue& value);
+    /// Writes the components that have a place.
+    bool read(UInt32 param, double time, double* first, double* second, double* third);
     bool write(UInt32 param, double time, const ParameterValue& value, const char* kind);
-
-    /// A keyed archive of all values at frame 0, flags and custom values.
-    [[nodiscard]] NSData* save() const;
-    /// Replaces values and flags by those of an archive.
-    void reopen(NSData* archive);
 };
 
 /// The user's value of a parameter in the host's units, or back.

@@ -6,14 +6,6 @@
 
 namespace orbel::fxtest {
 
-namespace {
-
-NSString* key(UInt32 param, const char* what) {
-    return [NSString stringWithFormat:@"%u %s", param, what];
-}
-
-} // namespace
-
 ParameterValue toHost(ValueKind kind, const ParameterValue& value) {
     if (kind == ValueKind::Angle) {
         return {value[0] * std::numbers::pi / 180.0};
@@ -68,12 +60,19 @@ bool Project::mayAccess(UInt32 param) {
     return open && parameters.contains(param);
 }
 
-bool Project::read(UInt32 param, double time, ParameterValue& value) {
+bool Project::read(UInt32 param, double time, double* first, double* second, double* third) {
     if (!mayAccess(param)) {
         return false;
     }
-    value = this->value(param, time);
-    return true;
+    const ParameterValue read = value(param, time);
+    std::size_t component = 0;
+    for (double* const place : {first, second, third}) {
+        if (place != nullptr) {
+            *place = read[component];
+        }
+        ++component;
+    }
+    return !deniesWhatItWrites;
 }
 
 bool Project::write(UInt32 param, double time, const ParameterValue& value, const char* kind) {
@@ -85,41 +84,6 @@ bool Project::write(UInt32 param, double time, const ParameterValue& value, cons
     }
     set(param, value);
     return true;
-}
-
-NSData* Project::save() const {
-    NSMutableData* const data = [NSMutableData data];
-    NSKeyedArchiver* const archiver =
-        [[[NSKeyedArchiver alloc] initForWritingWithMutableData:data] autorelease];
-    for (const auto& [param, declared] : parameters) {
-        [archiver encodeInt:static_cast<int>(declared.flags) forKey:key(param, "flags")];
-        if (declared.kind == ValueKind::Custom) {
-            [archiver encodeObject:static_cast<id>(declared.custom) forKey:key(param, "custom")];
-        }
-        const ParameterValue saved = value(param, 0.0);
-        for (const char* const part : {"0", "1", "2"}) {
-            [archiver encodeDouble:saved[static_cast<std::size_t>(*part - '0')]
-                            forKey:key(param, part)];
-        }
-    }
-    [archiver finishEncoding];
-    return data;
-}
-
-void Project::reopen(NSData* archive) {
-    NSKeyedUnarchiver* const reader =
-        [[[NSKeyedUnarchiver alloc] initForReadingWithData:archive] autorelease];
-    for (auto& [param, declared] : parameters) {
-        declared.flags =
-            static_cast<FxParameterFlags>([reader decodeIntForKey:key(param, "flags")]);
-        if (declared.kind == ValueKind::Custom) {
-            setCustom(param, [reader decodeObjectForKey:key(param, "custom")]);
-        }
-        for (const char* const part : {"0", "1", "2"}) {
-            declared.constant[static_cast<std::size_t>(*part - '0')] =
-                [reader decodeDoubleForKey:key(param, part)];
-        }
-    }
 }
 
 } // namespace orbel::fxtest
@@ -269,30 +233,21 @@ std::string numbers(std::initializer_list<double> list) {
 // --- Retrieval ---
 
 - (BOOL)getFloatValue:(double*)value fromParm:(UInt32)parmId atTime:(double)time {
-    ParameterValue read{};
-    if (!of(_project).read(parmId, time, read)) {
-        return NO;
-    }
-    *value = read[0];
-    return YES;
+    return of(_project).read(parmId, time, value, nullptr, nullptr) ? YES : NO;
 }
 
 - (BOOL)getIntValue:(int*)value fromParm:(UInt32)parmId atTime:(double)time {
-    ParameterValue read{};
-    if (!of(_project).read(parmId, time, read)) {
-        return NO;
-    }
-    *value = static_cast<int>(read[0]);
-    return YES;
+    double read = *value;
+    const bool known = of(_project).read(parmId, time, &read, nullptr, nullptr);
+    *value = static_cast<int>(read);
+    return known ? YES : NO;
 }
 
 - (BOOL)getBoolValue:(BOOL*)value fromParm:(UInt32)parmId atTime:(double)time {
-    ParameterValue read{};
-    if (!of(_project).read(parmId, time, read)) {
-        return NO;
-    }
-    *value = static_cast<BOOL>(read[0]);
-    return YES;
+    double read = *value;
+    const bool known = of(_project).read(parmId, time, &read, nullptr, nullptr);
+    *value = static_cast<BOOL>(read);
+    return known ? YES : NO;
 }
 
 - (BOOL)getRedValue:(double*)red
@@ -300,24 +255,11 @@ std::string numbers(std::initializer_list<double> list) {
           BlueValue:(double*)blue
            fromParm:(UInt32)parmId
              atTime:(double)time {
-    ParameterValue read{};
-    if (!of(_project).read(parmId, time, read)) {
-        return NO;
-    }
-    *red = read[0];
-    *green = read[1];
-    *blue = read[2];
-    return YES;
+    return of(_project).read(parmId, time, red, green, blue) ? YES : NO;
 }
 
 - (BOOL)getXValue:(double*)x YValue:(double*)y fromParm:(UInt32)parmId atTime:(double)time {
-    ParameterValue read{};
-    if (!of(_project).read(parmId, time, read)) {
-        return NO;
-    }
-    *x = read[0];
-    *y = read[1];
-    return YES;
+    return of(_project).read(parmId, time, x, y, nullptr) ? YES : NO;
 }
 
 - (BOOL)getBitmap:(FxBitmap**)image

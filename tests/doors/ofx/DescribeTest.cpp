@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 namespace orbel::ofxtest {
@@ -130,9 +132,34 @@ TEST(OfxPlugin, needsThreeSuites) {
             << suite;
     }
     TestHost host;
-    LoadedPlugin loaded(ORBEL_OFX_BINARY, &host);
+    const LoadedPlugin loaded(ORBEL_OFX_BINARY, &host);
     loaded.plugin().setHost(nullptr);
     EXPECT_EQ(loaded.call(ofx::ACTION_LOAD), ofx::STAT_ERR_MISSING_HOST_FEATURE);
+}
+
+// What a host leaves out of a suite is only missed where the plug-in calls it.
+template<class Suite>
+void expectNeeded(const char* name, const Suite* whole, const std::set<std::size_t>& needed) {
+    for (std::size_t i = 0; i < sizeof(Suite) / sizeof(void*); ++i) {
+        Suite suite = *whole;
+        std::memset(reinterpret_cast<char*>(&suite) + i * sizeof(void*), 0, sizeof(void*));
+        TestHost host;
+        host.suites[name] = &suite;
+        const LoadedPlugin loaded(ORBEL_OFX_BINARY, &host);
+        EXPECT_EQ(loaded.loaded(),
+                  needed.contains(i) ? ofx::STAT_ERR_MISSING_HOST_FEATURE : ofx::STAT_OK)
+            << name << ' ' << i;
+        if (loaded.loaded() == ofx::STAT_OK) {
+            const HostedInstance instance(&loaded, ofx::CONTEXT_FILTER);
+            EXPECT_EQ(instance.created(), ofx::STAT_OK);
+        }
+    }
+}
+
+TEST(OfxPlugin, needsTheFunctionsThatItCalls) {
+    expectNeeded("OfxPropertySuite", propertySuite(), {0, 1, 2, 3, 8, 9, 10, 11});
+    expectNeeded("OfxImageEffectSuite", imageEffectSuite(), {0, 1, 2, 3, 4, 5, 6, 7, 8});
+    expectNeeded("OfxParameterSuite", parameterSuite(), {0, 1, 3, 5, 8});
 }
 
 // Without an answer to "how many pages" there is one; with none there is none.

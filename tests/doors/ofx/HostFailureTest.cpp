@@ -144,6 +144,24 @@ TEST_F(OfxFailure, parametersThatCannotBeReadHaveTheirDefaults) {
     }
 }
 
+// Some hosts write a value and call it an error; a toggle is on when its number is 1.
+TEST_F(OfxFailure, whatAHostWritesCountsWhateverItAnswers) {
+    for (const double toggle : {0.0, 1.0, 2.0, -1.0}) {
+        Shot shot;
+        shot.set(PARAM_ENABLE_REPEATER, toggle == 1.0 ? 1 : 0).set(PARAM_INSTANCES, 3);
+        shot.set(PARAM_REPEATER_ROTATION_Z, 40);
+        Stage stage(&m_plugin, shot, Layouts(shot));
+        stage.source.takeFrom(shot.picture().info());
+        for (auto& [name, param] : stage.instance.effect().params) {
+            param->status = ofx::STAT_ERR_UNKNOWN;
+        }
+        stage.instance.param("repeaterEnable").value = [toggle](OfxTime) {
+            return std::array<double, 3>{toggle};
+        };
+        expectFrame(stage, shot);
+    }
+}
+
 // No parameter can even be found: the instance lives, and draws what the defaults say.
 TEST_F(OfxFailure, anInstanceWithoutHandlesStillRenders) {
     Shot shot;

@@ -1,12 +1,41 @@
 #include "doors/ofx/ParameterNames.h"
+#include "doors/ofx/PluginHost_OFX_Impl.h"
 #include "doors/ofx/platform/OfxNames.h"
 #include "params/ParameterRules.h"
 #include "params/ParameterTable.h"
 #include "tests/doors/ofx/Stage.h"
+#include "tests/support/HostContract.h"
 
 #include <gmock/gmock.h>
 
-#include <set>
+namespace orbel::ofxtest {
+namespace {
+
+/// The core's view of a host that knows no parameters, for what holds for every door.
+class OfxDoor {
+public:
+    OfxDoor(const RasterInfo& input, const RasterInfo& output, double frame)
+        : m_door(&m_instance, {frame}, {input, output, {}}) {}
+    PluginHost_API& host() { return m_door; }
+    void settle() {}
+
+private:
+    static ofx::SharedSuites suites() {
+        return std::make_shared<ofx::HostSuites>(
+            ofx::HostSuites{nullptr, propertySuite(), imageEffectSuite(), parameterSuite()});
+    }
+
+    Effect m_effect;
+    ofx::EffectInstance m_instance{suites(), m_effect.handle()};
+    PluginHost_OFX_Impl m_door;
+};
+
+} // namespace
+} // namespace orbel::ofxtest
+
+namespace orbel::test {
+INSTANTIATE_TYPED_TEST_SUITE_P(Ofx, HostContract, ofxtest::OfxDoor);
+} // namespace orbel::test
 
 namespace orbel::ofxtest {
 namespace {
@@ -89,17 +118,6 @@ TEST_F(OfxInstance, aChosenShapeTakesThePlaceOfThePreset) {
     change(instance, "shapeText", "OfxChangeUserEdited");
     EXPECT_EQ(preset.written.size(), 2U);
     EXPECT_EQ(change(instance, "nobody", "OfxChangeUserEdited"), ofx::STAT_REPLY_DEFAULT);
-}
-
-TEST_F(OfxInstance, namesBelongToOneParameterEach) {
-    std::set<std::string> names{ofx::SHAPE_TEXT, ofx::PAGE};
-    for (const ParameterRow& row : parameterTable()) {
-        if (row.id != 0) {
-            ASSERT_NE(ofx::parameterName(row.id), nullptr) << row.name;
-            EXPECT_TRUE(names.insert(ofx::parameterName(row.id)).second) << row.name;
-            EXPECT_EQ(ofx::parameterId(ofx::parameterName(row.id)), row.id);
-        }
-    }
 }
 
 TEST_F(OfxInstance, identityIsWhereNothingIsDrawnOverThePicture) {

@@ -1,10 +1,7 @@
 #include "tests/doors/ofx/Stage.h"
 
 #include "doors/ofx/ParameterNames.h"
-#include "params/InstanceData.h"
 #include "params/ParameterTable.h"
-#include "render/RenderDispatch.h"
-#include "shapes/ShapeTable.h"
 #include "tests/support/Pictures.h"
 
 #include <cstring>
@@ -47,25 +44,6 @@ MemoryImage Shot::picture() const {
     return image;
 }
 
-MemoryImage Shot::rendered(const MemoryImage& input) const {
-    buildStaticSVGShapeInfo(ORBEL_RESOURCES);
-    MemoryImage output(input.info().width, input.info().height, format, RowLayout{});
-    output.setPixelAspect(static_cast<float>(aspect));
-    ParameterStore values = parameters;
-    MemoryHostSettings settings;
-    settings.frame = time;
-    settings.renderScaleX = scale;
-    settings.renderScaleY = scale;
-    settings.alpha = alpha;
-    PluginHost_MEMORY_Impl host(input.info(), output.info(), &values, settings);
-    Orbel_UserData shape;
-    setUserDataPath(&shape, shapeFile.c_str());
-    shape.svg = shapeText;
-    host.setUserData(&shape);
-    EXPECT_EQ(Render(&host), 0);
-    return output;
-}
-
 Layouts::Layouts(const Shot& shot) {
     source.bounds = source.region = output.bounds = output.region = shot.frame;
     source.alpha = stateOf(shot.alpha.source);
@@ -90,14 +68,14 @@ Stage::Stage(const LoadedPlugin* plugin, const Shot& shot, const Layouts& layout
         clip.image = [found = &picture->properties](OfxTime) { return found; };
         clip.properties.set("OfxImageClipPropConnected", {1});
         clip.properties.set("OfxImageEffectPropPreMultiplication", {picture->layout().alpha});
-        clip.region = {static_cast<double>(shot.frame.x1) * shot.aspect / shot.scale,
-                       static_cast<double>(shot.frame.y1) / shot.scale,
-                       static_cast<double>(shot.frame.x2) * shot.aspect / shot.scale,
-                       static_cast<double>(shot.frame.y2) / shot.scale};
+        clip.region = {static_cast<double>(shot.frame.x1) * shot.aspect / shot.scaleX,
+                       static_cast<double>(shot.frame.y1) / shot.scaleY,
+                       static_cast<double>(shot.frame.x2) * shot.aspect / shot.scaleX,
+                       static_cast<double>(shot.frame.y2) / shot.scaleY};
     }
     arguments.readOnly = true;
     arguments.set("OfxPropTime", {shot.time});
-    arguments.set("OfxImageEffectPropRenderScale", {shot.scale, shot.scale});
+    arguments.set("OfxImageEffectPropRenderScale", {shot.scaleX, shot.scaleY});
     arguments.set("OfxImageEffectPropFieldToRender", {std::string("OfxFieldBoth")});
     setWindow(layouts.output.bounds);
 }

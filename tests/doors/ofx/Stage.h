@@ -1,8 +1,6 @@
 #pragma once
 
-#include "doors/memory/MemoryImage.h"
-#include "doors/memory/ParameterStore.h"
-#include "doors/memory/PluginHost_MEMORY_Impl.h"
+#include "tests/doors/CoreFrame.h"
 #include "tests/doors/ofx/HostPicture.h"
 #include "tests/doors/ofx/LoadedPlugin.h"
 
@@ -13,18 +11,10 @@
 
 namespace orbel::ofxtest {
 
-/// A frame that both hosts can render: the one that loads the bundle, and the in-memory host, whose
-/// picture is what the other must deliver.
-struct Shot {
+/// A frame as a host that loads the bundle asks for it, and what the core makes of it.
+struct Shot : test::CoreFrame {
     RasterFormat format = RF_RGBA8;
     OfxRectI frame{0, 0, 52, 38};
-    double time = 0.0;
-    double scale = 1.0;
-    double aspect = 1.0;
-    AlphaHandling alpha;
-    ParameterStore parameters;
-    std::string shapeFile;
-    std::string shapeText;
 
     Shot();
     Shot& set(int param, double value) {
@@ -35,8 +25,9 @@ struct Shot {
     [[nodiscard]] int height() const { return frame.y2 - frame.y1; }
     /// The picture under the stroke, as everything that follows shows it.
     [[nodiscard]] MemoryImage picture() const;
-    /// What the in-memory host makes of a picture of this size.
-    [[nodiscard]] MemoryImage rendered(const MemoryImage& input) const;
+    [[nodiscard]] MemoryImage rendered(const MemoryImage& input) const {
+        return over(input.info());
+    }
     [[nodiscard]] MemoryImage rendered() const { return rendered(picture()); }
 };
 

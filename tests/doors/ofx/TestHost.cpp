@@ -167,22 +167,22 @@ std::array<double, 3> valueOf(const Param& param, OfxTime time) {
 }
 
 OfxStatus readValue(Param& param, OfxTime time, va_list out) {
-    if (param.status != ofx::STAT_OK || param.silent) {
+    if (param.silent) {
         return param.status;
     }
     if (param.type == "OfxParamTypeString") {
         *va_arg(out, char**) = param.text.data();
-        return ofx::STAT_OK;
+        return param.status;
     }
     const std::array<double, 3> value = valueOf(param, time);
     if (isWhole(param.type)) {
         *va_arg(out, int*) = static_cast<int>(value[0]);
-        return ofx::STAT_OK;
+        return param.status;
     }
     for (std::size_t i = 0; i < componentsOf(param.type); ++i) {
         *va_arg(out, double*) = value.at(i);
     }
-    return ofx::STAT_OK;
+    return param.status;
 }
 
 OfxStatus paramGetValue(OfxParamHandle handle, ...) {
@@ -248,6 +248,9 @@ const void* TestHost::fetchSuite(OfxPropertySetHandle host, const char* name, in
         static_cast<const TestHost*>(PropertySet::of(host).get<void*>("test.host", 0, nullptr));
     if (version != 1 || self->missingSuites.contains(name)) {
         return nullptr;
+    }
+    if (const auto own = self->suites.find(name); own != self->suites.end()) {
+        return own->second;
     }
     const std::map<std::string, const void*> suites{{"OfxPropertySuite", propertySuite()},
                                                     {"OfxImageEffectSuite", imageEffectSuite()},

@@ -28,8 +28,8 @@ struct Param {
     PropertySet properties;
     std::function<std::array<double, 3>(OfxTime)> value; ///< null: the declared default
     std::string text;
-    OfxStatus status = 0; ///< what reading answers
-    bool silent = false;  ///< reading answers well and writes nothing
+    OfxStatus status = 0; ///< what reading answers, having written the value
+    bool silent = false;  ///< reading writes nothing
     std::vector<std::vector<double>> written;
 };
 
@@ -58,6 +58,7 @@ public:
 
     PropertySet properties;
     std::set<std::string> missingSuites;
+    std::map<std::string, const void*> suites; ///< in place of the usual ones, by name
 
     [[nodiscard]] OfxHost* interface() { return &m_host; }
 

@@ -1,1 +1,1 @@
-#include "doors/memory/Door.h"
+#include "doors/fxplug/Door.h"

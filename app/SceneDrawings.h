@@ -1,0 +1,14 @@
+#pragma once
+
+#include "film/ScenePlan.h"
+
+#include <functional>
+#include <string>
+
+namespace orbel::app {
+
+/// Converts the drawing or the text that a scene names as its shape. `note` is told what was left
+/// out of it; it may be empty.
+[[nodiscard]] ShapeConverter shapeConverter(std::function<void(const std::string&)> note);
+
+} // namespace orbel::app

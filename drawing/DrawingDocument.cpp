@@ -1,0 +1,200 @@
+#include "drawing/DrawingDocument.h"
+
+#include "drawing/Cascade.h"
+#include "drawing/Gunzip.h"
+#include "drawing/TextOutlines.h"
+#include "drawing/XmlTree.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <initializer_list>
+#include <new>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+constexpr const char* svgNamespace = "http://www.w3.org/2000/svg";
+constexpr const char* linkNamespace = "http://www.w3.org/1999/xlink";
+
+constexpr std::size_t mostSigns = 20000; // beyond, sources are not worth the memory
+constexpr int signRed = 0x5a;
+constexpr int signAlpha = 4;
+
+bool isOneOf(const xmlNode* node, std::initializer_list<std::string_view> names) {
+    const std::string_view name = nameOf(node);
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+bool isDrawn(const xmlNode* node) {
+    return isOneOf(node, {"path", "rect", "circle", "ellipse", "line", "polyline", "polygon", "use",
+                          "switch"});
+}
+
+/// Where another element between the children changes nothing.
+bool isPlainGroup(const xmlNode* node) {
+    return node != nullptr && isElement(node) && isOneOf(node, {"g", "svg", "a", "symbol"});
+}
+
+std::string titleOf(const xmlNode* node) {
+    for (; node->parent != nullptr && isElement(node->parent); node = node->parent) {
+        for (const xmlNode* child = node->children; child != nullptr; child = child->next) {
+            if (isNamed(child, "title")) {
+                return plainText(child);
+            }
+        }
+    }
+    return {}; // the drawing's own title names none of its parts
+}
+
+std::string idOf(const xmlNode* node) {
+    for (; node->parent != nullptr && isElement(node->parent); node = node->parent) {
+        if (auto id = attributeOf(node, "id"); id && !id->empty()) {
+            return *id;
+        }
+    }
+    return {};
+}
+
+class Preparation {
+public:
+    explicit Preparation(XmlTree tree) : m_tree(std::move(tree)) {
+        m_root = xmlDocGetRootElement(m_tree.get());
+        if (m_root == nullptr || nameOf(m_root) != "svg") {
+            throw DrawingError{"this is no SVG drawing: its outermost element is <" +
+                                   (m_root ? std::string(nameOf(m_root)) : "") + ">",
+                               "save the drawing as plain SVG"};
+        }
+    }
+
+    DrawingDocument prepare() {
+        addNamespaces();
+        const Cascade cascade(m_root);
+        replaceTexts(m_root, cascade, &m_result.notes);
+        forEachElement(m_root, [&](xmlNode* node) { prepareElement(node, cascade); });
+        if (!cascade.looksAtSiblings()) {
+            placeSigns();
+        }
+        tell(m_pictures, "picture");
+        tell(m_foreign, "piece of another language (foreignObject)");
+        m_result.svg = textOf(m_tree);
+        return std::move(m_result);
+    }
+
+private:
+    /// Browsers refuse such files, drawing programs write them all the same.
+    void addNamespaces() {
+        if (m_root->ns == nullptr) {
+            xmlNewNs(m_root, xmlChars(svgNamespace), nullptr);
+        }
+        if (xmlSearchNs(m_tree.get(), m_root, xmlChars("xlink")) == nullptr) {
+            xmlNewNs(m_root, xmlChars(linkNamespace), xmlChars("xlink"));
+        }
+    }
+
+    void prepareElement(xmlNode* node, const Cascade& cascade) {
+        if (isOneOf(node, {"image", "feImage"})) {
+            removeAttribute(node, "href"); // as data it may be longer than the renderer takes
+            m_pictures += isNamed(node, "image") ? 1U : 0U;
+        } else if (isNamed(node, "foreignObject")) {
+            ++m_foreign;
+        } else if (isOneOf(node, {"clipPath", "mask", "symbol"}) ||
+                   (node != m_root && isNamed(node, "svg"))) {
+            m_result.clips = true;
+        }
+        if (isTransparent(node, cascade)) {
+            setAttribute(node, "style",
+                         attributeOf(node, "style").value_or("") + ";display:none!important");
+        }
+    }
+
+    static bool isTransparent(const xmlNode* node, const Cascade& cascade) {
+        const auto opacity = cascade.declared(node, "opacity");
+        if (!opacity || opacity->empty()) {
+            return false;
+        }
+        char* end = nullptr;
+        const double value = std::strtod(opacity->c_str(), &end);
+        return end != opacity->c_str() && value <= 0;
+    }
+
+    void placeSigns() {
+        std::vector<xmlNode*> drawn;
+        forEachElement(m_root, [&](xmlNode* node) {
+            if (isDrawn(node) && isPlainGroup(node->parent)) {
+                drawn.push_back(node);
+            }
+        });
+        if (drawn.size() > mostSigns) {
+            m_result.notes.push_back(
+                "the outlines do not name their sources: there are more than " +
+                std::to_string(mostSigns) + " elements");
+            return;
+        }
+        for (xmlNode* const node : drawn) {
+            placeSign(node);
+        }
+    }
+
+    void placeSign(xmlNode* node) {
+        const std::size_t number = m_result.sources.size();
+        char style[256];
+        std::snprintf(style, sizeof style,
+                      "fill:#%02x%04zx!important;fill-opacity:%.6f!important;stroke:none!important;"
+                      "marker:none!important;display:inline!important;visibility:visible!important",
+                      static_cast<unsigned>(signRed), number, signAlpha / 255.0);
+        xmlNode* const sign = xmlNewNode(m_root->ns, xmlChars("path"));
+        if (sign == nullptr) {
+            throw std::bad_alloc();
+        }
+        setAttribute(sign, "d", "M0 0H1V1z");
+        setAttribute(sign, "style", style);
+        xmlAddPrevSibling(node, sign);
+        m_result.sources.push_back({idOf(node), titleOf(node), "", ""});
+    }
+
+    void tell(std::size_t count, const std::string& what) {
+        if (count > 0) {
+            m_result.notes.push_back(std::to_string(count) + " " + what +
+                                     (count == 1 ? " has" : "s have") + " no outlines");
+        }
+    }
+
+    XmlTree m_tree;
+    xmlNode* m_root;
+    DrawingDocument m_result;
+    std::size_t m_pictures = 0;
+    std::size_t m_foreign = 0;
+};
+
+} // namespace
+
+DrawingDocument prepareDrawing(std::string_view bytes) {
+    std::string unpacked;
+    if (isGzip(bytes)) {
+        unpacked = gunzip(bytes);
+        bytes = unpacked;
+    }
+    if (trimmed(bytes).empty()) {
+        throw DrawingError{"the file is empty", "save the drawing again"};
+    }
+    std::string error;
+    XmlTree tree = parseXmlTree(bytes, &error);
+    if (tree == nullptr) {
+        throw DrawingError{"this is no readable SVG: " + error, "save the drawing as plain SVG"};
+    }
+    return Preparation(std::move(tree)).prepare();
+}
+
+std::optional<std::size_t> signNumber(const std::array<double, 4>& colour) {
+    const auto byte = [](double component) { return std::lround(component * 255); };
+    if (byte(colour[0]) != signRed || std::abs(colour[3] * 255 - signAlpha) > 0.01) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(byte(colour[1]) * 256 + byte(colour[2]));
+}
+
+} // namespace orbel

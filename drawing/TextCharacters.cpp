@@ -1,0 +1,146 @@
+#include "drawing/TextCharacters.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orbel {
+
+namespace {
+
+/// An element and the characters inside it.
+struct Span {
+    const xmlNode* element;
+    std::size_t begin;
+    std::size_t end;
+};
+
+class Collector {
+public:
+    Collector(TextStyles* styles, const Cascade& cascade) : m_styles(styles), m_cascade(cascade) {}
+
+    std::vector<TextCharacter> collect(const xmlNode* text) {
+        m_viewport = viewportOf(text);
+        enter(text, nullptr);
+        dropLastSpace();
+        for (const Span& span : m_spans) {
+            place(span);
+        }
+        return std::move(m_characters);
+    }
+
+private:
+    // NOLINTNEXTLINE(misc-no-recursion): as deep as the document, which the XML reader limits
+    void enter(const xmlNode* element, const xmlNode* path) {
+        if (m_cascade.declared(element, "display") == "none") {
+            return;
+        }
+        if (nameOf(element) == "textPath") {
+            path = element;
+        }
+        const std::size_t span = m_spans.size();
+        m_spans.push_back({element, m_characters.size(), 0});
+        const bool preserve = m_styles->of(element).preserve;
+        for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
+            const bool text = child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE;
+            if (text && child->content != nullptr) {
+                addText(reinterpret_cast<const char*>(child->content), element, path, preserve);
+            } else if (isNamed(child, "tspan") || isNamed(child, "textPath") ||
+                       isNamed(child, "a")) {
+                enter(child, path);
+            }
+        }
+        m_spans[span].end = m_characters.size();
+    }
+
+    /// Runs of white space become one space, none at the ends, unless they are to stay.
+    void addText(const char* text, const xmlNode* element, const xmlNode* path, bool preserve) {
+        for (const char* at = text; *at != '\0';) {
+            const char* const next = g_utf8_next_char(at);
+            std::string character(at, next);
+            at = next;
+            if (character == "\n" || character == "\t" || character == "\r") {
+                character = " ";
+            }
+            const bool space = character == " ";
+            const bool again = m_characters.empty() || m_spaceBefore;
+            if (space && !preserve && again) {
+                continue;
+            }
+            m_spaceBefore = space && !preserve;
+            TextCharacter one;
+            one.text = std::move(character);
+            one.element = element;
+            one.path = path;
+            m_characters.push_back(std::move(one));
+        }
+    }
+
+    void dropLastSpace() {
+        if (m_spaceBefore && !m_characters.empty()) {
+            m_characters.pop_back();
+        }
+    }
+
+    /// Inner elements come later and have the last word.
+    void place(const Span& span) {
+        if (nameOf(span.element) == "textPath") {
+            return;
+        }
+        const auto lists = [&](const char* name, double whole) {
+            const auto text = attributeOf(span.element, name);
+            return text ? lengthsOf(*text, m_styles->of(span.element).size, whole)
+                        : std::vector<double>{};
+        };
+        const auto each = [&](const std::vector<double>& values, const auto& apply) {
+            const std::size_t end = std::min(span.end, m_characters.size());
+            for (std::size_t i = 0; i < values.size() && span.begin + i < end; ++i) {
+                apply(m_characters[span.begin + i], values[i]);
+            }
+        };
+        each(lists("x", m_viewport.width), [](auto& c, double v) { c.x = v; });
+        each(lists("y", m_viewport.height), [](auto& c, double v) { c.y = v; });
+        each(lists("dx", m_viewport.width), [](auto& c, double v) { c.dx = v; });
+        each(lists("dy", m_viewport.height), [](auto& c, double v) { c.dy = v; });
+        std::vector<double> turns = lists("rotate", 0);
+        if (!turns.empty() && span.end > span.begin) {
+            turns.resize(std::max(turns.size(), span.end - span.begin), turns.back());
+            each(turns, [](auto& c, double v) { c.rotate = v; });
+        }
+    }
+
+    TextStyles* m_styles;
+    const Cascade& m_cascade;
+    Viewport m_viewport;
+    std::vector<TextCharacter> m_characters;
+    std::vector<Span> m_spans;
+    bool m_spaceBefore = false;
+};
+
+} // namespace
+
+Viewport viewportOf(const xmlNode* node) {
+    constexpr double em = 16.0;
+    for (node = node->parent; node != nullptr && isElement(node); node = node->parent) {
+        if (!isNamed(node, "svg")) {
+            continue;
+        }
+        if (const auto box = attributeOf(node, "viewBox")) {
+            if (const auto numbers = lengthsOf(*box, em, 0); numbers.size() == 4) {
+                return {numbers[2], numbers[3]};
+            }
+        }
+        const double width = lengthOf(attributeOf(node, "width").value_or("100"), em, 100);
+        const double height = lengthOf(attributeOf(node, "height").value_or("100"), em, 100);
+        return {width, height};
+    }
+    return {100, 100};
+}
+
+std::vector<TextCharacter> charactersOf(const xmlNode* text, TextStyles* styles,
+                                        const Cascade& cascade) {
+    return Collector(styles, cascade).collect(text);
+}
+
+} // namespace orbel

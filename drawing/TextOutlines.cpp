@@ -1,0 +1,538 @@
+#include "drawing/TextOutlines.h"
+
+#include "drawing/DrawingDocument.h"
+#include "drawing/TextCharacters.h"
+#include "drawing/TextPath.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <numbers>
+#include <set>
+#include <utility>
+
+namespace orbel {
+
+namespace {
+
+constexpr std::size_t mostCharacters = 200000; // of a drawing
+
+constexpr double degrees = std::numbers::pi / 180;
+
+/// A cluster with its place in the text's own coordinates.
+struct PlacedCluster {
+    std::size_t character = 0;
+    double x = 0.0;
+    double y = 0.0;
+    double advance = 0.0; ///< with all spacing
+    double stretch = 1.0; ///< across
+    double turn = 0.0;    ///< radians
+    double raise = 0.0;
+    bool sideways = false; ///< lies on its side in vertical text
+    bool upright = false;
+    bool hidden = false;              ///< beyond the ends of its path
+    std::vector<OutlineCurve> curves; ///< for a font of size 1
+};
+
+/// Lays one text element out.
+class Layout {
+public:
+    Layout(const xmlNode* text, TextStyles* styles, const Cascade& cascade, FontShaper* shaper)
+        : m_text(text),
+          m_styles(styles),
+          m_shaper(shaper),
+          m_viewport(viewportOf(text)),
+          m_characters(charactersOf(text, styles, cascade)) {}
+
+    [[nodiscard]] const std::vector<TextCharacter>& characters() const { return m_characters; }
+
+    std::vector<PlacedCluster> place() {
+        std::size_t begin = 0;
+        for (std::size_t i = 1; i <= m_characters.size(); ++i) {
+            if (i == m_characters.size() || m_characters[i].x || m_characters[i].y ||
+                m_characters[i].path != m_characters[i - 1].path) {
+                placeChunk(begin, i);
+                begin = i;
+            }
+        }
+        return std::move(m_placed);
+    }
+
+private:
+    [[nodiscard]] const TextStyle& styleOf(std::size_t character) const {
+        return m_styles->of(m_characters[character].element);
+    }
+
+    void placeChunk(std::size_t begin, std::size_t end) {
+        if (begin == end) {
+            return;
+        }
+        const TextStyle style = m_styles->of(m_text);
+        std::vector<PlacedCluster> chunk = shapeChunk(begin, end);
+        stretchToLength(&chunk);
+        const TextCharacter& first = m_characters[begin];
+        m_penX = first.x.value_or(m_penX);
+        m_penY = first.y.value_or(m_penY);
+        double whole = 0.0;
+        for (const PlacedCluster& cluster : chunk) {
+            const TextCharacter& c = m_characters[cluster.character];
+            whole += cluster.advance + (style.vertical ? c.dy : c.dx);
+        }
+        const TextStyle& firstStyle = styleOf(begin);
+        const bool fromRight = firstStyle.rightToLeft;
+        const auto anchor = firstStyle.anchor;
+        const double shift = anchor == TextStyle::Anchor::Middle               ? -whole / 2
+                             : (anchor == TextStyle::Anchor::End) != fromRight ? -whole
+                                                                               : 0.0;
+        if (first.path != nullptr) {
+            layOnPath(first.path, shift, &chunk);
+        } else {
+            layOnLine(shift, style.vertical, &chunk);
+        }
+        std::move(chunk.begin(), chunk.end(), std::back_inserter(m_placed));
+    }
+
+    /// The clusters from left to right with their advances.
+    std::vector<PlacedCluster> shapeChunk(std::size_t begin, std::size_t end) {
+        std::string text;
+        std::vector<FontRun> runs;
+        std::vector<std::size_t> characterAt; // by byte
+        bool separate = false;                // letters with places of their own do not join
+        for (std::size_t i = begin; i < end; ++i) {
+            const TextCharacter& c = m_characters[i];
+            separate = separate || (i > begin && (c.dx != 0 || c.dy != 0)) || c.rotate != 0 ||
+                       styleOf(i).letterSpacing != 0;
+        }
+        for (std::size_t i = begin; i < end; ++i) {
+            FontChoice font = styleOf(i).font;
+            if (separate) {
+                font.features.append(font.features.empty() ? "" : ", ").append("liga 0, clig 0");
+            }
+            const std::size_t at = text.size();
+            text += m_characters[i].text;
+            characterAt.resize(text.size(), i);
+            if (runs.empty() || !(runs.back().font == font)) {
+                runs.push_back({at, text.size(), std::move(font)});
+            }
+            runs.back().end = text.size();
+        }
+        std::vector<PlacedCluster> chunk;
+        const auto direction = styleOf(begin).rightToLeft ? FontShaper::Direction::RightToLeft
+                                                          : FontShaper::Direction::LeftToRight;
+        for (ShapedCluster& cluster : m_shaper->shape(text, runs, direction)) {
+            PlacedCluster placed;
+            placed.character = characterAt[std::min(cluster.byte, characterAt.size() - 1)];
+            const TextStyle& style = styleOf(placed.character);
+            placed.upright = style.vertical && cluster.upright;
+            placed.sideways = style.vertical && !cluster.upright;
+            placed.advance = (placed.upright ? 1.0 : cluster.advance) * style.size +
+                             style.letterSpacing +
+                             (m_characters[placed.character].text == " " ? style.wordSpacing : 0);
+            placed.raise = raiseOf(style);
+            if (placed.upright) {
+                const FontMetrics metrics = m_shaper->metricsOf(style.font);
+                const double down = metrics.ascent / (metrics.ascent + metrics.descent);
+                for (OutlineCurve& curve : cluster.curves) {
+                    transformCurve({1, 0, 0, 1, -cluster.advance / 2, down}, &curve);
+                }
+            }
+            placed.curves = std::move(cluster.curves);
+            chunk.push_back(std::move(placed));
+        }
+        return chunk;
+    }
+
+    /// How far a letter stands above the line.
+    double raiseOf(const TextStyle& style) {
+        const std::string& wanted = style.alignmentBaseline.empty() ||
+                                            style.alignmentBaseline == "auto" ||
+                                            style.alignmentBaseline == "baseline"
+                                        ? style.dominantBaseline
+                                        : style.alignmentBaseline;
+        if (!style.vertical && (wanted.empty() || wanted == "auto" || wanted == "alphabetic")) {
+            return style.raise;
+        }
+        const FontMetrics metrics = m_shaper->metricsOf(style.font);
+        double below = 0.0; // the baseline, seen from the font's own, in its size
+        if (wanted == "middle") {
+            below = metrics.xHeight / 2;
+        } else if (wanted == "central" || style.vertical) {
+            below = (metrics.ascent - metrics.descent) / 2;
+        } else if (wanted == "hanging") {
+            below = metrics.ascent * 0.8;
+        } else if (wanted == "mathematical") {
+            below = metrics.ascent / 2;
+        } else if (wanted == "text-before-edge" || wanted == "before-edge" ||
+                   wanted == "text-top") {
+            below = metrics.ascent;
+        } else if (wanted == "text-after-edge" || wanted == "after-edge" ||
+                   wanted == "ideographic" || wanted == "text-bottom") {
+            below = -metrics.descent;
+        }
+        return style.raise - below * style.size;
+    }
+
+    /// Spreads or stretches what stands in an element that states its length.
+    void stretchToLength(std::vector<PlacedCluster>* chunk) {
+        std::set<const xmlNode*> done;
+        for (const PlacedCluster& one : *chunk) {
+            for (const xmlNode* node = m_characters[one.character].element;; node = node->parent) {
+                if (done.insert(node).second && attributeOf(node, "textLength")) {
+                    stretchElement(node, chunk);
+                }
+                if (node == m_text) {
+                    break;
+                }
+            }
+        }
+    }
+
+    [[nodiscard]] bool isInside(std::size_t character, const xmlNode* element) const {
+        const xmlNode* node = m_characters[character].element;
+        while (node != element && node != m_text) {
+            node = node->parent;
+        }
+        return node == element;
+    }
+
+    void stretchElement(const xmlNode* element, std::vector<PlacedCluster>* chunk) {
+        std::vector<PlacedCluster*> inside;
+        double natural = 0.0;
+        for (PlacedCluster& cluster : *chunk) {
+            if (isInside(cluster.character, element)) {
+                inside.push_back(&cluster);
+                natural += cluster.advance;
+            }
+        }
+        const double wanted = lengthOf(attributeOf(element, "textLength").value_or(""),
+                                       m_styles->of(element).size, m_viewport.width);
+        if (inside.empty() || !(wanted > 0) || natural <= 0) {
+            return;
+        }
+        if (attributeOf(element, "lengthAdjust") == "spacingAndGlyphs") {
+            for (PlacedCluster* const cluster : inside) {
+                cluster->advance *= wanted / natural;
+                cluster->stretch = wanted / natural;
+            }
+        } else if (inside.size() > 1) {
+            const double gap = (wanted - natural) / static_cast<double>(inside.size() - 1);
+            for (std::size_t i = 0; i + 1 < inside.size(); ++i) {
+                inside[i]->advance += gap;
+            }
+        }
+    }
+
+    void layOnLine(double shift, bool vertical, std::vector<PlacedCluster>* chunk) {
+        (vertical ? m_penY : m_penX) += shift;
+        for (PlacedCluster& cluster : *chunk) {
+            const TextCharacter& c = m_characters[cluster.character];
+            m_penX += c.dx;
+            m_penY += c.dy;
+            cluster.x = m_penX;
+            cluster.y = m_penY;
+            cluster.turn = c.rotate * degrees;
+            (vertical ? m_penY : m_penX) += cluster.advance;
+        }
+    }
+
+    /// Letters stand upright on the path in their middles.
+    void layOnPath(const xmlNode* element, double shift, std::vector<PlacedCluster>* chunk) {
+        const TextPath path(pathOf(element));
+        const double start = lengthOf(attributeOf(element, "startOffset").value_or("0"),
+                                      m_styles->of(element).size, path.length());
+        double along = start + shift + m_characters[chunk->front().character].x.value_or(0);
+        double aside = 0.0;
+        for (PlacedCluster& cluster : *chunk) {
+            const TextCharacter& c = m_characters[cluster.character];
+            along += c.dx;
+            aside += c.dy;
+            const double middle = along + cluster.advance / 2;
+            cluster.hidden = !path.holds(middle);
+            const TextPath::Station station = path.at(middle);
+            const double back = cluster.advance / 2;
+            const double c0 = std::cos(station.direction);
+            const double s0 = std::sin(station.direction);
+            cluster.x = station.point.x - back * c0 - aside * s0;
+            cluster.y = station.point.y - back * s0 + aside * c0;
+            cluster.turn = station.direction + c.rotate * degrees;
+            along += cluster.advance;
+        }
+        const TextPath::Station end = path.at(path.length());
+        m_penX = end.point.x;
+        m_penY = end.point.y;
+    }
+
+    [[nodiscard]] std::vector<OutlineCurve> pathOf(const xmlNode* element) const {
+        const std::string link = attributeOf(element, "href").value_or("");
+        const xmlNode* const target = link.starts_with("#") ? elementById(link.substr(1)) : nullptr;
+        if (target == nullptr || !isNamed(target, "path")) {
+            return {};
+        }
+        std::string copy = "<path";
+        for (const char* const name : {"d", "transform"}) {
+            if (const auto value = attributeOf(target, name);
+                value && value->find_first_of("<&\"") == std::string::npos) {
+                copy.append(" ").append(name).append("=\"").append(*value).append("\"");
+            }
+        }
+        try {
+            return outlinesOfElement(copy + "/>", std::max(m_viewport.width, 1e-3),
+                                     std::max(m_viewport.height, 1e-3));
+        } catch (const DrawingError&) {
+            return {};
+        }
+    }
+
+    [[nodiscard]] const xmlNode* elementById(const std::string& id) const {
+        const xmlNode* found = nullptr;
+        forEachElement(xmlDocGetRootElement(m_text->doc), [&](const xmlNode* node) {
+            if (found == nullptr && attributeOf(node, "id") == id) {
+                found = node;
+            }
+        });
+        return found;
+    }
+
+    const xmlNode* m_text;
+    TextStyles* m_styles;
+    FontShaper* m_shaper;
+    Viewport m_viewport;
+    std::vector<TextCharacter> m_characters;
+    std::vector<PlacedCluster> m_placed;
+    double m_penX = 0.0;
+    double m_penY = 0.0;
+};
+
+/// Writes outlines as path data.
+class PathData {
+public:
+    void add(const OutlineCurve& curve) {
+        letter('M');
+        point(curve.start);
+        for (const OutlineSegment& s : curve.segments) {
+            if (s.straight) {
+                letter('L');
+            } else {
+                letter('C');
+                point(s.control1);
+                point(s.control2);
+            }
+            point(s.end);
+        }
+        if (curve.closed) {
+            letter('Z');
+        }
+    }
+    [[nodiscard]] const std::string& text() const { return m_text; }
+
+private:
+    void letter(char command) { m_text += command; }
+    void point(PlanePoint p) {
+        for (const double number : {p.x, p.y}) {
+            std::array<char, 32> buffer{};
+            const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                           std::chars_format::general, 9);
+            m_text.append(buffer.data(), end.ptr).append(" ");
+        }
+    }
+
+    std::string m_text;
+};
+
+OutlineCurve bar(double x, double y, double width, double height) {
+    const PlanePoint a{x, y};
+    const PlanePoint b{x + width, y};
+    const PlanePoint c{x + width, y + height};
+    const PlanePoint d{x, y + height};
+    return {a, {lineSegment(a, b), lineSegment(b, c), lineSegment(c, d)}, true};
+}
+
+/// Puts the outlines of one text element in its place.
+class Replacement {
+public:
+    Replacement(xmlNode* text, TextStyles* styles, const Cascade& cascade, FontShaper* shaper)
+        : m_text(text),
+          m_styles(styles),
+          m_cascade(cascade),
+          m_shaper(shaper),
+          m_layout(text, styles, cascade, shaper) {}
+
+    std::size_t replace() {
+        std::vector<PlacedCluster> placed = m_layout.place();
+        std::stable_sort(placed.begin(), placed.end(),
+                         [](const auto& a, const auto& b) { return a.character < b.character; });
+        m_group = xmlNewNode(m_text->ns, xmlChars("g"));
+        if (m_group == nullptr) {
+            throw std::bad_alloc();
+        }
+        keepAttributes();
+        for (auto from = placed.begin(); from != placed.end();) {
+            const xmlNode* const element = elementOf(*from);
+            const auto to = std::find_if(from, placed.end(),
+                                         [&](const auto& c) { return elementOf(c) != element; });
+            addPath(element, {from, to});
+            from = to;
+        }
+        addTitle();
+        const std::size_t count = m_layout.characters().size();
+        xmlReplaceNode(m_text, m_group);
+        xmlFreeNode(m_text);
+        return count;
+    }
+
+private:
+    [[nodiscard]] const xmlNode* elementOf(const PlacedCluster& cluster) const {
+        return m_layout.characters()[cluster.character].element;
+    }
+
+    void keepAttributes() {
+        for (const char* const name : {"id", "systemLanguage", "requiredFeatures",
+                                       "requiredExtensions", "clip-path", "mask"}) {
+            if (const auto value = attributeOf(m_text, name)) {
+                setAttribute(m_group, name, *value);
+            }
+        }
+        if (const auto transform = m_cascade.declared(m_text, "transform")) {
+            setAttribute(m_group, "transform", *transform);
+        }
+        if (const auto display = m_cascade.declared(m_text, "display")) {
+            setAttribute(m_group, "display", *display);
+        }
+    }
+
+    void addTitle() {
+        for (xmlNode* child = m_text->children; child != nullptr; child = child->next) {
+            if (isNamed(child, "title")) {
+                xmlUnlinkNode(child);
+                xmlAddChild(m_group, child);
+                return;
+            }
+        }
+    }
+
+    void addPath(const xmlNode* element, std::vector<PlacedCluster> clusters) {
+        const TextStyle& style = m_styles->of(element);
+        PathData data;
+        addLines(style, clusters, &data);
+        for (PlacedCluster& cluster : clusters) {
+            for (OutlineCurve& curve : cluster.curves) {
+                if (!cluster.hidden) {
+                    transformCurve(transformOf(cluster, style.size), &curve);
+                    data.add(curve);
+                }
+            }
+        }
+        xmlNode* const path = xmlNewChild(m_group, m_text->ns, xmlChars("path"), nullptr);
+        setAttribute(path, "d", data.text());
+        setAttribute(path, "style", lookOf(element));
+    }
+
+    [[nodiscard]] static PlaneTransform transformOf(const PlacedCluster& cluster, double size) {
+        const double turn = cluster.turn + (cluster.sideways ? std::numbers::pi / 2 : 0);
+        const double c = std::cos(turn);
+        const double s = std::sin(turn);
+        const double wide = size * cluster.stretch;
+        const double up = cluster.upright ? 0.0 : cluster.raise;
+        return {c * wide, -s * size, s * wide, c * size, cluster.x + s * up, cluster.y - c * up};
+    }
+
+    /// Lines under, over and through the letters, one for every stretch without a gap.
+    void addLines(const TextStyle& style, const std::vector<PlacedCluster>& clusters,
+                  PathData* data) {
+        if (!(style.underline || style.overline || style.strike) || style.vertical) {
+            return;
+        }
+        const FontMetrics metrics = m_shaper->metricsOf(style.font);
+        for (auto from = clusters.begin(); from != clusters.end();) {
+            auto to = from + 1;
+            double right = from->x + from->advance;
+            while (to != clusters.end() && from->turn == 0 && to->turn == 0 && to->y == from->y &&
+                   std::abs(to->x - right) < 1e-3 * style.size) {
+                right = to->x + to->advance;
+                ++to;
+            }
+            const auto line = [&](double above, double thickness) {
+                OutlineCurve curve =
+                    bar(0, -(above + thickness / 2), (right - from->x) / style.size, thickness);
+                PlacedCluster plain = *from;
+                plain.stretch = 1.0;
+                transformCurve(transformOf(plain, style.size), &curve);
+                data->add(curve);
+            };
+            if (style.underline) {
+                line(metrics.underline, metrics.lineThickness);
+            }
+            if (style.overline) {
+                line(metrics.ascent, metrics.lineThickness);
+            }
+            if (style.strike) {
+                line(metrics.strike, metrics.strikeThickness);
+            }
+            from = to;
+        }
+    }
+
+    /// What is stated between the letters and the text element; the rest comes down to the path
+    /// from the groups around it.
+    [[nodiscard]] std::string lookOf(const xmlNode* element) const {
+        std::string look;
+        for (const char* const property : {"fill", "stroke", "fill-opacity", "stroke-opacity",
+                                           "stroke-width", "visibility", "paint-order", "color"}) {
+            for (const xmlNode* node = element;; node = node->parent) {
+                if (const auto value = m_cascade.declared(node, property);
+                    value && *value != "inherit") {
+                    look.append(property).append(":").append(*value).append(";");
+                    break;
+                }
+                if (node == m_text) {
+                    break;
+                }
+            }
+        }
+        for (const xmlNode* node = element;; node = node->parent) {
+            if (const auto opacity = m_cascade.declared(node, "opacity");
+                opacity && lengthOf(*opacity, 0, 1) <= 0) {
+                look += "display:none;";
+            }
+            if (node == m_text) {
+                return look;
+            }
+        }
+    }
+
+    xmlNode* m_text;
+    TextStyles* m_styles;
+    const Cascade& m_cascade;
+    FontShaper* m_shaper;
+    Layout m_layout;
+    xmlNode* m_group = nullptr;
+};
+
+} // namespace
+
+void replaceTexts(xmlNode* root, const Cascade& cascade, std::vector<std::string>* notes) {
+    std::vector<xmlNode*> texts;
+    forEachElement(root, [&](xmlNode* node) {
+        if (isNamed(node, "text")) {
+            texts.push_back(node);
+        }
+    });
+    if (texts.empty()) {
+        return;
+    }
+    TextStyles styles(cascade);
+    FontShaper shaper;
+    std::size_t characters = 0;
+    for (xmlNode* const text : texts) {
+        if (characters > mostCharacters) {
+            throw DrawingError{"the drawing holds more than 200,000 letters",
+                               "split it, or convert its text to paths"};
+        }
+        characters += Replacement(text, &styles, cascade, &shaper).replace();
+    }
+    shaper.tellMissing(notes);
+}
+
+} // namespace orbel

@@ -1,0 +1,179 @@
+#include "media/FilmWriter.h"
+
+#include "media/MediaError.h"
+
+#include <cerrno>
+#include <stdexcept>
+
+namespace orbel {
+
+namespace {
+
+// More than the index of a film takes.
+constexpr std::int64_t indexBytes = 65536;
+constexpr std::int64_t indexBytesPerFrame = 64;
+
+const char* containerName(OutputKind kind) {
+    switch (kind) {
+    case OutputKind::Mp4:
+        return "mp4";
+    case OutputKind::Mov:
+        return "mov";
+    default:
+        return "matroska";
+    }
+}
+
+void checkOpen(bool finished) {
+    if (finished) {
+        throw std::logic_error("this output is finished");
+    }
+}
+
+} // namespace
+
+FilmWriter::FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target)
+    : m_path(path),
+      m_indexLast(target.kind != OutputKind::Mkv),
+      m_pending(path),
+      m_reserve(m_pending.path()),
+      m_encoder(path, spec, target),
+      m_packet(libav::owned<libav::PacketPtr>(av_packet_alloc())) {
+    AVFormatContext* output = nullptr;
+    // The muxer opens the file a second time, by this name, to move the index to the front.
+    check(avformat_alloc_output_context2(&output, nullptr, containerName(target.kind),
+                                         libav::fileUrl(m_pending.path()).c_str()));
+    m_output.reset(output);
+    addStream();
+    openFile(target.kind);
+}
+
+FilmWriter::~FilmWriter() {
+    try {
+        finish();
+    } catch (const std::exception&) {
+        // Nobody is left to tell; the file is as complete as it can be.
+    }
+}
+
+void FilmWriter::write(const RasterInfo& raster, long frame) {
+    checkOpen(m_finished);
+    m_newest = frame;
+    keepRoomForIndex();
+    m_encoder.send(raster, m_count, frame);
+    ++m_count;
+    saveReady();
+}
+
+void FilmWriter::append(AVPacket& packet) {
+    checkOpen(m_finished);
+    m_newest = m_count;
+    keepRoomForIndex();
+    packet.pts = m_count;
+    packet.dts = m_count;
+    packet.duration = 1;
+    packet.pos = -1;
+    ++m_count;
+    save(packet);
+}
+
+void FilmWriter::finish() {
+    if (m_finished) {
+        return;
+    }
+    m_finished = true;
+    std::exception_ptr failure;
+    try {
+        m_encoder.end();
+        saveReady();
+    } catch (const MediaError&) {
+        failure = std::current_exception();
+    }
+    m_reserve.release();
+    if (m_failed) {
+        m_output->pb->error = 0;
+    }
+    // The trailer makes the frames before a failure playable.
+    const int written = av_write_trailer(m_output.get());
+    const int flushed = m_output->pb->error;
+    const int closed = avio_closep(&m_output->pb);
+    // Without its index, nothing of such a film could be seen.
+    if (m_count > 0 && (written >= 0 || !m_indexLast)) {
+        publish(&failure);
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    for (const int code : {written, flushed, closed}) {
+        check(code);
+    }
+}
+
+/// The first failure is the one to tell.
+void FilmWriter::publish(std::exception_ptr* failure) {
+    try {
+        m_pending.complete();
+    } catch (const MediaError&) {
+        *failure = *failure ? *failure : std::current_exception();
+    }
+}
+
+void FilmWriter::check(int code) const {
+    if (code < 0) {
+        throw MediaError(m_path, m_count > 0 ? framePlace(m_newest) : "",
+                         "the film cannot be written (" + libav::reason(code) + ")", outOfRoom,
+                         MediaError::Passing);
+    }
+}
+
+void FilmWriter::addStream() {
+    AVStream* stream = avformat_new_stream(m_output.get(), nullptr);
+    if (stream == nullptr) {
+        throw std::bad_alloc();
+    }
+    const AVCodecContext& codec = m_encoder.context();
+    check(avcodec_parameters_from_context(stream->codecpar, &codec));
+    stream->time_base = codec.time_base;
+    stream->avg_frame_rate = codec.framerate;
+    stream->sample_aspect_ratio = codec.sample_aspect_ratio;
+}
+
+void FilmWriter::openFile(OutputKind kind) {
+    libav::forgetReason();
+    check(avio_open(&m_output->pb, libav::fileUrl(m_pending.path()).c_str(), AVIO_FLAG_WRITE));
+    // What the muxer has is on the disk, should the program die.
+    m_output->flags |= AVFMT_FLAG_FLUSH_PACKETS;
+    // No random identifiers: the same film is the same file.
+    m_output->flags |= AVFMT_FLAG_BITEXACT;
+    libav::Options options;
+    if (kind == OutputKind::Mp4) {
+        options.set("movflags", "faststart");
+    }
+    check(avformat_write_header(m_output.get(), options.get()));
+}
+
+void FilmWriter::keepRoomForIndex() {
+    if (m_indexLast && !m_reserve.growTo(indexBytes + m_count * indexBytesPerFrame)) {
+        m_failed = true;
+        check(AVERROR(errno));
+    }
+}
+
+void FilmWriter::save(AVPacket& packet) {
+    av_packet_rescale_ts(&packet, m_encoder.context().time_base, m_output->streams[0]->time_base);
+    packet.stream_index = 0;
+    libav::forgetReason();
+    const int code = av_interleaved_write_frame(m_output.get(), &packet);
+    m_failed = code < 0 || m_output->pb->error < 0;
+    check(code);
+    check(m_output->pb->error);
+}
+
+void FilmWriter::saveReady() {
+    // After a failed write the rest could only add frames that are not there.
+    while (!m_failed && m_encoder.receive(*m_packet, m_newest)) {
+        save(*m_packet);
+    }
+}
+
+} // namespace orbel

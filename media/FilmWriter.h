@@ -1,0 +1,54 @@
+#pragma once
+
+#include "media/DiskReserve.h"
+#include "media/Encoder.h"
+#include "media/MediaWriter.h"
+#include "media/PendingFile.h"
+
+#include <exception>
+#include <string>
+
+namespace orbel {
+
+/// One file for all frames. It shows them in the order in which they come, as frames or as packets
+/// that an encoder of the same settings made.
+class FilmWriter final : public MediaWriter {
+public:
+    /// Throws MediaError.
+    FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target);
+    FilmWriter(const FilmWriter&) = delete;
+    FilmWriter& operator=(const FilmWriter&) = delete;
+    ~FilmWriter() override;
+
+    void write(const RasterInfo& raster, long frame) override;
+    void finish() override;
+
+    /// Takes the data of a packet over as the next frame, whatever time it carries. Throws
+    /// MediaError.
+    void append(AVPacket& packet);
+    /// Leaves nothing of what was written.
+    void abandon() { m_count = 0; }
+
+private:
+    void check(int code) const;
+    void addStream();
+    void openFile(OutputKind kind);
+    void keepRoomForIndex();
+    void save(AVPacket& packet);
+    void saveReady();
+    void publish(std::exception_ptr* failure);
+
+    std::string m_path;
+    bool m_indexLast;
+    PendingFile m_pending;
+    DiskReserve m_reserve;
+    Encoder m_encoder;
+    libav::PacketPtr m_packet;
+    libav::OutputPtr m_output;
+    bool m_failed = false;
+    long m_count = 0;
+    long m_newest = 0;
+    bool m_finished = false;
+};
+
+} // namespace orbel
