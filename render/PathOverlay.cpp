@@ -80,7 +80,7 @@ public:
         }
         const std::vector<Point> points =
             pointsAlong(m_frame.host, path, chords, stroke, projection,
-                        std::max(fineStep, stroke.pathLength / mostPoints));
+                        std::min(fineStep, (stroke.endDist - stroke.startDist) / 2));
         if (!points.empty()) {
             m_overlay->start = m_overlay->start.value_or(points.front());
             m_overlay->end = points.back();

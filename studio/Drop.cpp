@@ -66,10 +66,12 @@ std::string bytesOfBase64(std::string text) {
     if (text.size() % 4 != 0) {
         throw unreadable;
     }
-    std::size_t padding = 0;
-    for (; padding < 2 && !text.empty() && text[text.size() - 1 - padding] == '='; ++padding) {
-        text[text.size() - 1 - padding] = 'A';
+    const std::size_t whole = std::min(text.find('='), text.size());
+    const std::size_t padding = text.size() - whole;
+    if (padding > 2 || text.find_first_not_of('=', whole) != std::string::npos) {
+        throw unreadable;
     }
+    std::fill(text.begin() + static_cast<std::ptrdiff_t>(whole), text.end(), 'A');
     try {
         std::string bytes(Decoded(text.cbegin()), Decoded(text.cend()));
         bytes.resize(bytes.size() - std::min(padding, bytes.size()));

@@ -18,6 +18,7 @@
 #include <limits>
 #include <mutex>
 #include <set>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -361,8 +362,13 @@ private:
     std::size_t m_connections = 0;
 };
 
-HttpServer::HttpServer(std::uint16_t port, const HttpLimits& limits)
-    : m_listener(std::make_unique<Listener>(port, limits)) {}
+HttpServer::HttpServer(std::uint16_t port, const HttpLimits& limits) {
+    try {
+        m_listener = std::make_unique<Listener>(port, limits);
+    } catch (const boost::system::system_error& error) {
+        throw std::system_error(error.code().value(), std::system_category());
+    }
+}
 
 HttpServer::~HttpServer() = default;
 

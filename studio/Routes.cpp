@@ -17,7 +17,7 @@ constexpr std::uint64_t dropBody = largestDrop / 3 * 4 + smallBody;
 constexpr Route routeTable[] = {
     {"POST", "/api/open", false, smallBody, openPage},
     {"POST", "/api/key", true, smallBody, makeKey},
-    {"GET", "/api/routeTable", true, 0, tellTable},
+    {"GET", "/api/table", true, 0, tellTable},
     {"GET", "/api/scene", true, 0, tellScene},
     {"POST", "/api/open-scene", true, smallBody, openScene},
     {"POST", "/api/check", true, sceneBody, checkScene},

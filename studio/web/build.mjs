@@ -2,8 +2,13 @@
 import { build } from "esbuild";
 import { copyFile, mkdir, readdir, rm } from "node:fs/promises";
 
-const common = { bundle: true, jsx: "automatic", jsxImportSource: "preact", logLevel: "warning",
-  mainFields: ["module", "main"] };
+const common = {
+  bundle: true,
+  jsx: "automatic",
+  jsxImportSource: "preact",
+  logLevel: "warning",
+  mainFields: ["module", "main"],
+};
 
 async function buildTests() {
   await rm("out/unit", { recursive: true, force: true });

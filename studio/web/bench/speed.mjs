@@ -3,7 +3,13 @@
 
 import { writeFile } from "node:fs/promises";
 import { join } from "node:path";
-import { closeAll, makeFolder, openBrowser, startProgram, Studio } from "../test/support/studio.mjs";
+import {
+  closeAll,
+  makeFolder,
+  openBrowser,
+  startProgram,
+  Studio,
+} from "../test/support/studio.mjs";
 
 const scene = (preset) => ({
   orbel: 1,
@@ -16,7 +22,12 @@ const scene = (preset) => ({
     Color: [1, 0.72, 0.35],
     "Repeater/Enable Repeater": true,
     "Repeater/Instances": 6,
-    End: { keys: [[0, 10], [149, 100]] },
+    End: {
+      keys: [
+        [0, 10],
+        [149, 100],
+      ],
+    },
     "Transfer Mode": "Normal",
   },
 });
@@ -40,7 +51,9 @@ async function open(folder, preset) {
   const file = join(folder, `${preset.replaceAll(" ", "-")}.json`);
   await writeFile(file, JSON.stringify(scene(preset)));
   const server = await startProgram(file);
-  const context = await (await openBrowser()).newContext({ viewport: { width: 1560, height: 920 } });
+  const context = await (
+    await openBrowser()
+  ).newContext({ viewport: { width: 1560, height: 920 } });
   const page = await context.newPage();
   await page.addInitScript(watch);
   const began = performance.now();
@@ -66,10 +79,21 @@ async function dragged(studio) {
   await page.waitForTimeout(600);
   await page.mouse.up();
   const { moves, paints } = await page.evaluate(() => window.speed);
-  const follow = moves.flatMap((move) => paints.filter(([time]) => time > move).slice(0, 1).map(([time]) => time - move));
+  const follow = moves.flatMap((move) =>
+    paints
+      .filter(([time]) => time > move)
+      .slice(0, 1)
+      .map(([time]) => time - move),
+  );
   const last = moves[moves.length - 1];
-  const exact = paints.filter(([time, width]) => time > last && width === 1920).map(([time]) => time - last);
-  return { follow: round(median(follow)), exact: round(exact[exact.length - 1] ?? NaN), pictures: paints.length };
+  const exact = paints
+    .filter(([time, width]) => time > last && width === 1920)
+    .map(([time]) => time - last);
+  return {
+    follow: round(median(follow)),
+    exact: round(exact[exact.length - 1] ?? NaN),
+    pictures: paints.length,
+  };
 }
 
 async function played(studio) {
@@ -92,7 +116,9 @@ for (const [what, preset] of [
   console.log(`${what}, 1920 x 1080 shown at ${Math.round(box.width)} x ${Math.round(box.height)}`);
   console.log(`  usable after ${round(studio.usable)} ms`);
   const { follow, exact, pictures } = await dragged(studio);
-  console.log(`  slider to picture ${follow} ms, exact picture ${exact} ms after the last move, ${pictures} pictures`);
+  console.log(
+    `  slider to picture ${follow} ms, exact picture ${exact} ms after the last move, ${pictures} pictures`,
+  );
   const { dropped, of } = await played(studio);
   console.log(`  playing: ${dropped} of ${of} frames dropped`);
   await studio.context.close();

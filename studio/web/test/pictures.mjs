@@ -22,7 +22,12 @@ async function openAt(width, height) {
 async function take(studio, name, quality, clip) {
   await studio.settled();
   await studio.page.waitForTimeout(300);
-  await studio.page.screenshot({ path: join(images, `${name}.jpg`), type: "jpeg", quality, ...(clip ? { clip } : {}) });
+  await studio.page.screenshot({
+    path: join(images, `${name}.jpg`),
+    type: "jpeg",
+    quality,
+    ...(clip ? { clip } : {}),
+  });
 }
 
 const close = async (studio) => {

@@ -5,7 +5,11 @@
  * "/" changes `current`. A unit at the end is skipped; "2x30" are two turns and 30 degrees.
  */
 export function evaluate(text: string, current: number): number | null {
-  const cleaned = text.trim().replace(/[%°]|px$/g, "").replace(/,/g, ".").trim();
+  const cleaned = text
+    .trim()
+    .replace(/[%°]|px$/g, "")
+    .replace(/,/g, ".")
+    .trim();
   if (cleaned === "") return null;
   const relative = /^[+*/]/.test(cleaned);
   const reader = new Reader(relative ? `(${current})${cleaned}` : cleaned);

@@ -87,7 +87,8 @@ export function rgbOf({ h, s, v }: Hsv): number[] {
 /** How much one pixel of a drag on the label moves the value. */
 export function dragStep(row: Row, fine: boolean, coarse: boolean): number {
   const span = (row.sliderMax ?? 1) - (row.sliderMin ?? 0);
-  const base = row.kind === "angle" ? 1 : row.kind === "point" ? 0.002 : Math.max(span / 300, 0.001);
+  const base =
+    row.kind === "angle" ? 1 : row.kind === "point" ? 0.002 : Math.max(span / 300, 0.001);
   const rounded = 10 ** Math.round(Math.log10(base));
   return rounded * (fine ? 0.1 : 1) * (coarse ? 10 : 1);
 }

@@ -116,7 +116,9 @@ export class Editor {
         moved.set(place(key.frame), { ...key, frame: place(key.frame) });
       }
       moved.forEach((_, frame) => selection.add(keyId(row.id, frame)));
-      const rest = keys.filter((key) => !ids.has(keyId(row.id, key.frame)) && !moved.has(key.frame));
+      const rest = keys.filter(
+        (key) => !ids.has(keyId(row.id, key.frame)) && !moved.has(key.frame),
+      );
       return [...rest, ...moved.values()];
     });
     return { text, selection };
@@ -208,7 +210,9 @@ function withKey(keys: readonly Key[], frame: number, value: Value): Key[] {
 function spellHeader(value: unknown): string {
   if (Array.isArray(value)) return `[${value.map(spellHeader).join(", ")}]`;
   if (typeof value === "object" && value !== null) {
-    const entries = Object.entries(value).map(([key, item]) => `${JSON.stringify(key)}: ${spellHeader(item)}`);
+    const entries = Object.entries(value).map(
+      ([key, item]) => `${JSON.stringify(key)}: ${spellHeader(item)}`,
+    );
     return `{${entries.join(", ")}}`;
   }
   return JSON.stringify(value);

@@ -3,11 +3,15 @@
 import type { ExportOrder, Job } from "../link/api";
 import { LinkError } from "../link/client";
 import type { Session } from "./session";
-import { filmRange, filmRate, filmSize, playRange } from "./state";
+import { filmRate, filmSize, playRange } from "./state";
 import { shownSize } from "./picture";
+
+/** How long a change may still go on before the film is played anew, in milliseconds. */
+const restartPause = 120;
 
 export class Film {
   #stop: AbortController | null = null;
+  #again: ReturnType<typeof setTimeout> | undefined;
 
   constructor(private readonly session: Session) {}
 
@@ -24,9 +28,17 @@ export class Film {
   }
 
   stop(): void {
+    clearTimeout(this.#again);
     this.#stop?.abort();
     this.#stop = null;
     if (this.playing) this.session.update({ playing: 0 });
+  }
+
+  /** What plays has changed: it goes on with the new scene when the hand rests. */
+  changed(): void {
+    clearTimeout(this.#again);
+    if (this.session.state.playing === 1)
+      this.#again = setTimeout(() => this.play(1), restartPause);
   }
 
   /** Plays at a rate in films' seconds a second: 1 forward, -1 backward, 2 twice as fast. */
@@ -58,7 +70,7 @@ export class Film {
       const skipped = frame > before ? frame - before - 1 : last - before + frame - first;
       before = frame;
       const dropped = session.state.dropped + Math.max(0, skipped);
-      session.update({ frame, dropped });
+      session.showFrame(frame, dropped);
       if (frame >= last && !session.state.settings.loop) stop.abort();
     };
     // From the playhead to the end once, and then round and round.
@@ -99,13 +111,14 @@ export class Film {
     for (let before = start; !stop.signal.aborted; ) {
       await nextDisplayFrame();
       if (!session.picture.idle || stop.signal.aborted) continue;
-      const gone = Math.floor(((performance.now() - since) / 1000) * fps * Math.abs(rate)) * Math.sign(rate);
-      const frame = first + (((start - first + gone) % length) + length) % length;
+      const gone =
+        Math.floor(((performance.now() - since) / 1000) * fps * Math.abs(rate)) * Math.sign(rate);
+      const frame = first + ((((start - first + gone) % length) + length) % length);
       if (frame === before) continue;
-      const moved = (((frame - before) * Math.sign(rate)) % length + length) % length;
+      const moved = ((((frame - before) * Math.sign(rate)) % length) + length) % length;
       before = frame;
       const skipped = Math.max(0, moved - Math.max(1, Math.abs(rate)));
-      session.update({ frame, dropped: session.state.dropped + skipped });
+      session.showFrame(frame, session.state.dropped + skipped);
     }
   }
 
@@ -118,7 +131,8 @@ export class Film {
       session.dismiss("export");
       await this.readJobs();
     } catch (reason) {
-      if (!(reason instanceof LinkError) || reason.status !== 409) return session.fail("export", reason);
+      if (!(reason instanceof LinkError) || reason.status !== 409)
+        return session.fail("export", reason);
       session.tell("export", reason.failure.error, reason.failure.remedy, [
         { label: "Write over it", run: () => void this.export({ ...order, overwrite: true }) },
       ]);
@@ -151,10 +165,6 @@ export class Film {
       this.session.fail("export", reason);
       return null;
     }
-  }
-
-  exportRange(): readonly [number, number] {
-    return filmRange(this.session.state);
   }
 }
 

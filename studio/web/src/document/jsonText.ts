@@ -30,7 +30,9 @@ export function parseText(text: string): Parsed {
 function faultAt(text: string, offset: number, error: ParseError | undefined): TextFault {
   const before = text.slice(0, offset);
   const line = before.split("\n").length;
-  const words = error ? printParseErrorCode(error.error).replace(/([a-z])([A-Z])/g, "$1 $2") : "empty";
+  const words = error
+    ? printParseErrorCode(error.error).replace(/([a-z])([A-Z])/g, "$1 $2")
+    : "empty";
   return {
     message: words.toLowerCase(),
     line,

@@ -9,6 +9,16 @@ const journalPause = 700;
 const largestDrop = 64 * 2 ** 20;
 const herePlace = "orbel-work";
 
+/** Unsaved work and when it was kept. */
+interface Kept {
+  text: string;
+  savedAt: string;
+}
+
+function newerFirst(a: Kept, b: Kept): number {
+  return b.savedAt.localeCompare(a.savedAt);
+}
+
 export class Keeper {
   #timer: ReturnType<typeof setTimeout> | undefined;
   #journalled = "";
@@ -44,7 +54,8 @@ export class Keeper {
 
   private saveFailed(reason: unknown): void {
     const { session } = this;
-    if (!(reason instanceof LinkError) || reason.status !== 409) return session.fail("save", reason);
+    if (!(reason instanceof LinkError) || reason.status !== 409)
+      return session.fail("save", reason);
     session.tell("save", reason.failure.error, reason.failure.remedy, [
       { label: "Write mine over it", run: () => void this.save(true) },
       { label: "Load theirs", run: () => void this.loadTheirs() },
@@ -56,11 +67,13 @@ export class Keeper {
     const text = session.text;
     try {
       const answer = await session.api.saveAs(name, text, overwrite);
+      if (answer.name !== session.state.file.name) this.clear();
       this.saved(text, answer.revision, answer.name);
       void session.readFiles();
       session.update({ panel: null });
     } catch (reason) {
-      if (!(reason instanceof LinkError) || reason.status !== 409) return session.fail("save", reason);
+      if (!(reason instanceof LinkError) || reason.status !== 409)
+        return session.fail("save", reason);
       session.tell("save", reason.failure.error, reason.failure.remedy, [
         { label: "Write over it", run: () => void this.saveAs(name, true) },
       ]);
@@ -83,7 +96,11 @@ export class Keeper {
     const { session } = this;
     if (file.size > largestDrop) {
       const size = `${Math.ceil(file.size / 2 ** 20)} MiB`;
-      return session.tell("drop", `${file.name} is too large to be dropped: ${size}.`, "Copy it into the scene's folder yourself.");
+      return session.tell(
+        "drop",
+        `${file.name} is too large to be dropped: ${size}.`,
+        "Copy it into the scene's folder yourself.",
+      );
     }
     try {
       const { name, losses } = await session.api.dropFile(file.name, await base64Of(file));
@@ -158,8 +175,16 @@ export class Keeper {
   /** The browser's own copy, for when the server is away. */
   keepHere(): void {
     const { state, text } = this.session;
-    if (state.phase === "ready" && text !== state.file.savedText) {
-      localStorage.setItem(this.place(), text);
+    if (state.phase !== "ready" || text === state.file.savedText) return;
+    const kept: Kept = { text, savedAt: new Date().toISOString() };
+    localStorage.setItem(this.place(), JSON.stringify(kept));
+  }
+
+  private keptHere(): Kept | null {
+    try {
+      return JSON.parse(localStorage.getItem(this.place()) ?? "null") as Kept | null;
+    } catch {
+      return null;
     }
   }
 
@@ -171,14 +196,20 @@ export class Keeper {
   /** Offers the work that was not saved the last time. */
   offerJournal(text: string, journal: SceneAnswer["journal"]): void {
     const { session } = this;
-    const here = localStorage.getItem(this.place());
-    const found = journal?.text ?? here;
-    if (found === null || found === undefined || found === text) return;
-    const when = journal ? ` from ${readableTime(journal.savedAt)}` : "";
-    session.tell("journal", `There is unsaved work${when}.`, "Take it up, or let it go.", [
-      { label: "Take it up", run: () => this.takeUp(found) },
-      { label: "Let it go", run: () => this.letGo() },
-    ], "info");
+    const newest = [journal, this.keptHere()].filter((kept) => kept !== null).sort(newerFirst)[0];
+    if (!newest || newest.text === text) return;
+    const found = newest.text;
+    const when = ` from ${readableTime(newest.savedAt)}`;
+    session.tell(
+      "journal",
+      `There is unsaved work${when}.`,
+      "Take it up, or let it go.",
+      [
+        { label: "Take it up", run: () => this.takeUp(found) },
+        { label: "Let it go", run: () => this.letGo() },
+      ],
+      "info",
+    );
   }
 
   private takeUp(text: string): void {
@@ -199,7 +230,13 @@ export class Keeper {
     await this.writeJournal();
     this.keepHere();
     await session.api.ended().catch(() => undefined);
-    session.tell("link", "The studio was ended.", "What is not saved will be offered at its next start.", [], "info");
+    session.tell(
+      "link",
+      "The studio was ended.",
+      "What is not saved will be offered at its next start.",
+      [],
+      "info",
+    );
   }
 
   /** The server is back: what happened meanwhile is written down. */
@@ -226,6 +263,7 @@ async function base64Of(file: File): Promise<string> {
 
 function readableTime(savedAt: string): string {
   const time = new Date(savedAt);
-  return Number.isNaN(time.getTime()) ? savedAt : time.toLocaleString([], { timeStyle: "short", dateStyle: "medium" });
+  return Number.isNaN(time.getTime())
+    ? savedAt
+    : time.toLocaleString([], { timeStyle: "short", dateStyle: "medium" });
 }
-

@@ -32,7 +32,8 @@ export function pointAt(line: Outline, share: number): Place | null {
   const from = shares[i - 1]!;
   const span = shares[i]! - from;
   const t = span > 0 ? Math.min(1, Math.max(0, (wanted - from) / span)) : 0;
-  const at = (offset: number) => points[2 * i - 2 + offset]! * (1 - t) + points[2 * i + offset]! * t;
+  const at = (offset: number) =>
+    points[2 * i - 2 + offset]! * (1 - t) + points[2 * i + offset]! * t;
   return [at(0), at(1)];
 }
 

@@ -57,7 +57,10 @@ export class PictureSource {
     clearTimeout(this.#settle);
     if (isReduced(wanted)) {
       this.#newest.request(question(wanted, false));
-      this.#settle = setTimeout(() => this.#newest.request(question(wanted, true)), settleMilliseconds);
+      this.#settle = setTimeout(
+        () => this.#newest.request(question(wanted, true)),
+        settleMilliseconds,
+      );
     } else {
       this.#newest.request(question(wanted, true));
     }

@@ -22,6 +22,7 @@ import {
   type State,
 } from "./state";
 import { isContinuous, Table, type Row, type Value } from "./table";
+import { revealing } from "./timescale";
 
 /** How long nothing may change before the server checks the scene, in milliseconds. */
 const checkPause = 80;
@@ -85,7 +86,11 @@ export class Session {
       const [table, scene] = await Promise.all([this.api.table(), this.api.scene()]);
       this.update({ table: new Table(table) });
       this.load(scene);
-      void listen(this.client, (event) => this.hear(event), (up, reason) => this.line(up, reason));
+      void listen(
+        this.client,
+        (event) => this.hear(event),
+        (up, reason) => this.line(up, reason),
+      );
       void this.film.readJobs();
     } catch (reason) {
       this.update({ phase: "locked" });
@@ -146,6 +151,7 @@ export class Session {
     clearTimeout(this.#checkPause);
     this.#checkPause = setTimeout(() => this.#checks.request(this.text), checkPause);
     this.keeper.changed();
+    this.film.changed();
   }
 
   /** One step of the undo list, or a part of the gesture that is under way. */
@@ -195,7 +201,12 @@ export class Session {
     this.film.stop();
     const [first, last] = filmRange(this.state);
     const held = Math.min(last, Math.max(first, Math.round(frame)));
-    if (held !== this.state.frame) this.update({ frame: held });
+    if (held !== this.state.frame) this.showFrame(held, 0);
+  }
+
+  /** The playhead at a frame, where the timeline can see it. */
+  showFrame(frame: number, dropped: number): void {
+    this.update({ frame, dropped, time: revealing(this.state.time, frame) });
   }
 
   // ---- Telling
@@ -274,7 +285,11 @@ export class Session {
     const remedy = refused
       ? "Open the address that orbel studio printed in this tab; what you did stays."
       : "What you did stays in this page; start orbel studio again and open its address in this tab.";
-    this.tell("link", refused ? "The studio was started anew." : "The studio's server does not answer.", remedy);
+    this.tell(
+      "link",
+      refused ? "The studio was started anew." : "The studio's server does not answer.",
+      remedy,
+    );
   }
 
   setJobs(jobs: readonly Job[]): void {

@@ -92,7 +92,9 @@ export class Table {
 
   /** The row that a key of "parameters" names: a full name, a lone one or an identifier. */
   find(name: string): Row | undefined {
-    return /^\d+$/.test(name) ? this.#byId.get(Number(name)) : (this.#byName.get(name) ?? undefined);
+    return /^\d+$/.test(name)
+      ? this.#byId.get(Number(name))
+      : (this.#byName.get(name) ?? undefined);
   }
 
   named(name: string): Row {
@@ -177,5 +179,7 @@ export function clampToRow(row: Row, value: number): number {
 
 /** Whether the row may move between keys rather than switch. */
 export function isContinuous(row: Row): boolean {
-  return row.kind === "float" || row.kind === "angle" || row.kind === "colour" || row.kind === "point";
+  return (
+    row.kind === "float" || row.kind === "angle" || row.kind === "colour" || row.kind === "point"
+  );
 }

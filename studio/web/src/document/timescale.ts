@@ -30,8 +30,9 @@ export function scrolled(view: TimeView, frames: number): TimeView {
 
 /** The view moved, where need be, so that the frame can be seen. */
 export function revealing(view: TimeView, frame: number): TimeView {
+  if (frame >= view.from && frame <= view.to) return view;
   if (frame < view.from) return scrolled(view, frame - view.from);
-  return frame > view.to ? scrolled(view, frame - view.to) : view;
+  return scrolled(view, frame - view.to);
 }
 
 export interface Tick {

@@ -12,7 +12,7 @@ import {
   sourceOf,
   type Node,
 } from "./jsonText";
-import type { Key, Scene, Track } from "./scene";
+import type { Key, Scene } from "./scene";
 import type { Row, Value } from "./table";
 
 /** A number without the dust of binary fractions. */
@@ -135,7 +135,12 @@ export function writeHeader(
 }
 
 /** Headers stand in front of the parameters, where a reader looks for them. */
-function insertBeforeParameters(text: string, scene: Scene, key: string, valueText: string): string {
+function insertBeforeParameters(
+  text: string,
+  scene: Scene,
+  key: string,
+  valueText: string,
+): string {
   const written = members(scene.root);
   const parameters = written.findIndex((item) => item.key === "parameters");
   const previous = written[parameters - 1];
@@ -145,5 +150,3 @@ function insertBeforeParameters(text: string, scene: Scene, key: string, valueTe
   const entry = `${JSON.stringify(key)}: ${valueText}`;
   return text.slice(0, end) + gap + entry + text.slice(end);
 }
-
-export type { Track };

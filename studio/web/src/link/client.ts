@@ -62,13 +62,16 @@ export class Client {
 
 const lostWords: Failure = {
   error: "The studio's server does not answer.",
-  remedy: "Your work is kept in this page; start orbel studio again and open the address it prints.",
+  remedy:
+    "Your work is kept in this page; start orbel studio again and open the address it prints.",
 };
 
 async function refusal(answer: Response): Promise<LinkError> {
   const body = (await answer.json().catch(() => ({}))) as Record<string, unknown>;
   const failure: Failure = {
-    error: asSentence(typeof body.error === "string" ? body.error : `the server answered ${answer.status}`),
+    error: asSentence(
+      typeof body.error === "string" ? body.error : `the server answered ${answer.status}`,
+    ),
     remedy: asSentence(typeof body.remedy === "string" ? body.remedy : ""),
   };
   return new LinkError(answer.status, failure, body);

@@ -64,12 +64,20 @@ export class FrameLink {
 
   /** Plays until `signal` ends it or the server closes; `show` gets every frame that arrives. */
   async play(
-    order: Omit<FrameQuestion, "frame" | "before" | "exact"> & { from: number; to: number; loop: boolean },
+    order: Omit<FrameQuestion, "frame" | "before" | "exact"> & {
+      from: number;
+      to: number;
+      loop: boolean;
+    },
     signal: AbortSignal,
     show: (frame: FramePixels) => void,
   ): Promise<void> {
     const serial = this.nextSerial();
-    const answer = await this.client.send("/api/play", { ...order, serial, name: this.sceneName() }, signal);
+    const answer = await this.client.send(
+      "/api/play",
+      { ...order, serial, name: this.sceneName() },
+      signal,
+    );
     const reader = answer.body?.getReader();
     if (!reader) return;
     const cutter = new StreamCutter((head, pixels) => show({ ...head, pixels, serial }));

@@ -3,6 +3,7 @@ import type { Session } from "../document/session";
 import { obey } from "./commands";
 import { ExportPanel } from "./ExportPanel";
 import { Gallery } from "./Gallery";
+import { Guard } from "./Guard";
 import { HelpPanel } from "./HelpPanel";
 import { Studio } from "./hooks";
 import { InputPanel } from "./InputPanel";
@@ -26,14 +27,24 @@ export function App({ session }: { session: Session }) {
         {state.phase === "ready" && (
           <>
             <aside class="side" aria-label="Shapes and input">
-              <Gallery state={state} />
-              <InputPanel state={state} />
+              <Guard>
+                <Gallery state={state} />
+              </Guard>
+              <Guard>
+                <InputPanel state={state} />
+              </Guard>
             </aside>
             <main class="middle">
-              <Viewport state={state} />
-              <Timeline state={state} />
+              <Guard>
+                <Viewport state={state} />
+              </Guard>
+              <Guard>
+                <Timeline state={state} />
+              </Guard>
             </main>
-            <Inspector state={state} />
+            <Guard>
+              <Inspector state={state} />
+            </Guard>
             {state.panel === "export" && <ExportPanel state={state} />}
             {state.panel === "help" && <HelpPanel />}
           </>
@@ -49,7 +60,10 @@ function Locked() {
   return (
     <main class="locked">
       <h1>This page is closed</h1>
-      <p>The studio opens once with the address that its program printed. Start it again and use the new address:</p>
+      <p>
+        The studio opens once with the address that its program printed. Start it again and use the
+        new address:
+      </p>
       <code>orbel studio scene.json</code>
     </main>
   );

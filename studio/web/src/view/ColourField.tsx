@@ -88,9 +88,16 @@ function Picker({ value, change, begin, end }: PickerProps) {
     setHsv(next);
     change(rgbOf(next));
   };
-  const follow = (event: PointerEvent & { currentTarget: HTMLElement }, take2: (x: number, y: number) => void): void => {
+  const follow = (
+    event: PointerEvent & { currentTarget: HTMLElement },
+    take2: (x: number, y: number) => void,
+  ): void => {
     const box = event.currentTarget.getBoundingClientRect();
-    const at = (next: PointerEvent) => take2(hold((next.clientX - box.left) / box.width), hold((next.clientY - box.top) / box.height));
+    const at = (next: PointerEvent) =>
+      take2(
+        hold((next.clientX - box.left) / box.width),
+        hold((next.clientY - box.top) / box.height),
+      );
     begin();
     at(event);
     drag(event, { move: (_dx, _dy, next) => at(next), end });
@@ -128,7 +135,9 @@ function Picker({ value, change, begin, end }: PickerProps) {
         aria-valuemin={0}
         aria-valuemax={360}
         aria-valuenow={Math.round(hsv.h)}
-        onPointerDown={(event) => follow(event, (x) => take({ ...hsv, h: Math.min(359.9, x * 360) }))}
+        onPointerDown={(event) =>
+          follow(event, (x) => take({ ...hsv, h: Math.min(359.9, x * 360) }))
+        }
         onKeyDown={(event) => nudge(event, "h", null, event.shiftKey ? 0.1 : 1 / 360)}
       >
         <i style={{ left: `${(hsv.h / 360) * 100}%` }} />

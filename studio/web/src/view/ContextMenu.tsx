@@ -27,14 +27,23 @@ export function ContextMenu({ x, y, label, items, close }: Props) {
     if (direction === 0) return;
     event.preventDefault();
     event.stopPropagation();
-    const entries = [...event.currentTarget.querySelectorAll<HTMLButtonElement>("button:not(:disabled)")];
+    const entries = [
+      ...event.currentTarget.querySelectorAll<HTMLButtonElement>("button:not(:disabled)"),
+    ];
     const at = entries.findIndex((entry) => entry === document.activeElement);
     entries[(at + direction + entries.length) % entries.length]?.focus();
   };
   const left = Math.max(4, Math.min(x, window.innerWidth - 220));
   const top = Math.max(4, Math.min(y, window.innerHeight - 12 - items.length * 28));
   return (
-    <div class="menu" role="menu" aria-label={label} ref={leaving} style={{ left: `${left}px`, top: `${top}px` }} onKeyDown={walk}>
+    <div
+      class="menu"
+      role="menu"
+      aria-label={label}
+      ref={leaving}
+      style={{ left: `${left}px`, top: `${top}px` }}
+      onKeyDown={walk}
+    >
       {items.map((item, index) => (
         <button
           key={item.label}

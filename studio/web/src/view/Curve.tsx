@@ -18,7 +18,8 @@ interface Props {
 function curveRow(state: State, scene: Scene): Row | undefined {
   const first = [...state.selection][0];
   const id = first ? partsOf(first).row : state.activeRow;
-  const animated = (each: number | null) => each !== null && (scene.tracks.get(each)?.keys.length ?? 0) > 0;
+  const animated = (each: number | null) =>
+    each !== null && (scene.tracks.get(each)?.keys.length ?? 0) > 0;
   const chosen = animated(id) ? id : [...scene.tracks.keys()].find((each) => animated(each));
   return chosen === undefined || chosen === null ? undefined : state.table.row(chosen);
 }
@@ -34,7 +35,10 @@ export function Curve({ state, width, height }: Props) {
   if (!scene || !row) return <p class="hint">No parameter has keys.</p>;
   const keys = scene.tracks.get(row.id)?.keys ?? [];
   const lines = sample(scene, row, state, width);
-  const all = [...lines.flatMap((line) => line.map(([, value]) => value)), ...keys.flatMap((key) => partsOfValue(key.value))];
+  const all = [
+    ...lines.flatMap((line) => line.map(([, value]) => value)),
+    ...keys.flatMap((key) => partsOfValue(key.value)),
+  ];
   const low = Math.min(...all);
   const high = Math.max(...all);
   const room = (high - low || 1) * 0.12;
@@ -47,12 +51,19 @@ export function Curve({ state, width, height }: Props) {
           <path
             key={part}
             class={`graph part${part}`}
-            d={line.map(([x, value], index) => `${index ? "L" : "M"}${x} ${yOf(scale, value).toFixed(1)}`).join("")}
+            d={line
+              .map(
+                ([x, value], index) => `${index ? "L" : "M"}${x} ${yOf(scale, value).toFixed(1)}`,
+              )
+              .join("")}
           />
         ))}
         {keys.flatMap((key) =>
           partsOfValue(key.value).map((value, part) => (
-            <Point key={`${key.frame}/${part}`} {...{ state, row, keyAt: key, part, value, scale, width }} />
+            <Point
+              key={`${key.frame}/${part}`}
+              {...{ state, row, keyAt: key, part, value, scale, width }}
+            />
           )),
         )}
       </svg>
@@ -74,7 +85,9 @@ function yOf({ low, high, height }: Scale, value: number): number {
 /** Points of each component's line, three pixels apart and at every key. */
 function sample(scene: Scene, row: Row, state: State, width: number): [number, number][][] {
   const { time } = state;
-  const frames = Array.from({ length: Math.ceil(width / 3) }, (_, index) => frameAt(time, width, index * 3));
+  const frames = Array.from({ length: Math.ceil(width / 3) }, (_, index) =>
+    frameAt(time, width, index * 3),
+  );
   for (const key of scene.tracks.get(row.id)?.keys ?? []) {
     // Just before a key as well, so that a held value falls upright.
     frames.push(key.frame - 1e-6, key.frame);
@@ -94,13 +107,16 @@ function Levels({ scale, width }: { scale: Scale; width: number }) {
   const rough = 10 ** Math.floor(Math.log10(span / 2));
   const step = span / rough > 8 ? rough * 5 : span / rough > 4 ? rough * 2 : rough;
   const levels: number[] = [];
-  for (let level = Math.ceil(scale.low / step) * step; level < scale.high; level += step) levels.push(level);
+  for (let level = Math.ceil(scale.low / step) * step; level < scale.high; level += step)
+    levels.push(level);
   return (
     <g class="levels" aria-hidden="true">
       {levels.map((level) => (
         <g key={level} transform={`translate(0 ${yOf(scale, level)})`}>
           <path d={`M0 0H${width}`} />
-          <text x="4" y="-3">{numberText(tidy(level))}</text>
+          <text x="4" y="-3">
+            {numberText(tidy(level))}
+          </text>
         </g>
       ))}
     </g>
@@ -133,7 +149,9 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
       threshold: 3,
       move: (dx, dy, next) => {
         const fine = next.shiftKey ? 0.1 : 1;
-        const valued = isContinuous(row) ? withPart(row, keyAt.value, part, value - dy * perPixel * fine) : keyAt.value;
+        const valued = isContinuous(row)
+          ? withPart(row, keyAt.value, part, value - dy * perPixel * fine)
+          : keyAt.value;
         const frame = Math.max(0, Math.round(keyAt.frame + dx * framesPerPixel));
         const moved = base.moveKeys(new Set([id]), frame - keyAt.frame);
         const text = session.editOf(moved.text).setKeyValue(row, frame, valued);
@@ -158,5 +176,7 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
 
 function withPart(row: Row, value: Value, part: number, next: number): Value {
   const held = tidy(clampToRow(row, next), 3);
-  return typeof value === "object" ? value.map((item, index) => (index === part ? held : item)) : held;
+  return typeof value === "object"
+    ? value.map((item, index) => (index === part ? held : item))
+    : held;
 }

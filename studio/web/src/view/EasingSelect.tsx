@@ -54,7 +54,10 @@ export function EasingSelect({ state }: { state: State }) {
 export function EasingCurve({ easing }: { easing: Easing }) {
   const steps = Array.from({ length: 13 }, (_, index) => index / 12);
   const held = easing === "hold" ? "L21 3" : "";
-  const d = steps.map((s, index) => `${index ? "L" : "M"}${3 + s * 18} ${15 - eased(easing, s) * 12}`).join("") + held;
+  const d =
+    steps
+      .map((s, index) => `${index ? "L" : "M"}${3 + s * 18} ${15 - eased(easing, s) * 12}`)
+      .join("") + held;
   return (
     <svg class="easing" width="24" height="18" viewBox="0 0 24 18" aria-hidden="true">
       <path d={d} />

@@ -41,15 +41,33 @@ function ExportForm({ state }: { state: State }) {
   const size = share === 1 ? null : ([even(whole[0]), even(whole[1])] as const);
   const send = (event: Event) => {
     event.preventDefault();
-    void session.film.export({ name: full, from: range[0], to: range[1], width: size?.[0], height: size?.[1], overwrite: false });
+    void session.film.export({
+      name: full,
+      from: range[0],
+      to: range[1],
+      width: size?.[0],
+      height: size?.[1],
+      overwrite: false,
+    });
   };
   const hold = (frame: number) => Math.round(Math.min(film[1], Math.max(film[0], frame)));
   return (
     <form class="fields" onSubmit={send}>
       <label for="export-name">Name</label>
-      <input id="export-name" class="wide" value={name} spellcheck={false} onInput={(event) => setName(event.currentTarget.value)} />
+      <input
+        id="export-name"
+        class="wide"
+        value={name}
+        spellcheck={false}
+        onInput={(event) => setName(event.currentTarget.value)}
+      />
       <label for="export-kind">Kind</label>
-      <select id="export-kind" class="select wide" value={ending} onChange={(event) => setEnding(event.currentTarget.value)}>
+      <select
+        id="export-kind"
+        class="select wide"
+        value={ending}
+        onChange={(event) => setEnding(event.currentTarget.value)}
+      >
         {endings.map((each) => (
           <option key={each.ending} value={each.ending}>
             {each.ending} · {each.label}
@@ -57,10 +75,27 @@ function ExportForm({ state }: { state: State }) {
         ))}
       </select>
       <span>Frames</span>
-      <NumberField label="Export from frame" value={range[0]} shown={String(range[0])} step={1} commit={(from) => setRange([hold(from), Math.max(hold(from), range[1])])} />
-      <NumberField label="Export to frame" value={range[1]} shown={String(range[1])} step={1} commit={(to) => setRange([Math.min(range[0], hold(to)), hold(to)])} />
+      <NumberField
+        label="Export from frame"
+        value={range[0]}
+        shown={String(range[0])}
+        step={1}
+        commit={(from) => setRange([hold(from), Math.max(hold(from), range[1])])}
+      />
+      <NumberField
+        label="Export to frame"
+        value={range[1]}
+        shown={String(range[1])}
+        step={1}
+        commit={(to) => setRange([Math.min(range[0], hold(to)), hold(to)])}
+      />
       <label for="export-size">Size</label>
-      <select id="export-size" class="select wide" value={String(share)} onChange={(event) => setShare(Number(event.currentTarget.value))}>
+      <select
+        id="export-size"
+        class="select wide"
+        value={String(share)}
+        onChange={(event) => setShare(Number(event.currentTarget.value))}
+      >
         {[1, 0.5, 0.25].map((each) => (
           <option key={each} value={String(each)}>
             {sizeText(whole, each)}
@@ -76,7 +111,8 @@ function ExportForm({ state }: { state: State }) {
 }
 
 function sizeText([width, height]: readonly [number, number], share: number): string {
-  const even = (value: number) => (share === 1 ? value : Math.max(2, Math.round((value * share) / 2) * 2));
+  const even = (value: number) =>
+    share === 1 ? value : Math.max(2, Math.round((value * share) / 2) * 2);
   const words = share === 1 ? "whole" : share === 0.5 ? "half" : "quarter";
   return `${even(width)} × ${even(height)} · ${words}`;
 }
@@ -101,11 +137,11 @@ function JobLine({ job }: { job: Job }) {
         <b>{job.name}</b>
         <span class="quiet">{states[job.state] || progress(job)}</span>
         {open && <button onClick={() => void session.film.cancel(job.job)}>Cancel</button>}
-        {job.state === "done" && <button onClick={() => void see()}>{shown ? "Close" : "Show"}</button>}
+        {job.state === "done" && (
+          <button onClick={() => void see()}>{shown ? "Close" : "Show"}</button>
+        )}
       </div>
-      {open && (
-        <progress max={100} value={percent} aria-label={`Progress of ${job.name}`} />
-      )}
+      {open && <progress max={100} value={percent} aria-label={`Progress of ${job.name}`} />}
       {job.error && (
         <p class="bad">
           {job.error} <span>{job.remedy}</span>
@@ -117,7 +153,10 @@ function JobLine({ job }: { job: Job }) {
 }
 
 function progress(job: Job): string {
-  const left = job.secondsLeft === null || job.secondsLeft === undefined ? "" : ` · ${timeLeft(job.secondsLeft)} left`;
+  const left =
+    job.secondsLeft === null || job.secondsLeft === undefined
+      ? ""
+      : ` · ${timeLeft(job.secondsLeft)} left`;
   return `${job.done} / ${job.total}${left}`;
 }
 

@@ -22,7 +22,13 @@ export function Gallery({ state }: { state: State }) {
       <div class="shapescroll" tabIndex={-1}>
         <div class="grid" role="group" aria-label="Built-in shapes">
           {state.table.data.shapes.map((shape, index) => (
-            <Tile key={shape.name} shape={shape} index={index + 1} on={chosen === index + 1} pick={pick} />
+            <Tile
+              key={shape.name}
+              shape={shape}
+              index={index + 1}
+              on={chosen === index + 1}
+              pick={pick}
+            />
           ))}
         </div>
         {files.map((file) => (
@@ -53,7 +59,13 @@ interface TileProps {
 /** One shape as a stroke that draws itself while the pointer is over it. */
 const Tile = memo(function Tile({ shape, index, on, pick }: TileProps) {
   return (
-    <button class={classes("tile", on && "on")} aria-pressed={on} aria-label={shape.name} title={shape.name} onClick={() => pick(index)}>
+    <button
+      class={classes("tile", on && "on")}
+      aria-pressed={on}
+      aria-label={shape.name}
+      title={shape.name}
+      onClick={() => pick(index)}
+    >
       <svg viewBox="20 20 60 60" aria-hidden="true">
         {shape.paths.map((path, at) => (
           <path key={at} d={path} pathLength={1} />
@@ -103,7 +115,9 @@ function Losses({ state }: { state: State }) {
           {loss.count > 1 && <span> ({loss.count} times)</span>}
         </p>
       ))}
-      {losses.losses.length > 6 && <p>And {losses.losses.length - 6} more; orbel check lists them all.</p>}
+      {losses.losses.length > 6 && (
+        <p>And {losses.losses.length - 6} more; orbel check lists them all.</p>
+      )}
     </div>
   );
 }

@@ -47,10 +47,10 @@ export function HelpPanel() {
       <section class="mouse">
         <h2>Pointer</h2>
         <p>
-          Drag a name, a slider or a dial; <kbd>Shift</kbd> is finer, <kbd>Ctrl</kbd> coarser. Number fields reckon:
-          3*12, +5, 1x30 for a turn and 30°. Right click on a row or a key: its menu. On the picture the wheel zooms,
-          dragging pans. In the timeline <kbd>Ctrl</kbd> and the wheel zoom, <kbd>Shift</kbd> and the wheel scroll, a
-          double click sets a key.
+          Drag a name, a slider or a dial; <kbd>Shift</kbd> is finer, <kbd>Ctrl</kbd> coarser.
+          Number fields reckon: 3*12, +5, 1x30 for a turn and 30°. Right click on a row or a key:
+          its menu. On the picture the wheel zooms, dragging pans. In the timeline <kbd>Ctrl</kbd>{" "}
+          and the wheel zoom, <kbd>Shift</kbd> and the wheel scroll, a double click sets a key.
         </p>
       </section>
     </div>

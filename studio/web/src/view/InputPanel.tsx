@@ -26,7 +26,12 @@ function InputChoice({ state, input }: { state: State; input: SceneInput }) {
   const current = input.kind === "file" || input.kind === "raw" ? input.file : "";
   if (current && !names.includes(current)) names.unshift(current);
   const choose = (value: string) => {
-    const stated = value === "none" ? null : value === "color" ? { color: [0, 0, 0, 1] } : { file: value.slice(5) };
+    const stated =
+      value === "none"
+        ? null
+        : value === "color"
+          ? { color: [0, 0, 0, 1] }
+          : { file: value.slice(5) };
     session.change("choose an input", session.edit().setHeader("input", stated));
   };
   return (
@@ -57,7 +62,10 @@ function InputColour({ rgba }: { rgba: readonly number[] }) {
   const session = useSession();
   const alpha = rgba[3] ?? 1;
   const set = (rgb: readonly number[], a: number) =>
-    session.change("change input colour", session.edit().setHeader("input", { color: [...rgb, a] }));
+    session.change(
+      "change input colour",
+      session.edit().setHeader("input", { color: [...rgb, a] }),
+    );
   return (
     <div class="colourline">
       <ColourField
@@ -94,7 +102,9 @@ function Facts({ state }: { state: State }) {
     const headers: [string, unknown][] = [["size", size]];
     if (fps) headers.push(["fps", tidy(fps, 3)]);
     if (frames && frames > 1) headers.push(["frames", [0, frames - 1]]);
-    headers.forEach(([key, value]) => session.change("take over the input's size and rate", session.edit().setHeader(key, value)));
+    headers.forEach(([key, value]) =>
+      session.change("take over the input's size and rate", session.edit().setHeader(key, value)),
+    );
     session.endGesture();
   };
   return (
@@ -114,8 +124,10 @@ function FrameFields({ state }: { state: State }) {
   const size = scene?.size ?? plan?.size ?? [1280, 720];
   const frames = scene?.frames ?? plan?.frames ?? [0, 0];
   const fps = scene?.fps ?? plan?.fps ?? 30;
-  const set = (key: string, value: unknown, name: string) => session.change(name, session.edit().setHeader(key, value));
-  const whole = (value: number, low: number, high: number) => Math.round(Math.min(high, Math.max(low, value)));
+  const set = (key: string, value: unknown, name: string) =>
+    session.change(name, session.edit().setHeader(key, value));
+  const whole = (value: number, low: number, high: number) =>
+    Math.round(Math.min(high, Math.max(low, value)));
   const side = (value: number) => whole(value, 1, 32767);
   const frame = (value: number) => whole(value, 0, 10_000_000);
   return (
@@ -123,13 +135,43 @@ function FrameFields({ state }: { state: State }) {
       <h2>Frame</h2>
       <div class="fields">
         <span>Size</span>
-        <NumberField label="Width" value={size[0]} shown={String(size[0])} step={2} commit={(w) => set("size", [side(w), size[1]], "change size")} />
-        <NumberField label="Height" value={size[1]} shown={String(size[1])} step={2} commit={(h) => set("size", [size[0], side(h)], "change size")} />
+        <NumberField
+          label="Width"
+          value={size[0]}
+          shown={String(size[0])}
+          step={2}
+          commit={(w) => set("size", [side(w), size[1]], "change size")}
+        />
+        <NumberField
+          label="Height"
+          value={size[1]}
+          shown={String(size[1])}
+          step={2}
+          commit={(h) => set("size", [size[0], side(h)], "change size")}
+        />
         <span>Frames</span>
-        <NumberField label="First frame" value={frames[0]} shown={String(frames[0])} step={1} commit={(f) => set("frames", [Math.min(frame(f), frames[1]), frames[1]], "change frames")} />
-        <NumberField label="Last frame" value={frames[1]} shown={String(frames[1])} step={1} commit={(f) => set("frames", [frames[0], Math.max(frame(f), frames[0])], "change frames")} />
+        <NumberField
+          label="First frame"
+          value={frames[0]}
+          shown={String(frames[0])}
+          step={1}
+          commit={(f) => set("frames", [Math.min(frame(f), frames[1]), frames[1]], "change frames")}
+        />
+        <NumberField
+          label="Last frame"
+          value={frames[1]}
+          shown={String(frames[1])}
+          step={1}
+          commit={(f) => set("frames", [frames[0], Math.max(frame(f), frames[0])], "change frames")}
+        />
         <span>Rate</span>
-        <NumberField label="Frames per second" value={fps} shown={`${tidy(fps, 3)} fps`} step={1} commit={(rate) => set("fps", tidy(Math.max(0.001, rate), 3), "change rate")} />
+        <NumberField
+          label="Frames per second"
+          value={fps}
+          shown={`${tidy(fps, 3)} fps`}
+          step={1}
+          commit={(rate) => set("fps", tidy(Math.max(0.001, rate), 3), "change rate")}
+        />
         <select
           class="select"
           aria-label="Pixel format"

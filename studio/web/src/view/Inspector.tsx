@@ -66,7 +66,10 @@ function Sections({ state, scene, openMenu }: SectionsProps) {
   const filtering = isFiltering(state.filter);
   const sections = state.table
     .sections()
-    .map((section) => ({ ...section, rows: section.rows.filter((row) => passes(state.filter, scene, row)) }))
+    .map((section) => ({
+      ...section,
+      rows: section.rows.filter((row) => passes(state.filter, scene, row)),
+    }))
     .filter((section) => section.rows.length > 0);
   if (sections.length === 0) return <p class="empty">No parameter is like that.</p>;
   const view = (row: Row) => (
@@ -74,7 +77,9 @@ function Sections({ state, scene, openMenu }: SectionsProps) {
       key={row.id}
       row={row}
       value={valueAt(scene, row, state.frame)}
-      changed={isStated(scene, row) && (!isDefault(scene, row, state.frame) || isAnimated(scene, row))}
+      changed={
+        isStated(scene, row) && (!isDefault(scene, row, state.frame) || isAnimated(scene, row))
+      }
       animated={isAnimated(scene, row)}
       onKey={(scene.tracks.get(row.id)?.keys ?? []).some((key) => key.frame === state.frame)}
       disabled={off.has(row.id)}
@@ -105,10 +110,12 @@ interface GroupProps {
 function Group({ section, state, scene, forced, children }: GroupProps) {
   const session = useSession();
   const { title } = section;
-  const folded = !forced && (state.settings.folded[title] ?? !(section.open || state.usedGroups.has(title)));
+  const folded =
+    !forced && (state.settings.folded[title] ?? !(section.open || state.usedGroups.has(title)));
   const stated = section.rows.filter((row) => isStated(scene, row));
   const animated = stated.some((row) => isAnimated(scene, row));
-  const fold = () => session.setSettings({ folded: { ...state.settings.folded, [title]: !folded } });
+  const fold = () =>
+    session.setSettings({ folded: { ...state.settings.folded, [title]: !folded } });
   return (
     <div class="group">
       <h3>
@@ -125,7 +132,19 @@ function Group({ section, state, scene, forced, children }: GroupProps) {
   );
 }
 
-function RowMenu({ row, x, y, state, close }: { row: Row; x: number; y: number; state: State; close: () => void }) {
+function RowMenu({
+  row,
+  x,
+  y,
+  state,
+  close,
+}: {
+  row: Row;
+  x: number;
+  y: number;
+  state: State;
+  close: () => void;
+}) {
   const session = useSession();
   const edit = session.edit();
   const { frame, copiedValue, table } = state;
@@ -138,8 +157,16 @@ function RowMenu({ row, x, y, state, close }: { row: Row; x: number; y: number; 
       disabled: !from || !interchangeable(from, row),
       run: () => paste(session),
     },
-    { label: "Reset to default", run: () => session.change(`reset ${row.label}`, edit.reset(row, frame)) },
-    { label: "Key here", hint: "S", disabled: row.kind === "shape", run: () => toggleKey(session, row.id, frame) },
+    {
+      label: "Reset to default",
+      run: () => session.change(`reset ${row.label}`, edit.reset(row, frame)),
+    },
+    {
+      label: "Key here",
+      hint: "S",
+      disabled: row.kind === "shape",
+      run: () => toggleKey(session, row.id, frame),
+    },
     {
       label: "Remove all keys",
       disabled: edit.keysOf(row).length === 0,

@@ -30,14 +30,20 @@ export function Lane({ time, width, keys, summary, press, open }: Props) {
   return (
     <svg class="keyline" width={width} height="24">
       {line && <path class="thread" d={`M${clip(first.frame)} 12H${clip(last.frame)}`} />}
-      {!summary && keys.map((key, index) => <Held key={key.frame} lane={keys} index={index} clip={clip} />)}
+      {!summary &&
+        keys.map((key, index) => <Held key={key.frame} lane={keys} index={index} clip={clip} />)}
       {keys.map((key) => {
         const x = xOf(time, width, key.frame);
         if (x < -8 || x > width + 8) return null;
         return (
           <g
             key={key.frame}
-            class={classes("keysign", summary && "summary", key.selected && "selected", key.easing && "eased")}
+            class={classes(
+              "keysign",
+              summary && "summary",
+              key.selected && "selected",
+              key.easing && "eased",
+            )}
             transform={`translate(${x} 12)`}
             role="button"
             aria-label={key.label}
@@ -59,7 +65,15 @@ export function Lane({ time, width, keys, summary, press, open }: Props) {
 }
 
 /** A held stretch is broken: nothing moves in it. */
-function Held({ lane, index, clip }: { lane: LaneKey[]; index: number; clip: (frame: number) => number }) {
+function Held({
+  lane,
+  index,
+  clip,
+}: {
+  lane: LaneKey[];
+  index: number;
+  clip: (frame: number) => number;
+}) {
   const key = lane[index]!;
   const next = lane[index + 1];
   if (key.easing !== "hold" || !next) return null;

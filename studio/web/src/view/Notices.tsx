@@ -46,10 +46,19 @@ function sceneNotices(state: State): Notice[] {
   const first = problems[0];
   if (!first) return [];
   const more = problems.length > 1 ? ` (and ${problems.length - 1} more)` : "";
-  return [{ id: "scene", tone: "warn", text: sentence(first) + more, remedy: asSentence(first.remedy), actions: [] }];
+  return [
+    {
+      id: "scene",
+      tone: "warn",
+      text: sentence(first) + more,
+      remedy: asSentence(first.remedy),
+      actions: [],
+    },
+  ];
 }
 
 function sentence(problem: SceneProblem): string {
-  const place = problem.pointer || (problem.line > 0 ? `line ${problem.line}, column ${problem.column}` : "");
+  const place =
+    problem.pointer || (problem.line > 0 ? `line ${problem.line}, column ${problem.column}` : "");
   return asSentence(place ? `${place}: ${problem.message}` : problem.message);
 }

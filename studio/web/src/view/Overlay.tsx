@@ -1,4 +1,13 @@
-import { alongAxes, outline, pointAt, shareNear, unwound, type Axes, type Outline, type Place } from "../document/outline";
+import {
+  alongAxes,
+  outline,
+  pointAt,
+  shareNear,
+  unwound,
+  type Axes,
+  type Outline,
+  type Place,
+} from "../document/outline";
 import { valueAt, type Scene } from "../document/scene";
 import { filmSize, readable, type State } from "../document/state";
 import { clampToRow, type Row } from "../document/table";
@@ -96,14 +105,60 @@ function Handles({ state, scene, path, placing }: HandlesProps) {
   return (
     <g>
       {camera && path.camera && (
-        <PointHandle row={camera} at={path.camera} placing={placing} scene={scene} frame={frame} axes={plainAxes} kind="camera" />
+        <PointHandle
+          row={camera}
+          at={path.camera}
+          placing={placing}
+          scene={scene}
+          frame={frame}
+          axes={plainAxes}
+          kind="camera"
+        />
       )}
       {position && path.position && (
-        <PointHandle row={position} at={path.position} placing={placing} scene={scene} frame={frame} axes={path.positionAxes ?? plainAxes} kind="position" />
+        <PointHandle
+          row={position}
+          at={path.position}
+          placing={placing}
+          scene={scene}
+          frame={frame}
+          axes={path.positionAxes ?? plainAxes}
+          kind="position"
+        />
       )}
-      {offset && origin && <Bead row={offset} at={origin} lines={lines} shift={0} placing={placing} value={shift} kind="offset" />}
-      {end && endAt && <Bead row={end} at={endAt} lines={lines} shift={shift} placing={placing} value={number(end)} kind="end" />}
-      {start && startAt && <Bead row={start} at={startAt} lines={lines} shift={shift} placing={placing} value={number(start)} kind="start" />}
+      {offset && origin && (
+        <Bead
+          row={offset}
+          at={origin}
+          lines={lines}
+          shift={0}
+          placing={placing}
+          value={shift}
+          kind="offset"
+        />
+      )}
+      {end && endAt && (
+        <Bead
+          row={end}
+          at={endAt}
+          lines={lines}
+          shift={shift}
+          placing={placing}
+          value={number(end)}
+          kind="end"
+        />
+      )}
+      {start && startAt && (
+        <Bead
+          row={start}
+          at={startAt}
+          lines={lines}
+          shift={shift}
+          placing={placing}
+          value={number(start)}
+          kind="start"
+        />
+      )}
     </g>
   );
 }
@@ -122,7 +177,8 @@ function PointHandle({ row, at, placing, scene, frame, axes, kind }: PointHandle
   const session = useSession();
   const [x, y] = onBoard(placing, at);
   const value = valueAt(scene, row, frame) as readonly number[];
-  const set = (px: number, py: number) => session.setValue(row, [tidy(px), tidy(py)], `move ${row.name}`);
+  const set = (px: number, py: number) =>
+    session.setValue(row, [tidy(px), tidy(py)], `move ${row.name}`);
   const press = (event: PointerEvent): void => {
     if (event.button !== 0) return;
     event.stopPropagation();
@@ -143,7 +199,9 @@ function PointHandle({ row, at, placing, scene, frame, axes, kind }: PointHandle
   };
   const nudge = (event: KeyboardEvent): void => {
     const size = event.shiftKey ? 0.001 : 0.01;
-    const step = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1] }[event.key];
+    const step = { ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1] }[
+      event.key
+    ];
     if (!step || event.altKey) return;
     event.preventDefault();
     set(value[0]! + step[0]! * size, value[1]! + step[1]! * size);

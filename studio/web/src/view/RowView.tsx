@@ -31,7 +31,13 @@ export const RowView = memo(function RowView(props: RowProps) {
   };
   return (
     <div
-      class={classes("row", `is-${row.kind}`, disabled && "off", !changed && !animated && "same", active && "active")}
+      class={classes(
+        "row",
+        `is-${row.kind}`,
+        disabled && "off",
+        !changed && !animated && "same",
+        active && "active",
+      )}
       data-row={row.name}
       role="group"
       aria-label={row.name}
@@ -48,7 +54,9 @@ export const RowView = memo(function RowView(props: RowProps) {
         aria-label={`Reset ${row.label}`}
         title={changed || animated ? "Reset to default (keys stay)" : undefined}
         tabIndex={changed || animated ? 0 : -1}
-        onClick={() => session.change(`reset ${row.label}`, session.edit().reset(row, session.state.frame))}
+        onClick={() =>
+          session.change(`reset ${row.label}`, session.edit().reset(row, session.state.frame))
+        }
       />
       <RowLabel {...props} />
       <RowControls {...props} />
@@ -120,7 +128,14 @@ function ScalarControls({ row, value, disabled }: RowProps) {
   const Control = row.kind === "angle" ? Dial : Slider;
   return (
     <>
-      <Control row={row} value={number} shown={shown} disabled={disabled} change={change} {...gesture} />
+      <Control
+        row={row}
+        value={number}
+        shown={shown}
+        disabled={disabled}
+        change={change}
+        {...gesture}
+      />
       <NumberField
         label={row.label}
         value={tidy(number)}
@@ -178,7 +193,9 @@ function Switch({ row, value, disabled }: RowProps) {
       aria-checked={value === true}
       aria-label={row.label}
       disabled={disabled}
-      onClick={() => session.setValue(row, value !== true, `${value ? "switch off" : "switch on"} ${row.label}`)}
+      onClick={() =>
+        session.setValue(row, value !== true, `${value ? "switch off" : "switch on"} ${row.label}`)
+      }
     />
   );
 }
@@ -235,14 +252,22 @@ function KeyButtons({ row, animated, onKey }: RowProps) {
   const session = useSession();
   const jump = (direction: 1 | -1) => {
     const { frame } = session.state;
-    const frames = session.edit().keysOf(row).map((key) => key.frame);
+    const frames = session
+      .edit()
+      .keysOf(row)
+      .map((key) => key.frame);
     const beyond = frames.filter((each) => (each - frame) * direction > 0);
     const target = direction > 0 ? beyond[0] : beyond[beyond.length - 1];
     if (target !== undefined) session.goTo(target);
   };
   return (
     <span class="keys">
-      <button class="jump" aria-label={`Previous key of ${row.label}`} disabled={!animated} onClick={() => jump(-1)}>
+      <button
+        class="jump"
+        aria-label={`Previous key of ${row.label}`}
+        disabled={!animated}
+        onClick={() => jump(-1)}
+      >
         ‹
       </button>
       <button
@@ -253,7 +278,12 @@ function KeyButtons({ row, animated, onKey }: RowProps) {
       >
         <i />
       </button>
-      <button class="jump" aria-label={`Next key of ${row.label}`} disabled={!animated} onClick={() => jump(1)}>
+      <button
+        class="jump"
+        aria-label={`Next key of ${row.label}`}
+        disabled={!animated}
+        onClick={() => jump(1)}
+      >
         ›
       </button>
     </span>

@@ -10,7 +10,8 @@ export function Ruler({ state, width }: { state: State; width: number }) {
   const rate = filmRate(state);
   const [first, last] = filmRange(state);
   const x = (frame: number) => xOf(time, width, frame);
-  const frameUnder = (event: PointerEvent, box: DOMRect) => Math.round(frameAt(time, width, event.clientX - box.left));
+  const frameUnder = (event: PointerEvent, box: DOMRect) =>
+    Math.round(frameAt(time, width, event.clientX - box.left));
 
   const press = (event: PointerEvent & { currentTarget: HTMLElement | SVGElement }): void => {
     if (event.button !== 0) return;
@@ -32,16 +33,30 @@ export function Ruler({ state, width }: { state: State; width: number }) {
 
   const loop = state.loopRange;
   return (
-    <div class="ruler" onPointerDown={press} title="Drag: playhead. Shift and drag: loop. Wheel: zoom.">
+    <div
+      class="ruler"
+      onPointerDown={press}
+      title="Drag: playhead. Shift and drag: loop. Wheel: zoom."
+    >
       <svg width={width} height="22" aria-hidden="true">
         {ticks(time, width, rate, settings.asTime).map(({ frame, labelled }) => (
           <g key={frame} transform={`translate(${x(frame)} 0)`}>
             <path class="tick" d={labelled ? "M0 12V22" : "M0 17V22"} />
-            {labelled && <text x="4" y="12">{settings.asTime ? clockText(frame, rate) : frame}</text>}
+            {labelled && (
+              <text x="4" y="12">
+                {settings.asTime ? clockText(frame, rate) : frame}
+              </text>
+            )}
           </g>
         ))}
         <rect class="outside" x="0" y="0" width={Math.max(0, x(first) - 1)} height="22" />
-        <rect class="outside" x={x(last) + 1} y="0" width={Math.max(0, width - x(last))} height="22" />
+        <rect
+          class="outside"
+          x={x(last) + 1}
+          y="0"
+          width={Math.max(0, width - x(last))}
+          height="22"
+        />
       </svg>
       {loop && <LoopBar loop={loop} x={x} width={width} state={state} setLoop={setLoop} />}
       <i class="head" style={{ transform: `translateX(${x(state.frame)}px)` }} />

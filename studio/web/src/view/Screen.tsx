@@ -5,7 +5,15 @@ import { classes, useSession } from "./hooks";
 import type { Placing } from "./Viewport";
 
 /** The canvas: opaque pixels put as they come, stretched by the browser where it is zoomed. */
-export function Screen({ state, placing, scale }: { state: State; placing: Placing; scale: number }) {
+export function Screen({
+  state,
+  placing,
+  scale,
+}: {
+  state: State;
+  placing: Placing;
+  scale: number;
+}) {
   const session = useSession();
   const canvas = useRef<HTMLCanvasElement>(null);
   useEffect(() => {

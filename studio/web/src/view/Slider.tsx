@@ -19,7 +19,8 @@ export function Slider({ row, value, shown, disabled, change, begin, end }: Prop
   const press = (event: PointerEvent & { currentTarget: HTMLElement }): void => {
     if (disabled || event.button !== 0) return;
     const box = event.currentTarget.getBoundingClientRect();
-    const at = (x: number, fine: boolean) => change(sliderValue(row, (x - box.left - 5) / (box.width - 10), fine));
+    const at = (x: number, fine: boolean) =>
+      change(sliderValue(row, (x - box.left - 5) / (box.width - 10), fine));
     begin();
     at(event.clientX, event.shiftKey);
     drag(event, { move: (_dx, _dy, next) => at(next.clientX, next.shiftKey), end });
@@ -46,7 +47,12 @@ export function Slider({ row, value, shown, disabled, change, begin, end }: Prop
       onKeyDown={step}
     >
       <span class="groove">
-        <i style={{ left: `${Math.min(low, share) * 100}%`, width: `${Math.abs(share - low) * 100}%` }} />
+        <i
+          style={{
+            left: `${Math.min(low, share) * 100}%`,
+            width: `${Math.abs(share - low) * 100}%`,
+          }}
+        />
         <b style={{ left: `${share * 100}%` }} />
       </span>
     </div>

@@ -28,13 +28,20 @@ export function Strip({ state, scale, fits, pointed, pixel, setZoom }: Props) {
       <button aria-pressed={fits} title="Fit the picture (F)" onClick={() => setZoom("fit")}>
         Fit
       </button>
-      <button aria-pressed={!fits && percent === 100} title="One to one (1)" onClick={() => setZoom("full")}>
+      <button
+        aria-pressed={!fits && percent === 100}
+        title="One to one (1)"
+        onClick={() => setZoom("full")}
+      >
         100 %
       </button>
       <b class="zoom">{percent} %</b>
       <Readout pointed={pointed} pixel={pixel} />
       <span class="space" />
-      <span class="drawn" title="Time the frame took to draw; a preview stands for the exact frame while something moves">
+      <span
+        class="drawn"
+        title="Time the frame took to draw; a preview stands for the exact frame while something moves"
+      >
         {playing === 0 && <>{picture.milliseconds.toFixed(1)} ms · </>}
         {playing === 0 && !isReducedPicture(state) ? "exact" : "preview"}
       </span>
@@ -54,7 +61,10 @@ function Readout({ pointed, pixel }: { pointed: Pointed | null; pixel: PixelAnsw
       x {pointed.x} y {pointed.y}
       {pixel && (
         <>
-          <i class="chip" style={{ background: hexOf(pixel.straight.slice(0, 3).map((c) => c / scale)) }} />
+          <i
+            class="chip"
+            style={{ background: hexOf(pixel.straight.slice(0, 3).map((c) => c / scale)) }}
+          />
           <b title="Straight">{pixel.straight.slice(0, 3).map(part).join(" ")}</b>
           <span>α {part(pixel.straight[3] ?? 0)}</span>
           <span title="Premultiplied" class="premultiplied">
@@ -122,7 +132,13 @@ function GroundChoice({ ground }: { ground: Ground }) {
         <option value="own">Colour</option>
       </select>
       {own && (
-        <input class="ground" type="color" aria-label="Colour under the picture" value={ground} onInput={(event) => set(event.currentTarget.value)} />
+        <input
+          class="ground"
+          type="color"
+          aria-label="Colour under the picture"
+          value={ground}
+          onInput={(event) => set(event.currentTarget.value)}
+        />
       )}
     </>
   );

@@ -68,7 +68,12 @@ function Lanes({ state }: { state: State }) {
             {state.settings.curve ? (
               <Curve state={state} width={width} height={Math.max(40, height - 46)} />
             ) : (
-              <LaneStack state={state} tracks={tracks} width={width} openMenu={(x, y) => setMenu({ x, y })} />
+              <LaneStack
+                state={state}
+                tracks={tracks}
+                width={width}
+                openMenu={(x, y) => setMenu({ x, y })}
+              />
             )}
             <i class="playhead" style={{ transform: `translateX(${playheadX}px)` }} />
           </>
@@ -76,8 +81,8 @@ function Lanes({ state }: { state: State }) {
       </div>
       {tracks.length === 0 && (
         <p class="hint">
-          Nothing moves yet. Click <i class="diamond" /> beside a parameter to set its first key, go to another frame
-          and change the value.
+          Nothing moves yet. Click <i class="diamond" /> beside a parameter to set its first key, go
+          to another frame and change the value.
         </p>
       )}
       {menu && <KeyMenu {...menu} state={state} close={() => setMenu(null)} />}
@@ -93,7 +98,11 @@ function LaneName({ track, state, scene }: { track: Track; state: State; scene: 
     session.update({ activeRow: row.id, selection: keys });
   };
   return (
-    <button class={classes("name", state.activeRow === row.id && "active")} title={`${row.name}: select its keys`} onClick={choose}>
+    <button
+      class={classes("name", state.activeRow === row.id && "active")}
+      title={`${row.name}: select its keys`}
+      onClick={choose}
+    >
       <span>{laneTitle(state, track)}</span>
       <span class="v">{valueText(row, valueAt(scene, row, state.frame))}</span>
     </button>
@@ -156,7 +165,13 @@ function Summary({ state, tracks, width }: Omit<StackProps, "openMenu">) {
   }));
   return (
     <div class="lane summary">
-      <Lane time={state.time} width={width} keys={keys} summary press={(event, key) => dragKeys(session, event, key.ids, width)} />
+      <Lane
+        time={state.time}
+        width={width}
+        keys={keys}
+        summary
+        press={(event, key) => dragKeys(session, event, key.ids, width)}
+      />
       <StretchBar state={state} width={width} />
     </div>
   );
@@ -229,7 +244,17 @@ function LaneStack({ state, tracks, width, openMenu }: StackProps) {
           />
         </div>
       ))}
-      {box && <i class="band" style={{ left: `${box.x}px`, top: `${box.y}px`, width: `${box.w}px`, height: `${box.h}px` }} />}
+      {box && (
+        <i
+          class="band"
+          style={{
+            left: `${box.x}px`,
+            top: `${box.y}px`,
+            width: `${box.w}px`,
+            height: `${box.h}px`,
+          }}
+        />
+      )}
     </div>
   );
 }
@@ -244,18 +269,34 @@ function laneKeys({ row, keys }: Track, state: State): LaneKey[] {
   }));
 }
 
-function KeyMenu({ x, y, state, close }: { x: number; y: number; state: State; close: () => void }) {
+function KeyMenu({
+  x,
+  y,
+  state,
+  close,
+}: {
+  x: number;
+  y: number;
+  state: State;
+  close: () => void;
+}) {
   const session = useSession();
   const common = commonEasing(state);
   const easings: MenuItem[] = (Object.keys(easingNames) as Easing[]).map((easing) => ({
     label: easingNames[easing],
     checked: common === easing,
-    run: () => session.change("change easing", session.edit().setEasing(session.state.selection, easing)),
+    run: () =>
+      session.change("change easing", session.edit().setEasing(session.state.selection, easing)),
   }));
   const items: MenuItem[] = [
     ...easings,
     { label: "Copy", hint: "Ctrl C", run: () => copy(session) },
-    { label: "Paste at playhead", hint: "Ctrl V", disabled: state.copiedKeys.length === 0, run: () => paste(session) },
+    {
+      label: "Paste at playhead",
+      hint: "Ctrl V",
+      disabled: state.copiedKeys.length === 0,
+      run: () => paste(session),
+    },
     { label: "Delete", hint: "Del", run: () => deleteSelection(session) },
   ];
   return <ContextMenu x={x} y={y} items={items} close={close} label="Selected keys" />;

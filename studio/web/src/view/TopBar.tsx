@@ -10,8 +10,11 @@ export function TopBar({ state }: { state: State }) {
   const { settings, panel } = state;
   const undone = undoName(state.history);
   const redone = redoName(state.history);
-  const show = (wanted: State["panel"]) => session.update({ panel: panel === wanted ? null : wanted });
-  const running = state.jobs.filter((job) => job.state === "running" || job.state === "waiting").length;
+  const show = (wanted: State["panel"]) =>
+    session.update({ panel: panel === wanted ? null : wanted });
+  const running = state.jobs.filter(
+    (job) => job.state === "running" || job.state === "waiting",
+  ).length;
   return (
     <header class="bar">
       <h1 class="unseen">Orbel studio</h1>
@@ -20,14 +23,30 @@ export function TopBar({ state }: { state: State }) {
         <path d="M10 6a4 4 0 1 0 4 4" opacity=".55" />
       </svg>
       <SceneName state={state} />
-      <button onClick={() => void session.keeper.save()} disabled={!isUnsaved(state) || state.phase !== "ready"} title="Save (Ctrl S)">
+      <button
+        onClick={() => void session.keeper.save()}
+        disabled={!isUnsaved(state) || state.phase !== "ready"}
+        title="Save (Ctrl S)"
+      >
         Save
       </button>
       <span class="space" />
-      <button class="square" disabled={!undone} aria-label={undone ? `Undo: ${undone}` : "Undo"} title={undone ? `Undo: ${undone} (Ctrl Z)` : "Nothing to undo"} onClick={() => session.undo()}>
+      <button
+        class="square"
+        disabled={!undone}
+        aria-label={undone ? `Undo: ${undone}` : "Undo"}
+        title={undone ? `Undo: ${undone} (Ctrl Z)` : "Nothing to undo"}
+        onClick={() => session.undo()}
+      >
         <Icon name="undo" />
       </button>
-      <button class="square" disabled={!redone} aria-label={redone ? `Redo: ${redone}` : "Redo"} title={redone ? `Redo: ${redone} (Ctrl Shift Z)` : "Nothing to redo"} onClick={() => session.redo()}>
+      <button
+        class="square"
+        disabled={!redone}
+        aria-label={redone ? `Redo: ${redone}` : "Redo"}
+        title={redone ? `Redo: ${redone} (Ctrl Shift Z)` : "Nothing to redo"}
+        onClick={() => session.redo()}
+      >
         <Icon name="redo" />
       </button>
       <UndoList state={state} />
@@ -39,13 +58,29 @@ export function TopBar({ state }: { state: State }) {
       >
         <i class="diamond" /> Auto-key
       </button>
-      <button aria-pressed={state.before} title="The input without the stroke" onClick={() => session.update({ before: !state.before })}>
+      <button
+        aria-pressed={state.before}
+        title="The input without the stroke"
+        onClick={() => session.update({ before: !state.before })}
+      >
         Before / after <kbd>B</kbd>
       </button>
-      <button class="square" aria-label="Shortcuts" title="Shortcuts (?)" aria-expanded={panel === "help"} data-panel="help" onClick={() => show("help")}>
+      <button
+        class="square"
+        aria-label="Shortcuts"
+        title="Shortcuts (?)"
+        aria-expanded={panel === "help"}
+        data-panel="help"
+        onClick={() => show("help")}
+      >
         ?
       </button>
-      <button class="go" aria-expanded={panel === "export"} data-panel="export" onClick={() => show("export")}>
+      <button
+        class="go"
+        aria-expanded={panel === "export"}
+        data-panel="export"
+        onClick={() => show("export")}
+      >
         Export…{running > 0 && <span class="count">{running}</span>}
       </button>
     </header>
@@ -62,7 +97,11 @@ function SceneName({ state }: { state: State }) {
   const unsaved = state.phase === "ready" && isUnsaved(state);
   return (
     <div class="scenename" ref={place}>
-      <button aria-expanded={open} title={state.file.folder} onClick={() => session.update({ panel: open ? null : "scenes" })}>
+      <button
+        aria-expanded={open}
+        title={state.file.folder}
+        onClick={() => session.update({ panel: open ? null : "scenes" })}
+      >
         <b>{stem}</b>
         {unsaved && <i class="unsaved" role="img" aria-label="not saved" title="Not saved" />}
         <span class="quiet">{ending}</span>
@@ -101,7 +140,12 @@ function ScenesPanel({ state }: { state: State }) {
         </button>
       ))}
       <form onSubmit={save}>
-        <input aria-label="Name to save as" value={name} spellcheck={false} onInput={(event) => setName(event.currentTarget.value)} />
+        <input
+          aria-label="Name to save as"
+          value={name}
+          spellcheck={false}
+          onInput={(event) => setName(event.currentTarget.value)}
+        />
         <button type="submit" disabled={!name.trim() || (taken && name === state.file.name)}>
           Save as
         </button>
@@ -125,21 +169,38 @@ function UndoList({ state }: { state: State }) {
   };
   return (
     <div class="undolist" ref={place}>
-      <button class="square narrow" aria-label="Steps that can be undone" aria-expanded={open} disabled={done.length + undone.length === 0} onClick={() => session.update({ panel: open ? null : "undo" })}>
+      <button
+        class="square narrow"
+        aria-label="Steps that can be undone"
+        aria-expanded={open}
+        disabled={done.length + undone.length === 0}
+        onClick={() => session.update({ panel: open ? null : "undo" })}
+      >
         <Icon name="chevron" />
       </button>
       {open && (
         <div class="panel steps" role="dialog" aria-label="Steps">
           {undone.slice(-12).map((step, index, all) => (
-            <button key={`u${index}`} class="entry undone" onClick={() => forth(all.length - index)}>
+            <button
+              key={`u${index}`}
+              class="entry undone"
+              onClick={() => forth(all.length - index)}
+            >
               {step.name}
             </button>
           ))}
-          {[...done].reverse().slice(0, 24).map((step, index) => (
-            <button key={`d${index}`} class={classes("entry", index === 0 && "on")} onClick={() => back(index + 1)}>
-              {step.name}
-            </button>
-          ))}
+          {[...done]
+            .reverse()
+            .slice(0, 24)
+            .map((step, index) => (
+              <button
+                key={`d${index}`}
+                class={classes("entry", index === 0 && "on")}
+                onClick={() => back(index + 1)}
+              >
+                {step.name}
+              </button>
+            ))}
           {done.length > 24 && <p class="quiet">and {done.length - 24} before</p>}
         </div>
       )}

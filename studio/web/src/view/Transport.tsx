@@ -17,10 +17,20 @@ export function Transport({ state }: { state: State }) {
     session.setSettings({ [name]: !settings[name] });
   return (
     <div class="transport" role="toolbar" aria-label="Play">
-      <button class="square" aria-label="First frame" title="First frame (Home)" onClick={() => session.goTo(first)}>
+      <button
+        class="square"
+        aria-label="First frame"
+        title="First frame (Home)"
+        onClick={() => session.goTo(first)}
+      >
         <Icon name="first" />
       </button>
-      <button class="square" aria-label="One frame back" title="One frame back (←)" onClick={() => session.goTo(frame - 1)}>
+      <button
+        class="square"
+        aria-label="One frame back"
+        title="One frame back (←)"
+        onClick={() => session.goTo(frame - 1)}
+      >
         <Icon name="back" />
       </button>
       <button
@@ -32,10 +42,20 @@ export function Transport({ state }: { state: State }) {
       >
         <Icon name={playing !== 0 ? "pause" : "play"} />
       </button>
-      <button class="square" aria-label="One frame on" title="One frame on (→)" onClick={() => session.goTo(frame + 1)}>
+      <button
+        class="square"
+        aria-label="One frame on"
+        title="One frame on (→)"
+        onClick={() => session.goTo(frame + 1)}
+      >
         <Icon name="next" />
       </button>
-      <button class="square" aria-label="Last frame" title="Last frame (End)" onClick={() => session.goTo(last)}>
+      <button
+        class="square"
+        aria-label="Last frame"
+        title="Last frame (End)"
+        onClick={() => session.goTo(last)}
+      >
         <Icon name="last" />
       </button>
       <span class="clock">
@@ -48,12 +68,20 @@ export function Transport({ state }: { state: State }) {
         />
         <span>/ {settings.asTime ? clockText(end, rate) : end}</span>
       </span>
-      <button aria-pressed={settings.loop} title="Loop (Shift L); I and O set its ends" onClick={toggle("loop")}>
+      <button
+        aria-pressed={settings.loop}
+        title="Loop (Shift L); I and O set its ends"
+        onClick={toggle("loop")}
+      >
         <Icon name="loop" />
         {state.loopRange ? `Loop ${first}–${last}` : "Loop"}
       </button>
       {state.loopRange && (
-        <button class="square" aria-label="Loop over the whole film" onClick={() => session.update({ loopRange: null })}>
+        <button
+          class="square"
+          aria-label="Loop over the whole film"
+          onClick={() => session.update({ loopRange: null })}
+        >
           <Icon name="close" />
         </button>
       )}
@@ -88,10 +116,14 @@ function SelectionTools({ state }: { state: State }) {
     <span class="selected">
       <span class="quiet">{count === 1 ? "1 key" : `${count} keys`}</span>
       <EasingSelect state={state} />
-      <button class="square" aria-label="Delete the selected keys" title="Delete" onClick={() => deleteSelection(session)}>
+      <button
+        class="square"
+        aria-label="Delete the selected keys"
+        title="Delete"
+        onClick={() => deleteSelection(session)}
+      >
         <Icon name="bin" />
       </button>
     </span>
   );
 }
-

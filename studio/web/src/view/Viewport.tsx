@@ -93,7 +93,14 @@ export function Viewport({ state }: { state: State }) {
         {room.width > 0 && <Overlay state={state} placing={placing} path={path} room={room} />}
         {state.before && <span class="badge">Before</span>}
       </div>
-      <Strip state={state} scale={scale} fits={zoom === null} pointed={pointed} pixel={pixel} setZoom={(kind) => zoomEvents.dispatchEvent(new Event(kind))} />
+      <Strip
+        state={state}
+        scale={scale}
+        fits={zoom === null}
+        pointed={pointed}
+        pixel={pixel}
+        setZoom={(kind) => zoomEvents.dispatchEvent(new Event(kind))}
+      />
     </section>
   );
 }
@@ -150,7 +157,14 @@ function useWantedPicture(
     if (wasStreaming.current) session.picture.stale();
     wasStreaming.current = false;
     if (state.scene.fault) return;
-    session.picture.want({ text: history.text, frame, ground: settings.ground, before, size, shown });
+    session.picture.want({
+      text: history.text,
+      frame,
+      ground: settings.ground,
+      before,
+      size,
+      shown,
+    });
   });
 }
 
@@ -167,7 +181,8 @@ function usePath(state: State): PathAnswer | null {
       ),
   );
   const { settings, playing, frame, history, connected, phase } = state;
-  const visible = (settings.path || settings.handles) && playing === 0 && connected && phase === "ready";
+  const visible =
+    (settings.path || settings.handles) && playing === 0 && connected && phase === "ready";
   const wanted = visible && !state.scene.fault;
   useEffect(() => {
     if (wanted) asker.request({ text: history.text, frame });

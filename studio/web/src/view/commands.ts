@@ -45,14 +45,19 @@ function playBy(direction: 1 | -1) {
 function allKeys(session: Session): Set<KeyId> {
   const tracks = readable(session.state)?.tracks ?? new Map();
   const ids = new Set<KeyId>();
-  tracks.forEach((track) => track.keys.forEach((key: { frame: number }) => ids.add(keyId(track.row.id, key.frame))));
+  tracks.forEach((track) =>
+    track.keys.forEach((key: { frame: number }) => ids.add(keyId(track.row.id, key.frame))),
+  );
   return ids;
 }
 
 export function deleteSelection(session: Session): void {
   const { selection } = session.state;
   if (selection.size === 0) return;
-  session.changeKeys(selection.size === 1 ? "delete a key" : "delete keys", session.edit().removeKeys(selection));
+  session.changeKeys(
+    selection.size === 1 ? "delete a key" : "delete keys",
+    session.edit().removeKeys(selection),
+  );
 }
 
 export function copy(session: Session): void {
@@ -63,7 +68,10 @@ export function copy(session: Session): void {
   const scene = readable(session.state);
   const row = activeRow === null ? undefined : table.row(activeRow);
   if (!scene || !row) return;
-  session.update({ copiedValue: { row: row.id, value: valueAt(scene, row, frame) }, copiedKeys: [] });
+  session.update({
+    copiedValue: { row: row.id, value: valueAt(scene, row, frame) },
+    copiedKeys: [],
+  });
 }
 
 export function paste(session: Session): void {
@@ -122,7 +130,9 @@ export function fitTime(session: Session): void {
   session.update({ time: { from, to } });
 }
 
-function toggleSetting(name: "path" | "handles" | "safe" | "autoKey" | "snap" | "curve" | "loop" | "asTime") {
+function toggleSetting(
+  name: "path" | "handles" | "safe" | "autoKey" | "snap" | "curve" | "loop" | "asTime",
+) {
   return (session: Session) => session.setSettings({ [name]: !session.state.settings[name] });
 }
 
@@ -152,8 +162,18 @@ export const commands: Command[] = [
   { keys: ["ArrowRight"], label: "One frame on", group: "Play", run: step(1) },
   { keys: ["Shift+ArrowLeft"], label: "Ten frames back", group: "Play", run: step(-10) },
   { keys: ["Shift+ArrowRight"], label: "Ten frames on", group: "Play", run: step(10) },
-  { keys: ["Home"], label: "First frame", group: "Play", run: (session) => session.goTo(playRange(session.state)[0]) },
-  { keys: ["End"], label: "Last frame", group: "Play", run: (session) => session.goTo(playRange(session.state)[1]) },
+  {
+    keys: ["Home"],
+    label: "First frame",
+    group: "Play",
+    run: (session) => session.goTo(playRange(session.state)[0]),
+  },
+  {
+    keys: ["End"],
+    label: "Last frame",
+    group: "Play",
+    run: (session) => session.goTo(playRange(session.state)[1]),
+  },
   { keys: ["i"], label: "Loop starts here", group: "Play", run: markLoop(0) },
   { keys: ["o"], label: "Loop ends here", group: "Play", run: markLoop(1) },
   { keys: ["Shift+L"], label: "Loop on, off", group: "Play", run: toggleSetting("loop") },
@@ -161,28 +181,73 @@ export const commands: Command[] = [
   { keys: ["."], label: "Key after", group: "Keys", run: toKey(1) },
   { keys: ["s"], label: "Key on the row last used", group: "Keys", run: keyOnActiveRow },
   { keys: ["a"], label: "Auto-key on, off", group: "Keys", run: toggleSetting("autoKey") },
-  { keys: ["Delete", "Backspace"], label: "Delete the selected keys", group: "Keys", run: deleteSelection },
-  { keys: ["Alt+ArrowLeft"], label: "Selected keys one frame back", group: "Keys", run: moveSelection(-1) },
-  { keys: ["Alt+ArrowRight"], label: "Selected keys one frame on", group: "Keys", run: moveSelection(1) },
-  { keys: ["Ctrl+a"], label: "Select every key", group: "Keys", run: (session) => session.select(allKeys(session)) },
+  {
+    keys: ["Delete", "Backspace"],
+    label: "Delete the selected keys",
+    group: "Keys",
+    run: deleteSelection,
+  },
+  {
+    keys: ["Alt+ArrowLeft"],
+    label: "Selected keys one frame back",
+    group: "Keys",
+    run: moveSelection(-1),
+  },
+  {
+    keys: ["Alt+ArrowRight"],
+    label: "Selected keys one frame on",
+    group: "Keys",
+    run: moveSelection(1),
+  },
+  {
+    keys: ["Ctrl+a"],
+    label: "Select every key",
+    group: "Keys",
+    run: (session) => session.select(allKeys(session)),
+  },
   { keys: ["Ctrl+c"], label: "Copy keys, or the row's value", group: "Keys", run: copy },
   { keys: ["Ctrl+v"], label: "Paste at the playhead", group: "Keys", run: paste },
   { keys: ["c"], label: "Keys as a curve", group: "Keys", run: toggleSetting("curve") },
-  { keys: ["Shift+F"], label: "All of the film, or the selection, in the timeline", group: "Keys", run: fitTime },
+  {
+    keys: ["Shift+F"],
+    label: "All of the film, or the selection, in the timeline",
+    group: "Keys",
+    run: fitTime,
+  },
   { keys: ["f"], label: "Fit the picture", group: "Picture", run: zoom("fit") },
   { keys: ["1"], label: "Picture at 100 %", group: "Picture", run: zoom("full") },
   { keys: ["+", "="], label: "Zoom in", group: "Picture", run: zoom("in") },
   { keys: ["-"], label: "Zoom out", group: "Picture", run: zoom("out") },
-  { keys: ["b"], label: "Before, after", group: "Picture", run: (session) => session.update({ before: !session.state.before }) },
+  {
+    keys: ["b"],
+    label: "Before, after",
+    group: "Picture",
+    run: (session) => session.update({ before: !session.state.before }),
+  },
   { keys: ["p"], label: "Path on, off", group: "Picture", run: toggleSetting("path") },
   { keys: ["h"], label: "Handles on, off", group: "Picture", run: toggleSetting("handles") },
   { keys: ["Shift+S"], label: "Safe areas on, off", group: "Picture", run: toggleSetting("safe") },
   { keys: ["/", "Ctrl+f"], label: "Find a parameter", group: "Scene", run: focusSearch },
   { keys: ["Ctrl+s"], label: "Save", group: "Scene", run: (session) => void session.keeper.save() },
   { keys: ["Ctrl+z"], label: "Undo", group: "Scene", run: (session) => session.undo() },
-  { keys: ["Ctrl+Shift+Z", "Ctrl+y"], label: "Redo", group: "Scene", run: (session) => session.redo() },
-  { keys: ["Ctrl+e"], label: "Export", group: "Scene", run: (session) => session.update({ panel: "export" }) },
-  { keys: ["?"], label: "These shortcuts", group: "Scene", run: (session) => session.update({ panel: session.state.panel === "help" ? null : "help" }) },
+  {
+    keys: ["Ctrl+Shift+Z", "Ctrl+y"],
+    label: "Redo",
+    group: "Scene",
+    run: (session) => session.redo(),
+  },
+  {
+    keys: ["Ctrl+e"],
+    label: "Export",
+    group: "Scene",
+    run: (session) => session.update({ panel: "export" }),
+  },
+  {
+    keys: ["?"],
+    label: "These shortcuts",
+    group: "Scene",
+    run: (session) => session.update({ panel: session.state.panel === "help" ? null : "help" }),
+  },
   { keys: ["Escape"], label: "Close, deselect", group: "Scene", run: escape },
 ];
 
@@ -206,7 +271,8 @@ export function obey(session: Session, event: KeyboardEvent): void {
   const target = event.target instanceof Element ? event.target : null;
   const inField = target?.closest(typing) !== null && target !== null;
   if (inField && !["Ctrl+s", "Ctrl+e", "Escape"].includes(name)) return;
-  if (target?.closest("button, [role=button], summary, a") && (name === " " || name === "Enter")) return;
+  if (target?.closest("button, [role=button], summary, a") && (name === " " || name === "Enter"))
+    return;
   if (name === "Ctrl+c" && String(getSelection())) return;
   const command = byKeys.get(name);
   if (!command) return;

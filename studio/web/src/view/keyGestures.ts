@@ -40,7 +40,10 @@ export function dragKeys(session: Session, event: PointerEvent, ids: KeyId[], wi
     move: (dx) => {
       const reach = settings.snap ? perPixel * 6 : 0;
       const target = Math.max(0, snapped(grabbed + dx * perPixel, targets, reach));
-      session.changeKeys(chosen.size > 1 ? "move keys" : "move a key", base.moveKeys(chosen, target - grabbed));
+      session.changeKeys(
+        chosen.size > 1 ? "move keys" : "move a key",
+        base.moveKeys(chosen, target - grabbed),
+      );
     },
     end: (moved) => {
       session.endGesture();
@@ -60,7 +63,12 @@ function snapTargets(session: Session, moving: ReadonlySet<KeyId>): number[] {
 }
 
 /** A double click on a lane sets a key there. */
-export function addKeyAt(session: Session, event: MouseEvent & { currentTarget: HTMLElement }, row: Row, width: number): void {
+export function addKeyAt(
+  session: Session,
+  event: MouseEvent & { currentTarget: HTMLElement },
+  row: Row,
+  width: number,
+): void {
   if (event.target instanceof Element && event.target.closest(".keysign")) return;
   const x = event.clientX - event.currentTarget.getBoundingClientRect().left;
   const frame = Math.max(0, Math.round(frameAt(session.state.time, width, x)));
@@ -68,7 +76,7 @@ export function addKeyAt(session: Session, event: MouseEvent & { currentTarget: 
   session.select(new Set([keyId(row.id, frame)]));
 }
 
-export const laneHeight = 24;
+const laneHeight = 24;
 
 /** A band over the lanes selects the keys inside; a click on nothing deselects. */
 export function selectInBox(
@@ -86,7 +94,12 @@ export function selectInBox(
   drag(event, {
     threshold: 3,
     move: (dx, dy) => {
-      const box = { x: Math.min(startX, startX + dx), y: Math.min(startY, startY + dy), w: Math.abs(dx), h: Math.abs(dy) };
+      const box = {
+        x: Math.min(startX, startX + dx),
+        y: Math.min(startY, startY + dy),
+        w: Math.abs(dx),
+        h: Math.abs(dy),
+      };
       show(box);
       const found = new Set(kept);
       tracks.forEach((track, index) => {

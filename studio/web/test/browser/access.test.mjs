@@ -14,7 +14,16 @@ const text = JSON.stringify({
   orbel: 1,
   size: [320, 180],
   frames: [0, 30],
-  parameters: { Presets: "Basic Star", End: { keys: [[0, 0, "ease"], [30, 100]] }, "Repeater/Instances": 3 },
+  parameters: {
+    Presets: "Basic Star",
+    End: {
+      keys: [
+        [0, 0, "ease"],
+        [30, 100],
+      ],
+    },
+    "Repeater/Instances": 3,
+  },
 });
 
 test("axe finds no fault", async () => {
@@ -23,8 +32,16 @@ test("axe finds no fault", async () => {
   await page.evaluate(axe);
   const examine = async (what) => {
     const violations = await page.evaluate(async () => {
-      const found = await window.axe.run(document, { runOnly: ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "best-practice"] });
-      return found.violations.map(({ id, nodes }) => `${id}: ${nodes.slice(0, 3).map((node) => node.html.slice(0, 160)).join(" | ")}`);
+      const found = await window.axe.run(document, {
+        runOnly: ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "best-practice"],
+      });
+      return found.violations.map(
+        ({ id, nodes }) =>
+          `${id}: ${nodes
+            .slice(0, 3)
+            .map((node) => node.html.slice(0, 160))
+            .join(" | ")}`,
+      );
     });
     assert.deepEqual(violations, [], what);
   };

@@ -32,7 +32,9 @@ test("an empty scene becomes a film, the one that orbel render makes", async () 
 
   await page.keyboard.press("Home");
   await page.keyboard.press(" ");
-  await page.waitForFunction(() => Number(document.querySelector('[aria-label="Current frame"]').value) > 5);
+  await page.waitForFunction(
+    () => Number(document.querySelector('[aria-label="Current frame"]').value) > 5,
+  );
   await page.keyboard.press(" ");
   await studio.settled();
 
@@ -49,9 +51,16 @@ test("an empty scene becomes a film, the one that orbel render makes", async () 
   const name = await page.locator(".scenename b").textContent();
   const scene = join(studio.folder, `${name}.json`);
   const { parameters } = JSON.parse(await readFile(scene, "utf8"));
-  assert.deepEqual(parameters.End, { keys: [[0, 0, "ease"], [24, 100]] });
+  assert.deepEqual(parameters.End, {
+    keys: [
+      [0, 0, "ease"],
+      [24, 100],
+    ],
+  });
   await orbel("render", scene, "-o", join(studio.folder, "again.mp4"));
-  const [film, again] = await Promise.all(["petals.mp4", "again.mp4"].map((each) => readFile(join(studio.folder, each))));
+  const [film, again] = await Promise.all(
+    ["petals.mp4", "again.mp4"].map((each) => readFile(join(studio.folder, each))),
+  );
   assert.ok(film.equals(again), "the export differs from orbel render");
   await studio.close();
 });

@@ -80,7 +80,9 @@ test("a broken scene and a wrong value are told in place", async () => {
 test("a drawing dropped on the page becomes the shape", async () => {
   const studio = await openStudio({ text });
   const svg = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 100 100"><path d="M10 10L90 90"/><circle cx="50" cy="50" r="20" transform="rotate(45)"/></svg>`;
-  await studio.page.locator('input[type="file"]').setInputFiles({ name: "line.svg", mimeType: "image/svg+xml", buffer: Buffer.from(svg) });
+  await studio.page
+    .locator('input[type="file"]')
+    .setInputFiles({ name: "line.svg", mimeType: "image/svg+xml", buffer: Buffer.from(svg) });
   await studio.page.locator(".losses").waitFor();
   const scene = await studio.saved();
   assert.equal(scene.shape, "line.svg");

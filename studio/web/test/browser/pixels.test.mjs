@@ -21,7 +21,12 @@ const scene = (format, more) =>
       Feather: 60,
       ScaleX: 0.5,
       ScaleY: 0.5,
-      End: { keys: [[0, 20], [9, 100]] },
+      End: {
+        keys: [
+          [0, 20],
+          [9, 100],
+        ],
+      },
       "Transfer Mode": "Normal",
       ...more,
     },
@@ -50,7 +55,7 @@ function composited(raw, format, width, height, ground) {
 }
 
 const grounds = {
-  grid: (x, y) => ((x >> 3) + (y >> 3)) % 2 === 0 ? 44 : 54,
+  grid: (x, y) => (((x >> 3) + (y >> 3)) % 2 === 0 ? 44 : 54),
   black: () => 0,
   white: () => 255,
 };
@@ -73,7 +78,10 @@ for (const [format, ground, more] of [
       const raw = join(studio.folder, "raw");
       await orbel("render", studio.file, "--frames", String(frame), "--raw", raw);
       const expected = await readFile(join(raw, `frame-${String(frame).padStart(6, "0")}.raw`));
-      assert.ok(bytes.equals(composited(expected, format, width, height, grounds[ground])), `frame ${frame} differs`);
+      assert.ok(
+        bytes.equals(composited(expected, format, width, height, grounds[ground])),
+        `frame ${frame} differs`,
+      );
     }
     await studio.close();
   });

@@ -87,7 +87,11 @@ test("keys, reset, copies, search and the menu of a row", async () => {
   await offset.getByLabel("Next key of Offset").click();
   assert.equal(await page.getByLabel("Current frame").inputValue(), "20");
   await offset.getByLabel("Reset Offset").click();
-  assert.deepEqual((await studio.parameters()).Offset.keys, [[0, 0], [10, 25], [20, 0]]);
+  assert.deepEqual((await studio.parameters()).Offset.keys, [
+    [0, 0],
+    [10, 25],
+    [20, 0],
+  ]);
 
   await studio.goTo(10);
   await offset.locator(".label").click();

@@ -12,14 +12,27 @@ const text = JSON.stringify({
   frames: [0, 100],
   parameters: {
     Presets: "Basic Star",
-    Start: { keys: [[0, 0], [40, 20]] },
-    End: { keys: [[20, 50], [60, 100]] },
+    Start: {
+      keys: [
+        [0, 0],
+        [40, 20],
+      ],
+    },
+    End: {
+      keys: [
+        [20, 50],
+        [60, 100],
+      ],
+    },
   },
 });
 
 /** Pixels a frame on the ruler. */
 async function frameWidth(studio) {
-  const [a, b] = [await studio.key("End", 20).boundingBox(), await studio.key("End", 60).boundingBox()];
+  const [a, b] = [
+    await studio.key("End", 20).boundingBox(),
+    await studio.key("End", 60).boundingBox(),
+  ];
   return (b.x - a.x) / 40;
 }
 
@@ -28,14 +41,23 @@ test("keys are dragged, snapped, grouped and stretched", async () => {
   const { page } = studio;
   const wide = await frameWidth(studio);
   await studio.drag(studio.key("End", 20), wide * 19.6, 0);
-  assert.deepEqual((await studio.parameters()).End.keys, [[40, 50], [60, 100]]);
+  assert.deepEqual((await studio.parameters()).End.keys, [
+    [40, 50],
+    [60, 100],
+  ]);
   await studio.undoIs("move a key");
 
   await studio.key("Start", 40).click();
   await studio.key("End", 60).click({ modifiers: ["Shift"] });
   await studio.drag(studio.key("End", 60), wide * 10, 0);
   let keys = await studio.parameters();
-  assert.deepEqual([keys.Start.keys[1], keys.End.keys[1]], [[50, 20], [70, 100]]);
+  assert.deepEqual(
+    [keys.Start.keys[1], keys.End.keys[1]],
+    [
+      [50, 20],
+      [70, 100],
+    ],
+  );
 
   await page.keyboard.press("Control+a");
   await studio.drag(page.locator(".stretch .grip").last(), wide * 30, 0);
@@ -55,11 +77,18 @@ test("easing, copies, the curve and deleting", async () => {
   await page.getByRole("menuitemradio", { name: "Ease out" }).click();
   assert.deepEqual((await studio.parameters()).Start.keys[0], [0, 0, "ease-out"]);
 
-  await page.getByRole("button", { name: "End: select its keys" }).or(page.locator(".names .name", { hasText: "End" })).first().click();
+  await page
+    .getByRole("button", { name: "End: select its keys" })
+    .or(page.locator(".names .name", { hasText: "End" }))
+    .first()
+    .click();
   await page.keyboard.press("Control+c");
   await studio.goTo(80);
   await page.keyboard.press("Control+v");
-  assert.deepEqual((await studio.parameters()).End.keys.map(([frame]) => frame), [20, 60, 80, 120]);
+  assert.deepEqual(
+    (await studio.parameters()).End.keys.map(([frame]) => frame),
+    [20, 60, 80, 120],
+  );
   await page.keyboard.press("Delete");
   assert.equal((await studio.parameters()).End.keys.length, 2);
 
@@ -89,7 +118,9 @@ test("the playhead by mouse and keyboard, the loop range", async () => {
   await page.keyboard.press("i");
   assert.ok(await page.getByRole("button", { name: "Loop 60–90" }).isVisible());
   await page.keyboard.press("j");
-  await page.waitForFunction(() => Number(document.querySelector('[aria-label="Current frame"]').value) > 60);
+  await page.waitForFunction(
+    () => Number(document.querySelector('[aria-label="Current frame"]').value) > 60,
+  );
   await page.keyboard.press("k");
   const frame = Number(await clock());
   assert.ok(frame >= 60 && frame <= 90, `frame ${frame}`);

@@ -32,7 +32,9 @@ export async function makeFolder() {
 
 /** The studio's program; `address` opens it once. */
 export async function startProgram(scene, ...options) {
-  const child = spawn(program, ["studio", scene, "--no-open", ...options], { stdio: ["ignore", "pipe", "pipe"] });
+  const child = spawn(program, ["studio", scene, "--no-open", ...options], {
+    stdio: ["ignore", "pipe", "pipe"],
+  });
   let said = "";
   const address = await new Promise((done, failed) => {
     const listen = (data) => {
@@ -59,7 +61,10 @@ const running = new Set();
 
 /** One browser for all the tests of a file. */
 export async function openBrowser() {
-  browser ??= await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", args: browserFlags });
+  browser ??= await chromium.launch({
+    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+    args: browserFlags,
+  });
   return browser;
 }
 
@@ -104,7 +109,9 @@ export class Studio {
   }
 
   key(name, frame) {
-    return this.page.locator(`[data-lane="${name}"] .keysign[aria-label^="${name}, frame ${frame}:"]`);
+    return this.page.locator(
+      `[data-lane="${name}"] .keysign[aria-label^="${name}, frame ${frame}:"]`,
+    );
   }
 
   /** Waits for the exact picture of what is set. */
@@ -117,14 +124,20 @@ export class Studio {
     const field = this.row(name).locator("input").first();
     await field.waitFor();
     const element = await field.elementHandle();
-    await this.page.waitForFunction(([input, wanted]) => input.value === wanted, [element, text], { timeout: 10_000 }).catch(async () => {
-      throw new Error(`${name} shows ${await field.inputValue()}, not ${text}`);
-    });
+    await this.page
+      .waitForFunction(([input, wanted]) => input.value === wanted, [element, text], {
+        timeout: 10_000,
+      })
+      .catch(async () => {
+        throw new Error(`${name} shows ${await field.inputValue()}, not ${text}`);
+      });
   }
 
   /** Types into the number field of a row and takes it. */
   async type(name, text, label) {
-    const field = label ? this.row(name).getByLabel(label) : this.row(name).locator("input.number").first();
+    const field = label
+      ? this.row(name).getByLabel(label)
+      : this.row(name).locator("input.number").first();
     await field.click();
     await field.fill(text);
     await field.press("Enter");
@@ -154,7 +167,10 @@ export class Studio {
   /** Saves and reads the scene as it then stands on disk. */
   async saved() {
     await this.page.keyboard.press("Control+s");
-    await this.page.locator(".bar button", { hasText: "Save" }).and(this.page.locator(":disabled")).waitFor();
+    await this.page
+      .locator(".bar button", { hasText: "Save" })
+      .and(this.page.locator(":disabled"))
+      .waitFor();
     return JSON.parse(await readFile(this.file, "utf8"));
   }
 
@@ -165,7 +181,11 @@ export class Studio {
   /** An address that opens this studio once more. */
   async addressForAnotherTab() {
     const key = await this.page.evaluate(async () => {
-      const headers = { "X-Orbel-Token": sessionStorage.getItem("orbel-token"), "X-Orbel-Tab": "test", "Content-Type": "application/json" };
+      const headers = {
+        "X-Orbel-Token": sessionStorage.getItem("orbel-token"),
+        "X-Orbel-Tab": "test",
+        "Content-Type": "application/json",
+      };
       const answer = await fetch("/api/key", { method: "POST", headers, body: "{}" });
       return (await answer.json()).key;
     });
@@ -186,7 +206,8 @@ export class Studio {
     const { width, height, base64 } = await this.page.locator(".screen").evaluate((canvas) => {
       const data = canvas.getContext("2d").getImageData(0, 0, canvas.width, canvas.height).data;
       let text = "";
-      for (let at = 0; at < data.length; at += 0x8000) text += String.fromCharCode(...data.subarray(at, at + 0x8000));
+      for (let at = 0; at < data.length; at += 0x8000)
+        text += String.fromCharCode(...data.subarray(at, at + 0x8000));
       return { width: canvas.width, height: canvas.height, base64: btoa(text) };
     });
     return { width, height, bytes: Buffer.from(base64, "base64") };

@@ -7,7 +7,8 @@ import type { Value } from "../../src/document/table";
 import { editor, scene, table } from "./sample";
 
 const named = (name: string) => table.named(name);
-const ids = (name: string, ...frames: number[]): Set<KeyId> => new Set(frames.map((frame) => keyId(named(name).id, frame)));
+const ids = (name: string, ...frames: number[]): Set<KeyId> =>
+  new Set(frames.map((frame) => keyId(named(name).id, frame)));
 
 /** The scene's text with one passage replaced: what an edit may change, and nothing else. */
 const changed = (from: string, to: string): string => {
@@ -15,7 +16,8 @@ const changed = (from: string, to: string): string => {
   return scene.replace(from, to);
 };
 
-const at = (text: string, name: string, frame = 0): Value => valueAt(editor(text).scene as Scene, named(name), frame);
+const at = (text: string, name: string, frame = 0): Value =>
+  valueAt(editor(text).scene as Scene, named(name), frame);
 
 test("an edit changes its own value and no other byte", () => {
   const cases: [string, string, string, string][] = [
@@ -24,11 +26,26 @@ test("an edit changes its own value and no other byte", () => {
     ["lone name", editor().setValue(named("Camera/Zoom"), 0, 250.5, false), "500", "250.5"],
     ["menu by index", editor().setValue(named("Transfer Mode"), 0, 1, false), "2\n", "1\n"],
     ["key's value", editor().setValue(named("End"), 45, 90, false), "1e2", "90"],
-    ["key added", editor().setValue(named("End"), 20, 30, false), "], [45.0", '], [20, 30, "ease"], [45.0'],
+    [
+      "key added",
+      editor().setValue(named("End"), 20, 30, false),
+      "], [45.0",
+      '], [20, 30, "ease"], [45.0',
+    ],
     ["easing", editor().setEasing(ids("End", 45), "hold"), "[45.0, 1e2]", '[45.0, 1e2, "hold"]'],
     ["easing away", editor().setEasing(ids("End", 0), "linear"), '[0, 0.0, "ease"]', "[0, 0.0]"],
-    ["member added", editor().setValue(named("Transform/Z Rotation"), 0, 12, false), "Mode\": 2", 'Mode": 2,\n    "Transform/Z Rotation": 12'],
-    ["member removed", editor().reset(named("Color"), 0), '\n    "Color": [1.0, 0.72,  0.350],', ""],
+    [
+      "member added",
+      editor().setValue(named("Transform/Z Rotation"), 0, 12, false),
+      'Mode": 2',
+      'Mode": 2,\n    "Transform/Z Rotation": 12',
+    ],
+    [
+      "member removed",
+      editor().reset(named("Color"), 0),
+      '\n    "Color": [1.0, 0.72,  0.350],',
+      "",
+    ],
     ["header added", editor().setHeader("fps", 25), "720],", '720],\n  "fps": 25,'],
   ];
   for (const [what, text, from, to] of cases) assert.equal(text, changed(from, to), what);
@@ -37,7 +54,11 @@ test("an edit changes its own value and no other byte", () => {
 test("scenes without parameters, or with none in them, get their first", () => {
   for (const text of ["{}", '{"orbel": 1}', '{\n\t"orbel": 1,\n\t"parameters": {}\n}']) {
     const after = editor(text).setValue(named("Presets"), 0, 2, false);
-    assert.deepEqual((JSON.parse(after) as { parameters: object }).parameters, { Presets: "Basic Star" }, text);
+    assert.deepEqual(
+      (JSON.parse(after) as { parameters: object }).parameters,
+      { Presets: "Basic Star" },
+      text,
+    );
   }
 });
 
@@ -58,14 +79,24 @@ test("keys of several rows stretch, copy and paste together", () => {
   const pasted = editor(two).pasteKeys(copied, 100);
   assert.deepEqual([...pasted.selection].sort(), ["38@100", "38@145", "4@115"]);
   assert.equal(at(pasted.text, "End", 100), 0);
-  const onto = editor(two).pasteKeys(editor(two).copyKeys(ids("End", 0, 45)), 0, named("Camera/Zoom"));
+  const onto = editor(two).pasteKeys(
+    editor(two).copyKeys(ids("End", 0, 45)),
+    0,
+    named("Camera/Zoom"),
+  );
   assert.equal(at(onto.text, "Camera/Zoom", 45), 100);
 });
 
 test("deleting the last keys leaves their value; a reset keeps keys", () => {
-  assert.equal(editor().removeKeys(ids("End", 0, 45)).text, changed('{"keys": [[0, 0.0, "ease"], [45.0, 1e2]]}', "0"));
+  assert.equal(
+    editor().removeKeys(ids("End", 0, 45)).text,
+    changed('{"keys": [[0, 0.0, "ease"], [45.0, 1e2]]}', "0"),
+  );
   assert.equal(editor().reset(named("End"), 0), changed("0.0", "100"));
-  assert.equal(editor().removeAllKeys(named("End"), 45), changed('{"keys": [[0, 0.0, "ease"], [45.0, 1e2]]}', "100"));
+  assert.equal(
+    editor().removeAllKeys(named("End"), 45),
+    changed('{"keys": [[0, 0.0, "ease"], [45.0, 1e2]]}', "100"),
+  );
 });
 
 test("a file as shape takes the built-in shape away, which would win", () => {
@@ -99,7 +130,13 @@ test("rules, search and filters", () => {
   assert.equal(off(editor().setValue(named("Repeater/Enable Repeater"), 0, true, false)), false);
   const shown = (filter: { search?: string; changed?: boolean; animated?: boolean }) =>
     table.rows
-      .filter((row) => passes({ search: "", changed: false, animated: false, ...filter }, editor().scene as Scene, row))
+      .filter((row) =>
+        passes(
+          { search: "", changed: false, animated: false, ...filter },
+          editor().scene as Scene,
+          row,
+        ),
+      )
       .map((row) => row.name);
   assert.deepEqual(shown({ search: "pos cam" }), ["Camera/XY Position"]);
   assert.deepEqual(shown({ animated: true }), ["End"]);

@@ -10,7 +10,9 @@ test("newest wins: what waits is replaced, and nothing is lost after an error", 
   const newest = new Newest<number, number>(
     (question) => {
       asked.push(question);
-      return new Promise((resolve, reject) => release.push(() => (question === 4 ? reject(new Error("no")) : resolve(question))));
+      return new Promise((resolve, reject) =>
+        release.push(() => (question === 4 ? reject(new Error("no")) : resolve(question))),
+      );
     },
     (answer) => answered.push(answer),
     () => answered.push(-1),
@@ -39,7 +41,9 @@ test("a stream is cut into its frames however it arrives", () => {
   const stream = new Uint8Array([...frame(3, 8), ...frame(5, 16), ...frame(6, 4)]);
   for (const piece of [1, 5, 16, 17, 100]) {
     const got: string[] = [];
-    const cutter = new StreamCutter((head, pixels) => got.push(`${head.frame}:${head.height}:${pixels.join("")}`));
+    const cutter = new StreamCutter((head, pixels) =>
+      got.push(`${head.frame}:${head.height}:${pixels.join("")}`),
+    );
     for (let at = 0; at < stream.length; at += piece) cutter.take(stream.subarray(at, at + piece));
     assert.deepEqual(got, ["3:2:33333333", "5:4:5555555555555555", "6:1:6666"], String(piece));
   }

@@ -3,9 +3,26 @@
 import { Editor } from "../../src/document/edits";
 import { Table, type Row } from "../../src/document/table";
 
-function row(id: number, name: string, kind: Row["kind"], value: Row["default"], more: Partial<Row> = {}): Row {
+function row(
+  id: number,
+  name: string,
+  kind: Row["kind"],
+  value: Row["default"],
+  more: Partial<Row> = {},
+): Row {
   const [group, label] = name.includes("/") ? name.split("/") : ["", name];
-  return { id, name, label: label!, group: group!, kind, default: value, step: 1, unit: "", animatable: true, ...more };
+  return {
+    id,
+    name,
+    label: label!,
+    group: group!,
+    kind,
+    default: value,
+    step: 1,
+    unit: "",
+    animatable: true,
+    ...more,
+  };
 }
 
 export const table = new Table({

@@ -1,7 +1,15 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { evaluate } from "../../src/document/arithmetic";
-import { angleText, clockText, colourOf, hexOf, hsvOf, rgbOf, sliderValue } from "../../src/document/display";
+import {
+  angleText,
+  clockText,
+  colourOf,
+  hexOf,
+  hsvOf,
+  rgbOf,
+  sliderValue,
+} from "../../src/document/display";
 import { alongAxes, outline, pointAt, shareNear, unwound } from "../../src/document/outline";
 import { frameAt, snapped, ticks, xOf, zoomed } from "../../src/document/timescale";
 import { table } from "./sample";
@@ -73,6 +81,24 @@ test("beads stand on the outline and go round it", () => {
   const given = outline([0, 0, 10, 0], [0, 0.5]);
   assert.equal(shareNear([given], [5, 3]), 0.25);
   assert.equal(pointAt(outline([]), 0.5), null);
-  assert.deepEqual(alongAxes([[100, 50], [0, 200]], [50, 125]), [0.5, 0.5]);
-  assert.equal(alongAxes([[100, 0], [50, 0]], [1, 1]), null);
+  assert.deepEqual(
+    alongAxes(
+      [
+        [100, 50],
+        [0, 200],
+      ],
+      [50, 125],
+    ),
+    [0.5, 0.5],
+  );
+  assert.equal(
+    alongAxes(
+      [
+        [100, 0],
+        [50, 0],
+      ],
+      [1, 1],
+    ),
+    null,
+  );
 });
