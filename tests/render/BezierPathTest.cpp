@@ -85,7 +85,7 @@ TEST_F(BezierPath, theSearchDoublesOrHalvesUntilAChordFits) {
         ASSERT_EQ(trial, ChordWalk::Trial::Accepted);
         EXPECT_EQ(walk.evaluations(), row.evaluations) << row.length;
         EXPECT_DOUBLE_EQ(walk.parameter(), row.parameter) << row.length;
-        EXPECT_NEAR(walk.chord(), row.parameter * row.length, 1e-9);
+        EXPECT_NEAR(walk.length(), row.parameter * row.length, 1e-9);
     }
 }
 

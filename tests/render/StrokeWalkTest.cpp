@@ -45,7 +45,7 @@ protected:
 
     int walk() {
         m_sink.stamps.clear();
-        return walkStroke(&m_host, nullptr, &m_outline, m_stroke, m_setup, m_sink);
+        return DrawBezierPathLin(&m_host, m_sink, nullptr, &m_outline, m_stroke, m_setup);
     }
     /// Stamp positions along the line.
     std::vector<double> places() {
@@ -206,6 +206,33 @@ TEST_F(StrokeWalk, anAbortKeepsWhatWasDrawnAndAddsNoCap) {
     EXPECT_LT(m_sink.stamps.back().x, 60);
 }
 
+// A fine step on a long outline takes as many evaluations and stamps as it takes.
+TEST_F(StrokeWalk, noLegalWalkIsCut) {
+    struct Row {
+        double step;
+        double sampleLength;
+    };
+    const Row rows[] = {{1.3e-6, 1}, {1, 1.7e-6}}; // each some 2^26 and more
+    for (const Row& row : rows) {
+        m_stroke.step = row.step;
+        m_stroke.sampleLength = row.sampleLength;
+        m_stroke.startDist = 99.5;
+        m_stroke.endDist = 99.5 + 2 * row.step;
+        ASSERT_EQ(walk(), 0);
+        ASSERT_GE(m_sink.stamps.size(), row.step < 1 ? 2U : 1U) << row.step;
+        EXPECT_NEAR(m_sink.stamps[0].x, 10 + (row.step < 1 ? 99.5 : 100), 1e-3);
+    }
+}
+
+// Stamps closer than a chord is long are many without an evaluation of the outline.
+TEST_F(StrokeWalk, fineStepsAskTheHostToo) {
+    m_stroke.step = 1e-5;
+    long calls = 0;
+    m_host.setProgress([&](long, long) { return ++calls == 500 ? 42 : 0; });
+    EXPECT_EQ(walk(), 42);
+    EXPECT_LT(m_sink.stamps.size(), 600000U);
+}
+
 TEST_F(StrokeWalk, hostileValuesEnd) {
     const double hostile[] = {0.0,    -1.0,  NOT_A_NUMBER, std::numeric_limits<double>::infinity(),
                               1e-300, 1e300, -1e300};
@@ -219,8 +246,8 @@ TEST_F(StrokeWalk, hostileValuesEnd) {
             m_stroke = usual;
             m_stroke.*member = value;
             CountingSink sink;
-            walkStroke(&m_host, nullptr, &m_outline, m_stroke, m_setup, sink);
-            EXPECT_LE(sink.stamps, 1L << 27);
+            DrawBezierPathLin(&m_host, sink, nullptr, &m_outline, m_stroke, m_setup);
+            EXPECT_LE(sink.stamps, 1000000) << value;
         }
     }
     m_stroke = usual;
