@@ -228,12 +228,12 @@ template<class P>
 void BandTarget<P>::finishRow(int y, const LayerFinish& how) {
     const Mask drawn = m_mean.drawn(y);
     const Mask open = m_painter.blocks().all() & ~drawn;
-    if (m_finisher.canFinishClear(how)) {
+    if (m_finisher.canFinishTransparent(how)) {
         forEachRun(y, drawn, [&](auto* input, auto* layer, int count) {
             m_finisher.finish(input, layer, count, how);
         });
         forEachRun(y, open, [&](auto* input, auto* layer, int count) {
-            m_finisher.finishClear(input, layer, count);
+            m_finisher.finishTransparent(input, layer, count);
         });
         return;
     }

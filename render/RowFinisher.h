@@ -30,14 +30,14 @@ public:
         }
     }
 
-    /// Whether `finishClear` stands for `finish` where the layer's alpha is 0. It stays 0 under any
-    /// opacity but an infinite one.
-    [[nodiscard]] bool canFinishClear(const LayerFinish& how) const {
+    /// Whether `finishTransparent` stands for `finish` where the layer's alpha is 0. It stays 0
+    /// under any opacity but an infinite one.
+    [[nodiscard]] bool canFinishTransparent(const LayerFinish& how) const {
         return isFused() && how.code != 0 && std::isfinite(static_cast<float>(how.opacity));
     }
     /// The picture shows through, whatever the colour of the layer, which need not be written.
-    void finishClear(T* input, T* layer, int count) const {
-        m_rowKernels.finishUntouched(input, layer, count);
+    void finishTransparent(T* input, T* layer, int count) const {
+        m_rowKernels.finishTransparent(input, layer, count);
     }
 
     /// Straightens the row of the picture, combines both and delivers them.
