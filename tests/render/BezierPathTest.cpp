@@ -89,6 +89,21 @@ TEST_F(BezierPath, theSearchDoublesOrHalvesUntilAChordFits) {
     }
 }
 
+// Increments from 1000 on bound no search, and beyond 5000 none goes on.
+TEST_F(BezierPath, theSearchEndsWhereNoIncrementLeads) {
+    std::vector<std::pair<double, double>> points(2000, {0.0, 0.0});
+    for (std::size_t i = 1311; i < points.size(); ++i) {
+        points[i] = {1000.0, 0.0};
+    }
+    for (FakeOutline outline : {polyline({{5, 5}, {5, 5}}, true), polyline(points, true)}) {
+        const auto segments = static_cast<long>(outline.vertices.size()) - 1;
+        BezierSampler sampler(&m_host, nullptr, &outline, segments);
+        ChordWalk walk(&m_host, &sampler, 1.0);
+        EXPECT_FALSE(walk.next());
+        EXPECT_EQ(walk.evaluations(), 19); // 0.01, doubled up to 2621.44
+    }
+}
+
 TEST_F(BezierPath, hostileOutlinesAndStepsEnd) {
     const FakeOutline outlines[] = {
         polyline({{5, 5}, {5, 5}, {5, 5}}, false),

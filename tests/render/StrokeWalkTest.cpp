@@ -120,6 +120,23 @@ TEST_F(StrokeWalk, onlyAnOpenOutlineDrawnToItsEndGetsACap) {
     expectPlaces(0, 100, 5);
 }
 
+// A fifth of a step is what the march may leave at the end.
+TEST_F(StrokeWalk, theEndIsReachedWithinAFifthOfAStep) {
+    struct Row {
+        double step;
+        double end;
+        double last;
+    };
+    // A quarter is left and gets a cap; up to a fifth, the march goes on.
+    const Row rows[] = {{100 / 12.25, 100, 100}, {8, 98, 96}, {8, 97.7, 96}};
+    m_stroke.sampleLength = 0.1;
+    for (const Row& row : rows) {
+        m_stroke.step = row.step;
+        m_stroke.endDist = row.end;
+        EXPECT_NEAR(places().back(), row.last, 1e-9) << row.step << " " << row.end;
+    }
+}
+
 TEST_F(StrokeWalk, aSinglePointIsOneStamp) {
     m_outline = polyline({{40, 30}}, true);
     m_stroke.taper.startThickness = 0.5;
@@ -157,6 +174,41 @@ TEST_F(StrokeWalk, dynamicStepsStayVisible) {
         EXPECT_NEAR(between, row.step, 1e-6) << row.y << " " << row.zoom;
     }
     EXPECT_NEAR(m_sink.stamps[1].x - m_sink.stamps[0].x, 0.5 * 3, 1e-6); // never less at first
+}
+
+// Ten pixels around the screen still count as seen.
+TEST_F(StrokeWalk, dynamicStepsAreLongerOffTheScreen) {
+    m_stroke.taper = {1, 1e9, 1e9, 1e-9, 0, 1, 1, 0, 100, STEP_DYNAMIC};
+    struct Row {
+        double x;
+        double y;
+        bool seen;
+    };
+    const Row rows[] = {{-30, 20, false}, {-9, 20, true}, {140, 20, false}, {132, 20, true},
+                        {50, 75, false},  {50, 73, true}, {50, -11, false}, {50, -9, true}};
+    const auto between = [this] {
+        places();
+        return m_sink.stamps.size() > 3 ? m_sink.stamps[3].x - m_sink.stamps[2].x : 0.0;
+    };
+    for (const Row& row : rows) {
+        m_outline = polyline({{row.x, row.y}, {row.x + 4, row.y}}, true);
+        EXPECT_NEAR(between(), row.seen ? 0.3 : 0.5, 1e-6) << row.x << " " << row.y;
+    }
+    m_outline = polyline({{10, 20}, {110, 20}}, true);
+    m_setup.view = VIEW_FRONT;
+    m_setup.layerFromPath = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+    EXPECT_NEAR(between(), 0.3, 1e-6);
+    m_setup.viewFromPath.m[3][2] = -100; // behind the camera
+    m_stroke.nearZ = -1000;
+    EXPECT_NEAR(between(), 0.5, 1e-6);
+}
+
+TEST_F(StrokeWalk, dynamicStepsOfFullThicknessAreTheStrokesOwn) {
+    m_stroke.taper = {1, 0, 1e9, 1, 1, 1, 1, 0, 100, STEP_DYNAMIC};
+    m_setup.zoom = 1; // even where they are hardly seen
+    places();
+    ASSERT_GT(m_sink.stamps.size(), 3U);
+    EXPECT_NEAR(m_sink.stamps[3].x - m_sink.stamps[2].x, 0.04, 1e-9);
 }
 
 TEST_F(StrokeWalk, stampsAtTheClippingDepthsAreNotDrawn) {
