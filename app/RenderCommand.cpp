@@ -2,6 +2,7 @@
 
 #include "app/FilmTeller.h"
 #include "app/Interrupt.h"
+#include "app/PlainReadingReport.h"
 #include "app/SceneDrawings.h"
 #include "farm/Resume.h"
 #include "film/Film.h"
@@ -133,6 +134,11 @@ int renderCommand(const RenderOptions& options, std::ostream& err) {
     if (!plan) {
         teller->refused(problems);
         return EXIT_BAD_INPUT;
+    }
+    if (scene->shape && !scene->import && !options.quiet && options.progress != "json") {
+        if (const std::string losses = lossSummary(*scene->shape); !losses.empty()) {
+            err << "note: " << losses << '\n';
+        }
     }
     return run({options, *scene, request, &*plan, *teller}, err);
 }
