@@ -13,7 +13,6 @@ FrameRenderer::FrameRenderer(ScenePlan* plan, std::function<bool()> aborted,
     : m_plan(plan), m_aborted(std::move(aborted)), m_warning(std::move(warning)) {
     prepareShapeTable();
     setUserDataPath(&m_userData, plan->shapePath.c_str());
-    m_userData.svg = plan->shapeText;
 }
 
 MemoryImage FrameRenderer::makeImage() const {
@@ -30,6 +29,7 @@ int FrameRenderer::render(long frame, const MemoryImage& input, const MemoryImag
     settings.alpha = m_plan->alpha;
     PluginHost_MEMORY_Impl host(input.info(), output.info(), &m_plan->parameters, settings);
     host.setUserData(&m_userData);
+    host.setShapeText(m_plan->shapeText);
     if (m_aborted) {
         host.setProgress(
             [this](long /*done*/, long /*total*/) { return m_aborted() ? abortCode : 0; });

@@ -12,6 +12,8 @@
 namespace orbel {
 namespace {
 
+static_assert(sizeof(Orbel_UserData) == 1024, "the path and nothing else");
+
 class InstanceData : public testing::Test {
 protected:
     InstanceData() {
