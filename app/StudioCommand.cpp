@@ -1,6 +1,7 @@
 #include "app/StudioCommand.h"
 
 #include "app/Interrupt.h"
+#include "app/SceneDrawings.h"
 #include "scene/Diagnostics.h"
 
 #ifdef ORBEL_HAVE_STUDIO
@@ -44,7 +45,7 @@ void openBrowser(const std::string& address) {
 }
 
 int serve(const StudioOptions& options, std::ostream& out) {
-    studio::Studio studio({options.place, options.port, {}});
+    studio::Studio studio({options.place, options.port, {}, shapeConverter({})});
     const InterruptGuard guard;
     const std::string address = studio.address();
     out << address << std::endl;

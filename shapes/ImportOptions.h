@@ -26,6 +26,8 @@ struct ImportOptions {
     double simplify = 0.0;
     /// The time that a drawing may take; 0.1 to 3600.
     double seconds = 10.0;
+
+    friend bool operator==(const ImportOptions&, const ImportOptions&) = default;
 };
 
 } // namespace orbel

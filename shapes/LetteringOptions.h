@@ -17,6 +17,8 @@ struct LetteringOptions {
     double width = 0.0;           ///< pixels that the longest line shall span; 0 leaves the size
     double lineHeight = 1.2;      ///< in sizes of the font; 0.1 to 10
     Align align = Align::Left;
+
+    friend bool operator==(const LetteringOptions&, const LetteringOptions&) = default;
 };
 
 } // namespace orbel

@@ -2,6 +2,7 @@
 
 #include "shapes/PathModel.h"
 #include "shapes/SvgParser.h"
+#include "studio/Drawings.h"
 
 #include <boost/archive/iterators/binary_from_base64.hpp>
 #include <boost/archive/iterators/transform_width.hpp>
@@ -88,8 +89,15 @@ json takeDrop(SceneFolder& folder, const std::string& name, std::string_view byt
         plain = folder.freeName(plain);
         folder.write(folder.pathOf(plain), bytes, Overwrite::No);
     }
-    json losses = kindOf(plain) == FileKind::Svg ? lossesOf(bytes) : json::array();
-    return {{"name", plain}, {"losses", std::move(losses)}};
+    json dropped{{"name", plain}, {"losses", json::array()}};
+    if (kindOf(plain) == FileKind::Svg) {
+        dropped["losses"] = lossesOf(bytes);
+    }
+    if (!dropped["losses"].empty()) {
+        dropped["before"] = outlinesJson(bytes);
+        dropped["after"] = importJson(bytes);
+    }
+    return dropped;
 }
 
 } // namespace orbel::studio

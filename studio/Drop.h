@@ -15,7 +15,8 @@ inline constexpr std::size_t largestDrop = std::size_t{64} << 20;
 
 /// Puts a file that was dropped on the page beside the scene, under its own name or, when another
 /// file has it, one with a number: `{name, losses: [{line, message, count}]}`. Losses are what the
-/// reader of shapes will not draw of an SVG file. Throws a Refusal.
+/// reader of shapes will not draw of an SVG file; where there are any, `before` shows what it does
+/// draw and `after` what it draws of the file when it is imported. Throws a Refusal.
 [[nodiscard]] json takeDrop(SceneFolder& folder, const std::string& name, std::string_view bytes);
 
 } // namespace orbel::studio

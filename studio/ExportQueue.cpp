@@ -51,8 +51,11 @@ std::string partialName(const fs::path& film, long number) {
 
 } // namespace
 
-ExportQueue::ExportQueue(SceneFolder* folder, EventHub* events)
-    : m_folder(folder), m_events(events), m_thread([this] { work(); }) {}
+ExportQueue::ExportQueue(SceneFolder* folder, EventHub* events, ShapeConverter convert)
+    : m_folder(folder),
+      m_events(events),
+      m_convert(std::move(convert)),
+      m_thread([this] { work(); }) {}
 
 ExportQueue::~ExportQueue() {
     {
@@ -71,6 +74,7 @@ long ExportQueue::add(const Scene& scene, const ExportWish& wish) {
     Problems problems;
     FilmRequest request;
     request.outputs.file = path.string();
+    request.convertShape = m_convert;
     request.frames = wish.frames;
     request.size = wish.size;
     const std::optional<ScenePlan> plan = planFilm(scene, request, &problems);

@@ -25,8 +25,8 @@ struct ExportWish {
 /// Makes films one after the other, each just as the command line would. Any thread.
 class ExportQueue {
 public:
-    /// Both are borrowed.
-    ExportQueue(SceneFolder* folder, EventHub* events);
+    /// Folder and events are borrowed.
+    ExportQueue(SceneFolder* folder, EventHub* events, ShapeConverter convert);
     ExportQueue(const ExportQueue&) = delete;
     ExportQueue& operator=(const ExportQueue&) = delete;
     /// Cancels what is left.
@@ -76,6 +76,7 @@ private:
 
     SceneFolder* m_folder;
     EventHub* m_events;
+    ShapeConverter m_convert;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::list<Job> m_jobs;

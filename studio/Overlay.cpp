@@ -79,6 +79,7 @@ json overlayJson(ScenePlan& plan, long frame) {
     Orbel_UserData shape;
     setUserDataPath(&shape, plan.shapePath.c_str());
     host.setUserData(&shape);
+    host.setShapeText(plan.shapeText);
     const PathOverlay overlay = pathOverlay(&host);
     json paths = json::array();
     for (const PathOverlay::Outline& outline : overlay.outlines) {

@@ -4,63 +4,38 @@
 #include "params/ParameterTable.h"
 #include "scene/PixelFormats.h"
 #include "scene/SceneShapes.h"
-#include "shapes/PathModel.h"
 #include "shapes/ShapeTable.h"
-#include "shapes/SvgParser.h"
+#include "studio/Drawings.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdio>
+#include <fstream>
+#include <iterator>
 
 namespace orbel::studio {
 
 namespace {
 
-constexpr double shapeSide = 100.0;
-
-constexpr ParamId inPercent[] = {PARAM_FEATHER,
-                                 PARAM_START,
-                                 PARAM_END,
-                                 PARAM_OFFSET,
-                                 PARAM_START_THICKNESS,
-                                 PARAM_END_THICKNESS,
-                                 PARAM_TAPER_START,
-                                 PARAM_TAPER_END,
-                                 PARAM_REPEATER_OPACITY,
-                                 PARAM_REPEATER_SCALE,
-                                 PARAM_ADJUST_STEP,
-                                 PARAM_INTERNAL_OPACITY,
-                                 PARAM_LOW_ALPHA_SAT_BOOST,
-                                 PARAM_HI_ALPHA_BRIGHT_BOOST,
-                                 PARAM_OPACITY};
-constexpr ParamId inDegrees[] = {PARAM_LOW_ALPHA_HUE_ROTATION, PARAM_SHUTTER_ANGLE,
-                                 PARAM_SHUTTER_PHASE};
-constexpr ParamId inPixels[] = {
-    PARAM_THICKNESS,    PARAM_POSITION_Z,  PARAM_DISPLACE_X, PARAM_DISPLACE_Y, PARAM_DISPLACE_Z,
-    PARAM_Z_CLIP_FRONT, PARAM_Z_CLIP_BACK, PARAM_START_FADE, PARAM_CAMERA_Z,   PARAM_ZOOM};
-
-template<std::size_t N>
-bool isOneOf(int id, const ParamId (&ids)[N]) {
-    return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
-}
-
 const char* unitOf(const ParameterRow& row) {
-    if (row.kind == RowKind::Angle || isOneOf(row.id, inDegrees)) {
-        return "°";
-    }
-    if (isOneOf(row.id, inPercent)) {
+    switch (row.unit) {
+    case Unit::Percent:
         return "%";
+    case Unit::Degrees:
+        return "°";
+    case Unit::Pixels:
+        return "px";
+    default:
+        return "";
     }
-    return isOneOf(row.id, inPixels) ? "px" : "";
 }
 
 const char* kindOf(const ParameterRow& row) {
     switch (row.kind) {
     case RowKind::Custom:
         return "shape";
+    case RowKind::Presets:
+        return "presets";
     case RowKind::Menu:
-        return row.id == PARAM_PRESETS ? "presets" : "menu";
+        return "menu";
     case RowKind::Toggle:
         return "toggle";
     case RowKind::Color:
@@ -109,13 +84,13 @@ json rowJson(const ParameterRow& row) {
               {"unit", unitOf(row)},
               {"animatable", row.kind != RowKind::Custom},
               {"interpolates", row.interpolates()}};
-    if (row.kind == RowKind::Float || row.kind == RowKind::Angle || row.kind == RowKind::Color) {
-        item["min"] = row.min;
-        item["max"] = row.max;
-        item["sliderMin"] = row.sliderMin;
-        item["sliderMax"] = row.sliderMax;
+    if (row.range) {
+        item["min"] = row.range->min;
+        item["max"] = row.range->max;
+        item["sliderMin"] = row.shown().min;
+        item["sliderMax"] = row.shown().max;
     }
-    if (row.kind == RowKind::Menu) {
+    if (row.isMenu()) {
         item["entries"] = menuEntries(row);
     }
     if (json enabling = enablingOf(row); !enabling.is_null()) {
@@ -141,53 +116,14 @@ json rulesJson() {
     return rules;
 }
 
-/// Two decimals are finer than any thumbnail shows.
-std::string coordinate(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.2f", value * shapeSide);
-    return text;
-}
-
-std::string pointText(double x, double y) {
-    return coordinate(x) + " " + coordinate(y);
-}
-
-std::string outlineText(const PluginPath_Impl::Vx_PathOutline& outline) {
-    const auto& vertices = outline.vertices;
-    if (vertices.empty()) {
-        return "";
-    }
-    std::string text = "M";
-    text += pointText(vertices.front().x, vertices.front().y);
-    const std::size_t segments = vertices.size() - (outline.isOpen ? 1 : 0);
-    for (std::size_t i = 0; i < segments; ++i) {
-        const Vx_PathVertex& from = vertices[i];
-        const Vx_PathVertex& to = vertices[(i + 1) % vertices.size()];
-        text += "C";
-        text += pointText(from.tanOutX, from.tanOutY) + " ";
-        text += pointText(to.tanInX, to.tanInY) + " ";
-        text += pointText(to.x, to.y);
-    }
-    return text;
-}
-
 json shapeJson(int index) {
-    PluginPath_Impl path;
-    svg_parser parser;
-    parser.setPath(&path);
     const std::string file = presetFile(index);
-    parser.parse(file.c_str());
-    path.normalize();
-    json outlines = json::array();
-    for (const auto& outline : path.outlines()) {
-        if (std::string text = outlineText(outline); !text.empty()) {
-            outlines.push_back(std::move(text));
-        }
-    }
-    return {{"name", g_svgShapes[index].name},
-            {"file", file.substr(file.rfind('/') + 1)},
-            {"paths", std::move(outlines)},
-            {"size", {shapeSide, shapeSide}}};
+    std::ifstream stream(file, std::ios::binary);
+    const std::string svg{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    json shape = outlinesJson(svg);
+    shape["name"] = g_svgShapes[index].name;
+    shape["file"] = file.substr(file.rfind('/') + 1);
+    return shape;
 }
 
 json endingsJson() {

@@ -12,6 +12,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace orbel::studio {
 
@@ -50,6 +51,8 @@ private:
 class Preview {
 public:
     using Aborted = std::function<bool()>;
+
+    explicit Preview(ShapeConverter convert) : m_stages(std::move(convert)) {}
 
     /// Makes `number` the newest of its tab: whatever the tab wanted before is given up. 0 is as
     /// new as the newest.

@@ -42,6 +42,11 @@ std::string fileOf(const SceneInput& input) {
 }
 
 bool isSameInput(const SceneInput& a, const SceneInput& b) {
+    const auto* const mediaA = std::get_if<MediaInput>(&a);
+    const auto* const mediaB = std::get_if<MediaInput>(&b);
+    if (mediaA != nullptr && mediaB != nullptr && mediaA->first != mediaB->first) {
+        return false;
+    }
     const auto* const colourA = std::get_if<ColorInput>(&a);
     const auto* const colourB = std::get_if<ColorInput>(&b);
     return a.index() == b.index() && fileOf(a) == fileOf(b) &&
@@ -67,6 +72,7 @@ ScenePlan reducedPlan(const ScenePlan& full, FrameSize size) {
     plan.renderScaleX = full.renderScaleX;
     plan.renderScaleY = full.renderScaleY;
     plan.shapePath = full.shapePath;
+    plan.shapeText = full.shapeText;
     plan.parameters = full.parameters;
     plan.color = full.color;
     plan.alpha = full.alpha;
@@ -89,9 +95,10 @@ Stage::Stage(ScenePlan plan) : m_plan(std::move(plan)), m_reader(&m_plan) {
     m_output = renderer.makeImage();
 }
 
-void Stage::takeStroke(const Scene& scene) {
+void Stage::takeStroke(const Scene& scene, const std::string& shapeText) {
     m_plan.parameters = storeOf(scene);
-    m_plan.shapePath = scene.shape.value_or("");
+    m_plan.shapePath = scene.needsConversion() ? "" : scene.shape.value_or("");
+    m_plan.shapeText = shapeText;
 }
 
 DrawnFrame Stage::draw(long frame, bool before, const std::function<bool()>& aborted) {
@@ -125,14 +132,7 @@ Stage& StageKeeper::full(const std::string& text, const std::string& file) {
         flushStrokeCache();
     }
     if (m_full != nullptr && m_scene && areAlike(*m_scene, *scene) && stamp == m_stamp) {
-        checkShapes(*scene, &problems);
-        if (!problems.empty()) {
-            throw BadScene{problems};
-        }
-        m_full->takeStroke(*scene);
-        if (m_reduced != nullptr) {
-            m_reduced->takeStroke(*scene);
-        }
+        restroke(*scene);
     } else {
         plan(*scene);
     }
@@ -153,12 +153,31 @@ bool StageKeeper::shapeIsCurrent(const Scene& scene) {
     return current;
 }
 
+/// Gives another stroke to the stages that there are.
+void StageKeeper::restroke(const Scene& scene) {
+    Problems problems;
+    std::string shapeText;
+    if (scene.needsConversion() && m_convert) {
+        shapeText = m_convert(scene, &problems).value_or("");
+        checkPresets(scene, &problems);
+    } else {
+        checkShapes(scene, &problems);
+    }
+    if (!problems.empty()) {
+        throw BadScene{problems};
+    }
+    m_full->takeStroke(scene, shapeText);
+    if (m_reduced != nullptr) {
+        m_reduced->takeStroke(scene, shapeText);
+    }
+}
+
 void StageKeeper::plan(const Scene& scene) {
     m_reduced.reset(); // reads from the full one's media
     m_full.reset();
     m_scene.reset();
     Problems problems;
-    std::optional<ScenePlan> planned = planScene(scene, 0, &problems);
+    std::optional<ScenePlan> planned = planScene(scene, 0, &problems, m_convert);
     if (!planned) {
         throw BadScene{problems};
     }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace orbel::studio {
 
@@ -32,8 +33,9 @@ public:
     explicit Stage(ScenePlan plan);
 
     [[nodiscard]] ScenePlan& plan() { return m_plan; }
-    /// Takes over what a scene that is alike in all else says of the stroke.
-    void takeStroke(const Scene& scene);
+    /// Takes over what a scene that is alike in all else says of the stroke. `shapeText` is what
+    /// its shape was converted to, if it had to be.
+    void takeStroke(const Scene& scene, const std::string& shapeText);
     /// Draws a frame as the film shows it; with `before` the input alone. The image stays until the
     /// next call. Throws Superseded when `aborted` says so, MediaError, RenderError.
     [[nodiscard]] DrawnFrame draw(long frame, bool before, const std::function<bool()>& aborted);
@@ -49,6 +51,8 @@ private:
 /// thread at a time.
 class StageKeeper {
 public:
+    explicit StageKeeper(ShapeConverter convert) : m_convert(std::move(convert)) {}
+
     /// The stage of a scene's text in its full size. `file` names the scene and is where its paths
     /// start. Throws BadScene.
     [[nodiscard]] Stage& full(const std::string& text, const std::string& file);
@@ -60,7 +64,9 @@ private:
     void plan(const Scene& scene);
     /// False when the scene's own shape file is another than it was when it was read.
     [[nodiscard]] bool shapeIsCurrent(const Scene& scene);
+    void restroke(const Scene& scene);
 
+    ShapeConverter m_convert;
     std::string m_text;
     std::optional<Scene> m_scene;
     std::string m_stamp; // of the input's file

@@ -3,6 +3,7 @@
 #include "film/RenderPipeline.h"
 #include "film/ShapeFolder.h"
 #include "media/MediaError.h"
+#include "studio/Drawings.h"
 #include "studio/Guard.h"
 #include "studio/Page.h"
 #include "studio/ParameterJson.h"
@@ -143,7 +144,9 @@ json problemsJson(const Problems& problems) {
 }
 
 Studio::Studio(const StudioSettings& settings)
-    : m_folder(folderOf(settings.place)), m_firstScene(firstScene(m_folder, settings.place)) {
+    : m_folder(folderOf(settings.place)),
+      m_firstScene(firstScene(m_folder, settings.place)),
+      m_convertShape(remembering(settings.convertShape)) {
     prepareShapeTable();
     m_table = textOf(parameterJson());
     m_watch = std::make_unique<FolderWatch>(&m_folder, &m_events, [this] { return scenesInUse(); });

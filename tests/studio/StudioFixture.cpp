@@ -1,5 +1,7 @@
 #include "tests/studio/StudioFixture.h"
 
+#include "app/SceneDrawings.h"
+
 #include <algorithm>
 #include <chrono>
 #include <thread>
@@ -122,7 +124,8 @@ bool Wire::isClosed() const {
 }
 
 RunningStudio::RunningStudio(const std::string& scene, const HttpLimits& limits) {
-    studio = std::make_unique<Studio>(StudioSettings{folder / scene, 0, limits});
+    studio = std::make_unique<Studio>(
+        StudioSettings{folder / scene, 0, limits, app::shapeConverter({})});
     const std::string address = studio->address();
     token = exchange(request("POST", "/api/open",
                              {{"Host", host()}, {"Content-Type", "application/json"}},

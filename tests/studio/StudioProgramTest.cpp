@@ -20,7 +20,7 @@ TEST(StudioProgram, printsItsAddressOnceAndEndsOnCtrlC) {
     Wire page(port);
     page.send("GET / HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) + "\r\n\r\n");
     EXPECT_EQ(page.read().status, 200);
-    program.interrupt();
+    program.signal(SIGINT);
     EXPECT_EQ(program.wait(), 0);
     EXPECT_EQ(test::readBytes(log), said);
     EXPECT_EQ(folder.fileCount(), 1U);

@@ -165,16 +165,21 @@ function timeLeft(seconds: number): string {
   return whole < 90 ? `${whole} s` : `${Math.round(whole / 60)} min`;
 }
 
-/** What the browser can play is played; everything can be fetched. */
+/** What the browser can show is shown; everything can be fetched. Of a sequence it is the first. */
 function Result({ job, address }: { job: Job; address: string }) {
-  const still = /\.png$/i.test(job.name) && !job.name.includes("%");
+  const sequence = job.name.includes("%");
   return (
     <div class="result">
       {/\.mp4$/i.test(job.name) && <video src={address} controls autoPlay loop muted />}
-      {still && <img src={address} alt={job.name} />}
-      <a href={address} download={job.name}>
-        Download {job.name}
-      </a>
+      {/\.png$/i.test(job.name) && <img src={address} alt={job.name} />}
+      {sequence && (
+        <p class="quiet">The first of {job.total} pictures; all lie in the scene's folder.</p>
+      )}
+      {!sequence && (
+        <a href={address} download={job.name}>
+          Download {job.name}
+        </a>
+      )}
     </div>
   );
 }
