@@ -75,13 +75,13 @@ public:
     enum class Sample { Alike, Small, Shared };
 
     OddHost(Scene* scene, const Frame& frame, Sample sample)
-        : test::PlainHost(scene, frame), m_sample(sample), m_output(frame.output.info()) {}
+        : test::PlainHost(scene, frame), m_sample(sample) {}
 
     using PluginHost_MEMORY_Impl::allocRaster;
     PluginRaster_API* allocRaster(int width, int height, PixelType type, int& rowBytes,
                                   int flags) override {
         if (m_sample == Sample::Shared) {
-            return PluginHost_MEMORY_Impl::allocRaster(&m_output);
+            return PluginHost_MEMORY_Impl::getOutputRaster(); // another one over the output
         }
         return PluginHost_MEMORY_Impl::allocRaster(
             width, m_sample == Sample::Small ? height - 1 : height, type, rowBytes, flags);
@@ -89,7 +89,6 @@ public:
 
 private:
     Sample m_sample;
-    RasterInfo m_output;
 };
 
 TEST(FrameTarget, samplesNeedARasterLikeTheOutput) {
