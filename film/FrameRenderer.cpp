@@ -33,6 +33,7 @@ WorkEstimate FrameRenderer::estimate(long frame) {
     const MemoryImage image = makeImage();
     PluginHost_MEMORY_Impl host(image.info(), image.info(), &m_plan->parameters, settingsAt(frame));
     host.setUserData(&m_userData);
+    host.setShapeText(m_plan->shapeText);
     return estimateWork(&host);
 }
 
