@@ -169,6 +169,10 @@ TEST(SvgParser, tellsTheObserverWhatItSkips) {
              Skip{"<path><path/></path>", {"2: a path inside a path is ignored"}},
              Skip{"<path d='M 0 0 A 1 2 3 4 5 6 7 a 1 2 3 4 5 6 7'/>",
                   {"2: arcs (A) are ignored, draw them as cubics"}},
+             // Once for each outline.
+             Skip{"<path d='M 0 0 A 1 2 3 4 5 6 7'/>\n<path d='A 1 2 3 4 5 6 7'/>",
+                  {"2: arcs (A) are ignored, draw them as cubics",
+                   "3: arcs (A) are ignored, draw them as cubics"}},
              Skip{"\n\n<path d='M 0 0 1 1 2 2 L 3 3'/>",
                   {"4: further pairs after M are moves, not lines"}},
              Skip{"<path d='M 0 0 L 1 1 M 2 2 L 3 3 M 4 4'/>",
