@@ -2,6 +2,7 @@
 
 #include "app/FilmTeller.h"
 #include "app/Interrupt.h"
+#include "app/SceneDrawings.h"
 #include "farm/DiskEstimate.h"
 #include "farm/LocalEngine.h"
 #include "farm/Report.h"
@@ -44,8 +45,7 @@ SubmitOptions submitOptions(const FarmOptions& options, const Job& job) {
     return submit;
 }
 
-/// A task that many machines share must not wait for what only one of them can see.
-Scene readOptionsScene(const FarmOptions& options, Problems* problems) {
+Scene describedScene(const FarmOptions& options, Problems* problems) {
     std::optional<Scene> scene = readSceneFile(options.scene, problems);
     if (scene) {
         applyOptions(options.overrides, &*scene, problems);
@@ -93,12 +93,14 @@ public:
 private:
     int submit() {
         Problems problems;
-        const FilmRequest request = requestOf(m_options);
+        FilmRequest request = requestOf(m_options);
+        request.convertShape =
+            shapeConverter([this](const std::string& note) { m_err << "note: " << note << '\n'; });
         if (request.outputs.none() || (m_options.output && m_options.rawFolder)) {
             problems.add(
                 {commandLine, "-o", "a job has one output", "add -o FILE or --raw FOLDER"});
         }
-        const Scene scene = readOptionsScene(m_options, &problems);
+        const Scene scene = describedScene(m_options, &problems);
         std::optional<ScenePlan> plan;
         if (problems.empty()) {
             plan = planFilm(scene, request, &problems);
@@ -166,28 +168,36 @@ private:
     static nlohmann::json jsonOf(const JobStatus& status) {
         nlohmann::json text{{"chunks", status.chunks},
                             {"done", status.chunksDone},
-                            {"running", status.engine.running},
-                            {"waiting", status.engine.waiting},
+                            {"running", nullptr},
+                            {"waiting", nullptr},
                             {"lost", status.lost},
                             {"frames", status.frames},
                             {"framesDone", status.framesDone},
                             {"framesPerSecond", status.framesPerSecond},
                             {"film", status.filmDone}};
+        if (status.engine) {
+            text["running"] = status.engine->running;
+            text["waiting"] = status.engine->waiting;
+        }
         text["secondsLeft"] = status.secondsLeft ? nlohmann::json(*status.secondsLeft) : nullptr;
         return text;
     }
 
     void tell(const JobStatus& status) {
         m_out << status.chunksDone << " of " << status.chunks << " chunks done ("
-              << status.framesDone << " of " << status.frames << " frames), "
-              << status.engine.running << " tasks running, " << status.engine.waiting
+              << status.framesDone << " of " << status.frames << " frames)";
+        if (!status.engine) {
+            m_out << '\n' << status.silence << '\n';
+            return;
+        }
+        m_out << ", " << status.engine->running << " tasks running, " << status.engine->waiting
               << " waiting, " << status.lost << " chunks lost\n";
         if (status.filmDone) {
             m_out << "the film is there\n";
         } else if (status.secondsLeft) {
             m_out << std::round(status.framesPerSecond * 10) / 10 << " frames/s, some "
                   << std::lround(*status.secondsLeft) << " s left\n";
-        } else if (status.engine.running + status.engine.waiting == 0) {
+        } else if (status.engine->running + status.engine->waiting == 0) {
             m_out << "nothing runs for it: type \"orbel farm resume " << m_options.job << "\"\n";
         }
     }

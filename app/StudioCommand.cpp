@@ -3,6 +3,7 @@
 #include "app/Interrupt.h"
 #include "app/SceneDrawings.h"
 #include "scene/Diagnostics.h"
+#include "scene/Scene.h"
 
 #ifdef ORBEL_HAVE_STUDIO
 #include "studio/Studio.h"

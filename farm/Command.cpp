@@ -17,6 +17,7 @@ constexpr int noProgram = 127;
 
 std::vector<char*> argvOf(std::vector<std::string>& arguments) {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         argv.push_back(argument.data());
     }
@@ -40,7 +41,8 @@ public:
         unlink(name.c_str());
     }
     explicit Scratch(const std::string& text) : Scratch() {
-        static_cast<void>(!write(m_file, text.data(), text.size()));
+        const ssize_t written = write(m_file, text.data(), text.size());
+        static_cast<void>(written); // what is missing, the program that reads will miss, too
         lseek(m_file, 0, SEEK_SET);
     }
     Scratch(const Scratch&) = delete;

@@ -37,14 +37,16 @@ std::string descriptionOf(const std::string& folder) {
     return folder + "/job.json";
 }
 
-/// The scene with paths that hold in every folder.
+/// The scene with paths that hold in every folder, and without a shape that has been converted.
 Scene settled(Scene scene) {
     if (auto* const raw = std::get_if<RawInput>(&scene.input)) {
         raw->path = absolute(raw->path);
     } else if (auto* const media = std::get_if<MediaInput>(&scene.input)) {
         media->path = absolute(media->path);
     }
-    scene.shape = absolute(scene.shape);
+    scene.shape = scene.needsConversion() ? std::nullopt : absolute(scene.shape);
+    scene.import.reset();
+    scene.lettering.reset();
     return scene;
 }
 
@@ -172,6 +174,7 @@ Job makeJob(const Scene& scene, const ScenePlan& plan, const FilmOutputs& output
     job.outputs.rawFolder = absolute(outputs.rawFolder);
     const Scene own = settled(scene);
     job.scene = sceneText(own);
+    job.shapeText = plan.shapeText;
     job.frames = plan.frames;
     job.size = plan.size;
     job.build = buildIdentity();
@@ -195,6 +198,7 @@ void writeJob(const Job& job) {
                            {"size", {job.size.width, job.size.height}},
                            {"chunk", job.chunkFrames},
                            {"files", files},
+                           {"shapeText", job.shapeText},
                            {"scene", json::parse(job.scene)}};
     PendingFile file(descriptionOf(job.folder));
     std::ofstream stream(file.path(), std::ios::binary | std::ios::trunc);
@@ -232,6 +236,7 @@ Job readJob(const std::string& folder) {
         job.frames = {description.at("frames").at(0), description.at("frames").at(1)};
         job.size = {description.at("size").at(0), description.at("size").at(1)};
         job.chunkFrames = description.at("chunk");
+        job.shapeText = description.at("shapeText");
         job.scene = description.at("scene").dump(2, ' ', false) + "\n";
         for (const json& item : description.at("files")) {
             job.files.push_back(fileFrom(item));
@@ -264,6 +269,7 @@ std::vector<std::string> differences(const Job& begun, const Job& asked) {
         }
     };
     compare(begun.scene, asked.scene, "the scene");
+    compare(begun.shapeText, asked.shapeText, "the shape");
     compare(begun.frames, asked.frames,
             "the frames (" + frameWords(begun.frames) + ", now " + frameWords(asked.frames) + ")");
     compare(begun.size, asked.size, "the size");

@@ -22,9 +22,10 @@ struct JobFile {
 /// A film that is made in chunks of frames: what it is made of, and how it is cut. Everything that
 /// its bytes depend on is in here.
 struct Job {
-    std::string folder;  ///< absolute; the outputs' folder of the job
-    FilmOutputs outputs; ///< absolute
-    std::string scene;   ///< the scene's text, with absolute paths
+    std::string folder;    ///< absolute; the outputs' folder of the job
+    FilmOutputs outputs;   ///< absolute
+    std::string scene;     ///< the scene's text, with absolute paths
+    std::string shapeText; ///< what a drawing or text was converted to; no node converts again
     FrameRange frames;
     FrameSize size;
     std::string build; ///< `buildIdentity` of who made the job

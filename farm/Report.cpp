@@ -147,11 +147,15 @@ JobStatus statusOf(const Job& job) {
     status.chunks = job.chunkCount();
     status.frames = job.frames.count();
     countChunks(job, &status);
-    status.engine = engineState(job);
     status.filmDone = finishedFilm(job).has_value();
-    status.lost = std::max(0L, status.chunks - status.chunksDone - status.engine.waiting -
-                                   status.engine.running);
-    if (status.framesPerSecond > 0.0 && status.engine.running > 0) {
+    try {
+        status.engine = engineState(job);
+        const long coming = status.engine->waiting + status.engine->running;
+        status.lost = std::max(0L, status.chunks - status.chunksDone - coming);
+    } catch (const MediaError& error) {
+        status.silence = error.what();
+    }
+    if (status.framesPerSecond > 0.0 && status.engine && status.engine->running > 0) {
         status.secondsLeft =
             static_cast<double>(status.frames - status.framesDone) / status.framesPerSecond;
     }

@@ -14,8 +14,9 @@ struct JobStatus {
     long chunksDone = 0;
     long framesDone = 0;
     long frames = 0;
-    EngineState engine;
-    long lost = 0; ///< chunks that are neither there nor to come
+    std::optional<EngineState> engine; ///< absent when it does not answer
+    std::string silence;               ///< why it does not
+    long lost = 0;                     ///< chunks that are neither there nor to come
     bool filmDone = false;
     double framesPerSecond = 0.0; ///< 0 when it cannot be told yet
     std::optional<double> secondsLeft;

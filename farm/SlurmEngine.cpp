@@ -18,15 +18,19 @@ std::string firstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
+[[noreturn]] void refuse(const std::string& command, const std::string& words) {
+    const std::string why = words.empty() ? "the command is missing" : words;
+    throw MediaError("Slurm", command, "it refuses: " + firstLine(why),
+                     "look at the cluster (sinfo, scontrol ping), then try again",
+                     MediaError::Passing);
+}
+
 std::string run(const std::vector<std::string>& arguments, const std::string& input) {
-    const CommandResult result = runCommand(arguments, input);
+    CommandResult result = runCommand(arguments, input);
     if (result.code != 0) {
-        const std::string why = result.err.empty() ? "the command is missing" : result.err;
-        throw MediaError("Slurm", arguments.front(), "it refuses: " + firstLine(why),
-                         "look at the cluster (sinfo, scontrol ping), then try again",
-                         MediaError::Passing);
+        refuse(arguments.front(), result.err);
     }
-    return result.out;
+    return std::move(result.out);
 }
 
 /// The largest array that the cluster takes.
@@ -183,9 +187,13 @@ std::string SlurmEngine::describe(const Job& job, const Submission& submission) 
 
 EngineState SlurmEngine::state(const std::vector<std::string>& ids) {
     EngineState state;
-    // Jobs that are long gone make it complain; they neither wait nor run.
-    std::istringstream lines(
-        runCommand({"squeue", "-h", "-r", "-o", "%A %T", "-j", joined(ids, ',')}, "").out);
+    const CommandResult queue =
+        runCommand({"squeue", "-h", "-r", "-o", "%A %T", "-j", joined(ids, ',')}, "");
+    // A single job that is long gone is an error, too; it neither waits nor runs.
+    if (queue.code != 0 && queue.err.find("Invalid job id") == std::string::npos) {
+        refuse("squeue", queue.err);
+    }
+    std::istringstream lines(queue.out);
     std::string id;
     std::string word;
     while (lines >> id >> word) {

@@ -96,6 +96,7 @@ ScenePlan planJob(const Job& job, int threads) {
         throw MediaError(job.folder, "", "the scene has another size or range here than in the job",
                          "submit anew with --restart");
     }
+    plan->shapeText = job.shapeText;
     return *std::move(plan);
 }
 

@@ -71,6 +71,14 @@ TEST_F(ResumeTest, givesTheFilmThatIsMadeInOneGo) {
             EXPECT_FALSE(fs::exists(two + ".orbel"));
         }
     }
+    // A shape that is converted first, once for all chunks.
+    writeBytes(m_folder / "drawing.svg",
+               "<svg viewBox='0 0 99 99'><g transform='rotate(20)'><rect x='30' y='9' width='50' "
+               "height='40' rx='5'/></g></svg>");
+    const Arguments drawing{"--import", "--shape", m_folder / "drawing.svg", "-o"};
+    EXPECT_EQ(run(test::words(drawing, "", {m_folder / "one.mov"})), EXIT_DONE) << m_log;
+    EXPECT_EQ(run(test::words(drawing, "", {m_folder / "two.mov", "--resume"})), EXIT_DONE);
+    EXPECT_TRUE(readBytes(m_folder / "one.mov") == readBytes(m_folder / "two.mov"));
     EXPECT_EQ(run({"--resume", "--chunk", "7", "-o", m_folder / "s-%04d.png"}), EXIT_DONE);
     EXPECT_EQ(run({"-o", m_folder / "t-%04d.png"}), EXIT_DONE);
     for (long frame = 0; frame < 25; ++frame) {

@@ -47,8 +47,15 @@ begin() { # NAME ENDING: a film in twelve chunks
     "$program" farm submit scene.json -o "$film" --chunk 5 >/dev/null
 }
 
-# A requeued task would wait for two minutes before it may start.
+# What somebody who looks after a cluster does: a requeued task would wait for two minutes before it
+# may start, and one that a dying controller had just handed out is held, its node drained.
 nudge() {
+    for id in $(squeue -h -r -t PENDING -o '%A %r' | awk '/held/ { print $1 }'); do
+        scontrol release "$id" 2>/dev/null || true
+    done
+    for node in $(sinfo -h -N -t drain -o %N); do
+        scontrol update "nodename=$node" state=resume 2>/dev/null || true
+    done
     for id in $(squeue -h -r -t PENDING -o '%A %r' | awk '$2 == "BeginTime" { print $1 }'); do
         scontrol update "jobid=$id" starttime=now 2>/dev/null || true
     done
