@@ -65,7 +65,7 @@ public:
         m_root = xmlDocGetRootElement(m_tree.get());
         if (m_root == nullptr || nameOf(m_root) != "svg") {
             throw DrawingError{"this is no SVG drawing: its outermost element is <" +
-                                   (m_root ? std::string(nameOf(m_root)) : "") + ">",
+                                   (m_root != nullptr ? std::string(nameOf(m_root)) : "") + ">",
                                "save the drawing as plain SVG"};
         }
     }

@@ -53,7 +53,7 @@ void addAttribute(PangoAttrList* list, PangoAttribute* attribute, const FontRun&
 
 /// Gathers what HarfBuzz draws; the pen stands at `origin`.
 struct GlyphPen {
-    std::vector<OutlineCurve>* curves;
+    std::vector<OutlineCurve>* curves = nullptr;
     PlanePoint origin;
 
     [[nodiscard]] PlanePoint at(float x, float y) const {
@@ -201,8 +201,8 @@ FontShaper::shape(const std::string& text, const std::vector<FontRun>& runs, Dir
         int current = -1;
         for (int i = 0; i < glyphs->num_glyphs; ++i) {
             const PangoGlyphInfo& info = glyphs->glyphs[i];
-            const std::size_t byte =
-                static_cast<std::size_t>(item->offset + glyphs->log_clusters[i]);
+            const auto byte = static_cast<std::size_t>(item->offset) +
+                              static_cast<std::size_t>(glyphs->log_clusters[i]);
             const unsigned character = g_utf8_get_char(text.c_str() + byte);
             if (glyphs->log_clusters[i] != current) {
                 current = glyphs->log_clusters[i];

@@ -2,6 +2,7 @@
 
 #include "drawing/DrawingDocument.h"
 
+#define ZLIB_CONST // the input stays as it is
 #include <zlib.h>
 
 #include <array>
@@ -18,7 +19,7 @@ std::string gunzip(std::string_view bytes) {
     if (inflateInit2(&stream, gzipOnly) != Z_OK) {
         throw std::bad_alloc();
     }
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+    stream.next_in = reinterpret_cast<const Bytef*>(bytes.data());
     stream.avail_in = static_cast<uInt>(bytes.size());
     std::string text;
     std::array<char, std::size_t{1} << 16> chunk{};

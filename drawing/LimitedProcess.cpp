@@ -132,6 +132,7 @@ ProcessEnd endOf(int status, const rusage& usage, const ProcessLimits& limits) {
     if (WTERMSIG(status) == SIGXCPU || WTERMSIG(status) == SIGKILL) {
         return ProcessEnd::OutOfTime;
     }
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-union-access): the C library's own record
     const std::size_t reached = static_cast<std::size_t>(usage.ru_maxrss) * 1024;
     return reached > limits.memory / 4 ? ProcessEnd::OutOfMemory : ProcessEnd::Crashed;
 }

@@ -180,7 +180,8 @@ void SvgRecorder::Handle::measureDrawing() {
     const RsvgRectangle window{0, 0, 1000, 1000};
     RsvgRectangle ink{};
     GError* error = nullptr;
-    if (!rsvg_handle_get_geometry_for_layer(handle, nullptr, &window, &ink, nullptr, &error)) {
+    if (rsvg_handle_get_geometry_for_layer(handle, nullptr, &window, &ink, nullptr, &error) ==
+        FALSE) {
         throw DrawingError{"the drawing cannot be measured: " + textOf(error),
                            "give its svg element a viewBox"};
     }
@@ -198,7 +199,7 @@ std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordTurned(double
     cairo_scale(context.get(), scale, scale);
     const RsvgRectangle page{0, 0, width, height};
     GError* error = nullptr;
-    if (!rsvg_handle_render_document(handle, context.get(), &page, &error)) {
+    if (rsvg_handle_render_document(handle, context.get(), &page, &error) == FALSE) {
         throw DrawingError{"the drawing cannot be followed: " + textOf(error),
                            "convert what it repeats to paths in a drawing program"};
     }

@@ -18,8 +18,8 @@ xmlParserInput* openNothing(const char* /*url*/, const char* /*id*/, xmlParserCt
     return nullptr;
 }
 
-std::string errorText(const xmlParserCtxt* context) {
-    const xmlError* const error = xmlCtxtGetLastError(const_cast<xmlParserCtxt*>(context));
+std::string errorText(xmlParserCtxt* context) {
+    const xmlError* const error = xmlCtxtGetLastError(context);
     if (error == nullptr || error->message == nullptr) {
         return "it holds no XML";
     }

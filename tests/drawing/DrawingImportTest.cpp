@@ -54,7 +54,7 @@ struct Case {
 
 TEST(DrawingImport, showsWhatABrowserShows) {
     const std::vector<Case> cases{
-        {R"(<g transform="translate(10,5) scale(2)"><rect width="10" height="5"/></g>)",
+        {R"(<g transform='translate(10,5) scale(2)'><rect width="10" height="5"/></g>)",
          {{10, 5, 30, 15}}},
         {R"(<circle cx="50" cy="40" r="20"/>)", {{30, 20, 70, 60}}},
         {R"(<path fill="none" stroke="red" d="M10 50a20 20 0 1140 0"/>)", {{10, 30, 50, 50}}},
@@ -77,15 +77,15 @@ TEST(DrawingImport, showsWhatABrowserShows) {
          R"(</g><rect width="7" height="7" fill-opacity="0"/><rect width="6" height="6"/>)",
          {{0, 0, 6, 6}}},
         {R"(<clipPath id="c"><rect width="20" height="20"/></clipPath>)"
-         R"(<rect clip-path="url(#c)" x="10" width="30" height="9"/>)"
-         R"(<rect clip-path="url(#c)" x="60" width="30" height="9"/>)",
+         R"(<rect clip-path='url(#c)' x="10" width="30" height="9"/>)"
+         R"(<rect clip-path='url(#c)' x="60" width="30" height="9"/>)",
          {{10, 0, 40, 9}}},
         {R"(<rect fill="red" stroke="blue" width="9" height="9"/>)", {{0, 0, 9, 9}}},
         {R"(<rect x="-50" width="9" height="9"/><rect width="0.1" height="0.1"/>)"
          R"(<line x1="5" y1="5" x2="50" y2="50"/><rect x="1" width="9" height="9"/>)",
          {{1, 0, 10, 9}}},
         {R"(<pattern id="p" width="5" height="5" patternUnits="userSpaceOnUse">)"
-         R"(<circle r="2"/></pattern><rect fill="url(#p)" width="50" height="50"/>)",
+         R"(<circle r="2"/></pattern><rect fill='url(#p)' width="50" height="50"/>)",
          {{0, 0, 50, 50}}},
         {R"(<rect x="-1000000" y="10" width="2000000" height="20"/>)",
          {{-1000000, 10, 1000000, 30}}},
