@@ -358,9 +358,11 @@ int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::os
     addImport(program, commands.import);
     addText(program, commands.text);
     addFarm(program, commands.farm);
-    CLI::App* const check =
-        program.add_subcommand("check", "Tell everything that is wrong with a scene");
-    check->add_option("scene", commands.checkedScene, "Scene file")->type_name("SCENE")->required();
+    CLI::App* const check = program.add_subcommand(
+        "check", "Tell everything that is wrong with a scene, or that a shape loses");
+    check->add_option("scene", commands.checkedScene, "Scene file, or shape (.svg)")
+        ->type_name("FILE")
+        ->required();
     CLI::App* const params = program.add_subcommand("params", "List the parameters");
     CLI::Option* const json = params->add_flag("--json", commands.json, "As JSON");
     params->add_flag("--markdown", commands.markdown, "As a Markdown page")->excludes(json);

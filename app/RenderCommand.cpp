@@ -2,13 +2,16 @@
 
 #include "app/FilmTeller.h"
 #include "app/Interrupt.h"
+#include "app/PlainReadingReport.h"
 #include "app/SceneDrawings.h"
 #include "farm/Resume.h"
 #include "film/Film.h"
+#include "film/FrameRenderer.h"
 #include "film/ShapeFolder.h"
 #include "pixel/Acceleration.h"
 #include "scene/SceneReader.h"
 
+#include <cmath>
 #include <ostream>
 
 namespace orbel::app {
@@ -60,12 +63,32 @@ struct Rendering {
     }
 };
 
+/// A frame of millions of stamps may still be wanted, but nobody should wonder where it is.
+void warnOfLongFrames(ScenePlan* plan, std::ostream& err) {
+    constexpr double longFrame = 10.0; // seconds
+    FrameRenderer renderer(plan, {}, {});
+    const FrameRange& frames = plan->frames;
+    WorkEstimate most;
+    for (const long frame : {frames.first, (frames.first + frames.last) / 2, frames.last}) {
+        const WorkEstimate work = renderer.estimate(frame);
+        most = work.seconds() > most.seconds() ? work : most;
+    }
+    if (most.seconds() > longFrame) {
+        err << "note: a frame may take about " << std::ceil(most.seconds() / 60)
+            << " min: it has some " << std::ceil(most.stamps / 1e6)
+            << " million stamps; a larger \"Adjust Step\" takes fewer\n";
+    }
+}
+
 ExitCode run(const Rendering& rendering, std::ostream& err) {
     const InterruptGuard guard;
     FilmCallbacks callbacks;
     callbacks.interrupted = InterruptGuard::requested;
     callbacks.frameWritten = [&](long frame) { rendering.teller.frameWritten(frame); };
     const RenderOptions& options = rendering.options;
+    if (!options.quiet && options.progress != "json") {
+        warnOfLongFrames(rendering.plan, err);
+    }
     const FilmResult film = options.resume || options.restart ? rendering.inChunks(callbacks)
                                                               : rendering.inOneGo(callbacks);
     rendering.teller.ended(film, rendering.request.outputs.names());
@@ -111,6 +134,11 @@ int renderCommand(const RenderOptions& options, std::ostream& err) {
     if (!plan) {
         teller->refused(problems);
         return EXIT_BAD_INPUT;
+    }
+    if (scene->shape && !scene->import && !options.quiet && options.progress != "json") {
+        if (const std::string losses = lossSummary(*scene->shape); !losses.empty()) {
+            err << "note: " << losses << '\n';
+        }
     }
     return run({options, *scene, request, &*plan, *teller}, err);
 }

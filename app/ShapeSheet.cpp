@@ -1,6 +1,6 @@
 #include "app/ShapeSheet.h"
 
-#include "app/Lettering.h"
+#include "drawing/Lettering.h"
 #include "film/FrameInput.h"
 #include "film/FrameRenderer.h"
 #include "film/ShapeFolder.h"
@@ -25,15 +25,18 @@ constexpr int tileSide = 256;
 constexpr int caption = 40;
 constexpr int gap = 16;
 constexpr double strokeThickness = 3.4;
-constexpr double letterUnit = 2.1;
+constexpr const char* captionHand = "futural";
+constexpr double captionSize = 19.0;
+constexpr double captionThickness = 1.7;
+constexpr int captionBaseline = 23; ///< below the tile
 
 constexpr int transferNormal = 1;
 constexpr int transferAdd = 2;
 
 constexpr std::array<double, 4> ground{0.04, 0.045, 0.07, 1.0};
 constexpr std::array<double, 4> tileGround{0.07, 0.08, 0.118, 1.0};
-constexpr std::array<std::uint8_t, 3> bright{170, 178, 198};
-constexpr std::array<std::uint8_t, 3> dim{70, 76, 90};
+constexpr ParameterValue bright{0.667, 0.698, 0.776};
+constexpr ParameterValue dim{0.275, 0.298, 0.353};
 
 /// Soft colours that walk round the hues from shape to shape.
 ParameterValue strokeColour(int shape) {
@@ -103,6 +106,50 @@ bool drawTile(int shape, int x, int y, const MemoryImage& sheet) {
     return drawable;
 }
 
+/// A square picture with a name in its middle, as the effect draws it.
+ScenePlan captionPlan(const ConvertedShape& name, const ParameterValue& colour) {
+    constexpr double edges = 0.2; // of the size, left and right of a writing
+    const double width = name.width - edges * captionSize;
+    const double scale = width / (tileSide / 2.0); // a shape spans half of the frame
+    ScenePlan plan;
+    plan.size = {tileSide, tileSide};
+    plan.color.rgba = ground;
+    plan.shapeText = name.svg;
+    plan.parameters.set(PARAM_COLOR, colour);
+    plan.parameters.set(PARAM_THICKNESS, captionThickness);
+    plan.parameters.set(PARAM_SCALE_X, scale);
+    plan.parameters.set(PARAM_SCALE_Y, scale);
+    plan.parameters.set(PARAM_TRANSFER_MODE, transferNormal);
+    return plan;
+}
+
+/// Without letters of single strokes the shape stays without a name.
+void drawCaption(const char* name, int x, int y, const ParameterValue& colour,
+                 const MemoryImage& sheet) {
+    LetteringOptions lettering;
+    lettering.text = name;
+    lettering.singleStroke = true;
+    lettering.hand = captionHand;
+    lettering.size = captionSize;
+    const Conversion written = letterText(lettering);
+    if (!written.shape) {
+        return;
+    }
+    ScenePlan plan = captionPlan(*written.shape, colour);
+    FrameInput background(&plan);
+    MemoryImage picture(tileSide, tileSide, RF_RGBA8, RowLayout{});
+    background.fill(0, picture);
+    if (!drawOver(std::move(plan), &picture)) {
+        return;
+    }
+    const double middle = written.shape->baseline - written.shape->height / 2; // above baseline
+    const int top = tileSide / 2 + static_cast<int>(std::lround(middle)) - captionBaseline;
+    for (int row = 0; row < caption; ++row) {
+        std::memcpy(sheet.info().row(y + row) + std::ptrdiff_t{4} * x,
+                    picture.info().row(top + row), picture.rowSize());
+    }
+}
+
 MemoryImage emptySheet() {
     ScenePlan plan;
     plan.size = {columns * (tileSide + gap) + gap, rows * (tileSide + caption + gap) + gap};
@@ -123,10 +170,7 @@ MemoryImage makeShapeSheet() {
         const int x = gap + tile % columns * (tileSide + gap);
         const int y = gap + tile / columns * (tileSide + caption + gap);
         const bool drawn = drawTile(shape, x, y, sheet);
-        const char* const name = g_svgShapes[shape].name;
-        const double indent = (tileSide - textWidth(name) * letterUnit) / 2;
-        drawText(sheet.info(), {x + indent, y + tileSide + 23.0, letterUnit}, name,
-                 drawn ? bright : dim);
+        drawCaption(g_svgShapes[shape].name, x, y + tileSide, drawn ? bright : dim, sheet);
     }
     return sheet;
 }

@@ -1,4 +1,5 @@
-// Every row kernel beside the law, pixel by pixel, in one run: how many times faster each level is.
+// Every row kernel beside the reference, pixel by pixel, in one run: how many times faster each
+// level is.
 
 #include "bench/FrameCopy.h"
 
@@ -94,7 +95,8 @@ void registerFormat(const std::string& formatName) {
     add("cross-fade", [](const Kernels& k, T* a, T* b) {
         k.blendImages(a, b, std::ptrdiff_t{PIXELS} * componentsPerPixel, 0.25F);
     });
-    add("finish-untouched", [](const Kernels& k, T* a, T* b) { k.finishUntouched(a, b, PIXELS); });
+    add("finish-untouched",
+        [](const Kernels& k, T* a, T* b) { k.finishTransparent(a, b, PIXELS); });
     for (std::size_t code = 1; code <= 25; ++code) {
         if (code == 13 || (code > 17 && code < 23)) {
             continue; // modes of another code

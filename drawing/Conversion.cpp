@@ -44,11 +44,9 @@ std::string answerOf(const ConvertedPage& converted) {
         outlines.push_back(
             {sourceOf(drawn.source), drawn.curve.closed, drawn.curve.segments.size()});
     }
-    const json answer{{"svg", shapeText(converted.page)},
-                      {"width", converted.page.width},
-                      {"height", converted.page.height},
-                      {"outlines", std::move(outlines)},
-                      {"notes", converted.notes}};
+    const json answer{{"svg", shapeText(converted.page)}, {"width", converted.page.width},
+                      {"height", converted.page.height},  {"baseline", converted.page.baseline},
+                      {"outlines", std::move(outlines)},  {"notes", converted.notes}};
     return answer.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
@@ -57,6 +55,7 @@ ConvertedShape shapeOf(const json& answer) {
     shape.svg = answer.at("svg").get<std::string>();
     shape.width = answer.at("width").get<double>();
     shape.height = answer.at("height").get<double>();
+    shape.baseline = answer.at("baseline").get<double>();
     shape.notes = answer.at("notes").get<std::vector<std::string>>();
     for (const json& part : answer.at("outlines")) {
         const auto source = part.at(0).get<std::vector<std::string>>();

@@ -170,6 +170,28 @@ private:
     std::size_t m_foreign = 0;
 };
 
+/// Pictures inside the drawing may be longer than the XML reader takes, and have no outlines.
+std::string withoutEmbedded(std::string_view text) {
+    constexpr std::size_t shortEnough = 1000;
+    constexpr std::string_view mark = "data:";
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t found = text.find(mark, at);
+        while (found != std::string_view::npos && found > 0 && text[found - 1] != '"' &&
+               text[found - 1] != '\'') {
+            found = text.find(mark, found + 1);
+        }
+        if (found == std::string_view::npos || found == 0) {
+            return result.append(text.substr(at));
+        }
+        const std::size_t end = std::min(text.find(text[found - 1], found), text.size());
+        const bool shorten = end - found > shortEnough;
+        result.append(text.substr(at, (shorten ? found + mark.size() : end) - at));
+        at = end;
+    }
+    return result;
+}
+
 } // namespace
 
 DrawingDocument prepareDrawing(std::string_view bytes) {
@@ -182,7 +204,7 @@ DrawingDocument prepareDrawing(std::string_view bytes) {
         throw DrawingError{"the file is empty", "save the drawing again"};
     }
     std::string error;
-    XmlTree tree = parseXmlTree(bytes, &error);
+    XmlTree tree = parseXmlTree(withoutEmbedded(bytes), &error);
     if (tree == nullptr) {
         throw DrawingError{"this is no readable SVG: " + error, "save the drawing as plain SVG"};
     }

@@ -21,6 +21,7 @@ struct ConvertedShape {
     std::string svg; ///< represented exactly by the shape reader, shown alike by every browser
     double width = 0.0;
     double height = 0.0;
+    double baseline = 0.0;          ///< of the first line of a writing, from the top
     std::vector<Part> outlines;     ///< in the order of the file
     std::vector<std::string> notes; ///< what was left out or is missing, a sentence each
 };

@@ -191,6 +191,7 @@ DrawnPage arrange(std::vector<WrittenLine> lines, const LetteringOptions& option
     }
     page.width = box.right - box.left + 2 * edge;
     page.height = box.bottom - box.top + 2 * edge;
+    page.baseline = edge - box.top;
     return page;
 }
 

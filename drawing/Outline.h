@@ -90,6 +90,7 @@ struct DrawnCurve {
 struct DrawnPage {
     double width = 0.0;
     double height = 0.0;
+    double baseline = 0.0; ///< of the first line of a writing, from the top
     std::vector<DrawnCurve> curves;
 };
 

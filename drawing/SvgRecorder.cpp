@@ -16,6 +16,12 @@ namespace {
 
 /// cairo counts in 256ths; a page this large makes them fine enough.
 constexpr double recordedSide = 2048.0;
+/// What reaches far beyond the page overflows there without a word; so a second recording, with far
+/// more room and less detail, tells. Large drawings are spared it.
+constexpr double roomySide = recordedSide / 64;
+constexpr double agreement = 0.002;       // of the page, between both
+constexpr double farthestPages = 100'000; // from the page; beyond, the second overflows as well
+constexpr std::size_t mostRecordedTwice = std::size_t{1} << 20; // bytes of SVG
 /// Axis-parallel fills take a road through the script surface that fails, so the page is turned,
 /// and if that happens to make others parallel, turned differently.
 constexpr std::array<double, 4> turns{0.32, 0.57, 0.23, 0.71};
@@ -94,16 +100,49 @@ bool writeScript(cairo_surface_t* recording, std::string* text) {
     return status == CAIRO_STATUS_SUCCESS;
 }
 
+OutlineBox boxOf(const PaintedPath& path) {
+    OutlineBox box;
+    for (const OutlineCurve& curve : path.curves) {
+        box.add(orbel::boxOf(curve));
+    }
+    return box;
+}
+
+bool agree(const OutlineBox& a, const OutlineBox& b, double slack) {
+    return std::abs(a.left - b.left) <= slack && std::abs(a.top - b.top) <= slack &&
+           std::abs(a.right - b.right) <= slack && std::abs(a.bottom - b.bottom) <= slack;
+}
+
+/// Takes from the roomy recording what overflowed in the fine one, unless it did so there, too.
+void mendOverflow(const std::vector<PaintedPath>& roomy, double page,
+                  std::vector<PaintedPath>* painted) {
+    if (roomy.size() != painted->size()) {
+        return;
+    }
+    for (std::size_t i = 0; i < roomy.size(); ++i) {
+        const OutlineBox box = boxOf(roomy[i]);
+        if (!agree(box, boxOf((*painted)[i]), agreement * page)) {
+            (*painted)[i] = roomy[i];
+            if (box.longerSide() > farthestPages * page) {
+                (*painted)[i].curves.clear();
+            }
+        }
+    }
+}
+
 } // namespace
 
 struct SvgRecorder::Handle {
     RsvgHandle* handle = nullptr;
     double width = 0.0;
     double height = 0.0;
+    bool large = false;
 
     void measurePage();
     void measureDrawing();
-    [[nodiscard]] std::optional<std::vector<PaintedPath>> recordTurned(double turn) const;
+    [[nodiscard]] std::optional<std::vector<PaintedPath>> recordTurned(double turn,
+                                                                       double side) const;
+    [[nodiscard]] std::optional<std::vector<PaintedPath>> recordSized(double side) const;
 };
 
 void SvgRecorder::Handle::measurePage() {
@@ -149,8 +188,9 @@ void SvgRecorder::Handle::measureDrawing() {
     height = ink.y + ink.height > 0 ? ink.y + ink.height : 100;
 }
 
-std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordTurned(double turn) const {
-    const double scale = recordedSide / std::max(width, height);
+std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordTurned(double turn,
+                                                                          double side) const {
+    const double scale = side / std::max(width, height);
     std::string script;
     const Surface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
     const Context context(cairo_create(recording.get()));
@@ -177,6 +217,15 @@ std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordTurned(double
     return painted;
 }
 
+std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordSized(double side) const {
+    for (const double turn : turns) {
+        if (auto painted = recordTurned(turn, side)) {
+            return painted;
+        }
+    }
+    return std::nullopt;
+}
+
 SvgRecorder::SvgRecorder(const std::string& svg, bool clipped)
     : m_handle(std::make_unique<Handle>()) {
     GError* error = nullptr;
@@ -186,6 +235,7 @@ SvgRecorder::SvgRecorder(const std::string& svg, bool clipped)
         throw DrawingError{"the drawing cannot be read: " + textOf(error),
                            "save the drawing as plain SVG"};
     }
+    m_handle->large = svg.size() > mostRecordedTwice;
     rsvg_handle_set_dpi(m_handle->handle, pixelsPerInch);
     const std::string look = std::string(plainLook) + (clipped ? "" : nothingCut);
     if (rsvg_handle_set_stylesheet(m_handle->handle, reinterpret_cast<const guint8*>(look.data()),
@@ -200,10 +250,14 @@ SvgRecorder::~SvgRecorder() {
 
 RecordedDrawing SvgRecorder::record() const {
     m_handle->measurePage();
-    for (const double turn : turns) {
-        if (auto painted = m_handle->recordTurned(turn)) {
-            return {m_handle->width, m_handle->height, std::move(*painted)};
+    auto painted = m_handle->recordSized(recordedSide);
+    if (painted && !m_handle->large) {
+        if (const auto roomy = m_handle->recordSized(roomySide)) {
+            mendOverflow(*roomy, std::max(m_handle->width, m_handle->height), &*painted);
         }
+    }
+    if (painted) {
+        return {m_handle->width, m_handle->height, std::move(*painted)};
     }
     throw DrawingError{"the drawing cannot be recorded",
                        "convert its objects to paths in a drawing program"};

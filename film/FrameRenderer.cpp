@@ -1,6 +1,5 @@
 #include "film/FrameRenderer.h"
 
-#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "film/ShapeFolder.h"
 #include "render/RenderDispatch.h"
 
@@ -21,13 +20,25 @@ MemoryImage FrameRenderer::makeImage() const {
     return image;
 }
 
-int FrameRenderer::render(long frame, const MemoryImage& input, const MemoryImage& output) {
+MemoryHostSettings FrameRenderer::settingsAt(long frame) const {
     MemoryHostSettings settings;
     settings.frame = static_cast<double>(frame);
     settings.renderScaleX = m_plan->renderScaleX;
     settings.renderScaleY = m_plan->renderScaleY;
     settings.alpha = m_plan->alpha;
-    PluginHost_MEMORY_Impl host(input.info(), output.info(), &m_plan->parameters, settings);
+    return settings;
+}
+
+WorkEstimate FrameRenderer::estimate(long frame) {
+    const MemoryImage image = makeImage();
+    PluginHost_MEMORY_Impl host(image.info(), image.info(), &m_plan->parameters, settingsAt(frame));
+    host.setUserData(&m_userData);
+    return estimateWork(&host);
+}
+
+int FrameRenderer::render(long frame, const MemoryImage& input, const MemoryImage& output) {
+    PluginHost_MEMORY_Impl host(input.info(), output.info(), &m_plan->parameters,
+                                settingsAt(frame));
     host.setUserData(&m_userData);
     host.setShapeText(m_plan->shapeText);
     if (m_aborted) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "doors/memory/MemoryImage.h"
+#include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "film/ScenePlan.h"
 #include "params/InstanceData.h"
+#include "render/WorkEstimate.h"
 
 #include <functional>
 #include <string>
@@ -25,9 +27,14 @@ public:
     /// whole. 0 on success, otherwise the effect's error code; `abortCode` when it was aborted.
     int render(long frame, const MemoryImage& input, const MemoryImage& output);
 
+    /// About how much work a frame is, without drawing it.
+    [[nodiscard]] WorkEstimate estimate(long frame);
+
     static constexpr int abortCode = -1;
 
 private:
+    [[nodiscard]] MemoryHostSettings settingsAt(long frame) const;
+
     ScenePlan* m_plan;
     std::function<bool()> m_aborted;
     std::function<void(const std::string&)> m_warning;

@@ -4,7 +4,8 @@ namespace orbel {
 
 // How frames are computed. Whatever is set here, the bytes of a frame stay the same.
 
-/// Levels of acceleration: 0 computes pixel by pixel, which is the law; the others use vectors.
+/// Levels of acceleration: 0 computes pixel by pixel, which is the reference implementation; the
+/// others use vectors.
 inline constexpr int ACCELERATION_NONE = 0;
 inline constexpr int ACCELERATION_128 = 1; ///< 128-bit vectors: SSE4, NEON
 inline constexpr int ACCELERATION_256 = 2; ///< 256-bit vectors: AVX2

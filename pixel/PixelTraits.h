@@ -139,6 +139,12 @@ struct PIXEL_RGBA32 : PixelArithmetic32 {
     struct FORMAT : AlphaLastOrder {};
 };
 
+/// Half of the range, as modes divide dark from light: 127, 32767 and 0.5.
+template<typename P>
+[[nodiscard]] constexpr typename P::Float halfRange() {
+    return P::truncated(0.5F * static_cast<float>(P::MAX_VALUE()));
+}
+
 /// The other four arguments of the render layer's templates, which all follow from the trait.
 template<typename P>
 struct PixelTypes {

@@ -1,7 +1,7 @@
 #include "pixel/RowKernels.h"
 
 #include "pixel/Acceleration.h"
-#include "pixel/RowLaw.h"
+#include "pixel/RowReference.h"
 #include "pixel/kernels/VectorKernels.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ using Levels = std::array<RowKernels<P>, ACCELERATION_LEVELS>;
 template<typename P>
 Levels<P> makeLevels() {
     Levels<P> levels;
-    levels.fill(rowLaw<P>());
+    levels.fill(rowReference<P>());
 #if ORBEL_HAVE_HIGHWAY
     for (int level = 1; level <= bestAccelerationLevel(); ++level) {
         auto& table = levels[static_cast<std::size_t>(level)];

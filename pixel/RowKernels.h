@@ -59,7 +59,7 @@ struct RowKernels {
     /// The same where the layer's alpha is 0 over the whole run, for every code but 1 that has a
     /// composite and opacities that are finite and not negative: the layer is not read and becomes
     /// the picture.
-    void (*finishUntouched)(T* input, T* layer, int pixels);
+    void (*finishTransparent)(T* input, T* layer, int pixels);
 };
 
 /// The functions of a level; levels above the best one give the best.

@@ -46,8 +46,8 @@ struct HalvedBlendMode : ChannelBlendMode<Mode, P, F> {
     F half{};
 };
 
-/// A mode that finishes colour and alpha itself: `Mode` provides `joined(s, d, alpha)` for colours
-/// premultiplied by their alphas and the alpha of both images together.
+/// A mode that finishes colour and alpha itself: `Mode` provides `mixPremultiplied(s, d, alpha)`
+/// for colours premultiplied by their alphas and the alpha of both images together.
 template<typename Mode, typename P, typename F>
 struct FinishingBlendMode : BlendMode<P, F> {
     void composite(P, F sR, F sG, F sB, F sA, F dR, F dG, F dB, F dA, F& r, F& g, F& b,
@@ -55,7 +55,8 @@ struct FinishingBlendMode : BlendMode<P, F> {
         const Mode& mode = static_cast<const Mode&>(*this);
         const F alpha = P::clamp_overflow(sA + dA - P::multiply(sA, dA));
         const auto result = [&](F s, F d) {
-            return P::divide(mode.joined(weighted(s, sA), weighted(d, dA), alpha), alpha);
+            return P::divide(
+                mode.mixPremultiplied(premultiplied(s, sA), premultiplied(d, dA), alpha), alpha);
         };
         r = result(sR, dR);
         g = result(sG, dG);
@@ -65,7 +66,7 @@ struct FinishingBlendMode : BlendMode<P, F> {
     [[nodiscard]] bool done() const { return true; }
 
 private:
-    [[nodiscard]] F weighted(F colour, F alpha) const {
+    [[nodiscard]] F premultiplied(F colour, F alpha) const {
         return alpha == this->maximum ? colour : P::multiply(colour, alpha);
     }
 };
@@ -94,7 +95,7 @@ struct HslBlendMode : BlendMode<P, F> {
 private:
     static float unit(F value) {
         const float component = P::toFloat(truncateTo<T>(value));
-        return P::is32Bit() && Mode::limitsFloat && component > 1.0F ? 1.0F : component;
+        return P::is32Bit() && Mode::clampsFloat && component > 1.0F ? 1.0F : component;
     }
     static HslColour toHsl(F r, F g, F b) {
         HslColour colour{};
@@ -116,7 +117,7 @@ struct BLEND_IN_FRONT : ChannelBlendMode<BLEND_IN_FRONT<P, T, W, F, FORMAT>, P, 
 
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_PLUS : FinishingBlendMode<BLEND_PLUS<P, T, W, F, FORMAT>, P, F> {
-    [[nodiscard]] F joined(F s, F d, F alpha) const {
+    [[nodiscard]] F mixPremultiplied(F s, F d, F alpha) const {
         return P::is32Bit() ? s + d : std::min(s + d, alpha);
     }
 };
@@ -127,7 +128,7 @@ struct BLEND_DIFFERENCE : FinishingBlendMode<BLEND_DIFFERENCE<P, T, W, F, FORMAT
         BlendMode<P, F>::setup(trait, opacity1, opacity2);
         minimum = static_cast<F>(P::MIN_VALUE());
     }
-    [[nodiscard]] F joined(F s, F d, F) const { return d - s < minimum ? s - d : d - s; }
+    [[nodiscard]] F mixPremultiplied(F s, F d, F) const { return d - s < minimum ? s - d : d - s; }
 
     F minimum{};
 };
@@ -216,7 +217,7 @@ struct BLEND_EXCLUSION : ChannelBlendMode<BLEND_EXCLUSION<P, T, W, F, FORMAT>, P
 
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_HUE : HslBlendMode<BLEND_HUE<P, T, W, F, FORMAT>, P, T, F> {
-    static constexpr bool limitsFloat = false;
+    static constexpr bool clampsFloat = false;
     static HslColour mix(const HslColour& front, const HslColour& behind) {
         return {front.h, behind.s, behind.l};
     }
@@ -224,7 +225,7 @@ struct BLEND_HUE : HslBlendMode<BLEND_HUE<P, T, W, F, FORMAT>, P, T, F> {
 
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_SAT : HslBlendMode<BLEND_SAT<P, T, W, F, FORMAT>, P, T, F> {
-    static constexpr bool limitsFloat = true;
+    static constexpr bool clampsFloat = true;
     static HslColour mix(const HslColour& front, const HslColour& behind) {
         return {behind.h, front.s, behind.l};
     }
@@ -232,7 +233,7 @@ struct BLEND_SAT : HslBlendMode<BLEND_SAT<P, T, W, F, FORMAT>, P, T, F> {
 
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_COLOR : HslBlendMode<BLEND_COLOR<P, T, W, F, FORMAT>, P, T, F> {
-    static constexpr bool limitsFloat = true;
+    static constexpr bool clampsFloat = true;
     static HslColour mix(const HslColour& front, const HslColour& behind) {
         return {front.h, front.s, behind.l};
     }
@@ -240,7 +241,7 @@ struct BLEND_COLOR : HslBlendMode<BLEND_COLOR<P, T, W, F, FORMAT>, P, T, F> {
 
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_LUMA : HslBlendMode<BLEND_LUMA<P, T, W, F, FORMAT>, P, T, F> {
-    static constexpr bool limitsFloat = false;
+    static constexpr bool clampsFloat = false;
     static HslColour mix(const HslColour& front, const HslColour& behind) {
         return {behind.h, behind.s, front.l};
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pixel/BlendLawImpl.h"
+#include "pixel/BlendReferenceImpl.h"
 #include "pixel/PixelWalk.h"
 #include "pixel/RowKernels.h"
 #include "pixel/TransferModes.h"

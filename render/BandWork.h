@@ -36,7 +36,7 @@ public:
     BandWork(const BandWork&) = delete;
     BandWork& operator=(const BandWork&) = delete;
     /// Waits for what was begun.
-    ~BandWork() {
+    ~BandWork() noexcept {
         try {
             wait();
         } catch (...) {

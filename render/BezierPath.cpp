@@ -1,6 +1,7 @@
 #include "render/BezierPath.h"
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 
 namespace orbel {
@@ -15,7 +16,10 @@ constexpr double LARGEST_INCREMENT = 5000.0;
 
 // Outlines that never fit a chord (infinite, NaN or collapsed ones) must not stall a frame.
 constexpr int TRIALS_PER_CHORD = 20000;
-constexpr long EVALUATIONS_PER_WALK = 1L << 26;
+
+// A walk ends where an outline leads further out than any picture at any scale reaches: what is
+// out there is never seen, and would take as long as it is long.
+constexpr double LARGEST_COORDINATE = 16777216.0;
 
 // Segments of an outline that are remembered.
 constexpr long LARGEST_KEPT = 1L << 20;
@@ -117,7 +121,7 @@ ChordWalk::ChordWalk(PluginHost_API* host, BezierSampler* path, double targetLen
       m_low(NO_LOW),
       m_begin(path->at(0.0)),
       m_end(m_begin) {
-    if (!(targetLength > 0.0 && m_shortest > 0.0)) { // the square may underflow
+    if (!(targetLength >= SMALLEST_DISTANCE)) {
         m_trials = TRIALS_PER_CHORD;
     }
 }
@@ -135,8 +139,7 @@ ChordWalk::Trial ChordWalk::tryChord() {
         m_begin = m_end;
     }
     chooseIncrement();
-    if (m_increment > LARGEST_INCREMENT || m_trials >= TRIALS_PER_CHORD ||
-        m_evaluations >= EVALUATIONS_PER_WALK) {
+    if (m_increment > LARGEST_INCREMENT || m_trials >= TRIALS_PER_CHORD) {
         return Trial::Ended;
     }
     ++m_trials;
@@ -148,6 +151,9 @@ ChordWalk::Trial ChordWalk::tryChord() {
 }
 
 ChordWalk::Trial ChordWalk::judge(const Point& end) {
+    if (std::fabs(end.x) > LARGEST_COORDINATE || std::fabs(end.y) > LARGEST_COORDINATE) {
+        return Trial::Ended;
+    }
     const double dx = end.x - m_begin.x;
     const double dy = end.y - m_begin.y;
     const double squaredChord = dx * dx + dy * dy;
@@ -185,7 +191,7 @@ bool ChordWalk::next() {
 }
 
 double GetBezierPathLen(PluginHost_API* host, void** effectRef, void* path, double /*unused1*/,
-                        double /*unused2*/, double step) {
+                        double /*unused2*/, double step, int* abortCode) {
     PluginPath_API* const paths = host->getPathAPI();
     long segments = 0;
     bool open = false;
@@ -196,11 +202,9 @@ double GetBezierPathLen(PluginHost_API* host, void** effectRef, void* path, doub
     BezierSampler sampler(host, effectRef, path, segments);
     ChordWalk walk(host, &sampler, step);
     double length = 0.0;
-    while (walk.next()) {
-        length += walk.chord();
-        if (walk.parameter() >= static_cast<double>(segments)) {
-            break;
-        }
+    const int abort = sumChords(host, segments, &walk, &length);
+    if (abortCode != nullptr) {
+        *abortCode = abort;
     }
     return length;
 }

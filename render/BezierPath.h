@@ -21,9 +21,13 @@ void EvalBezier(PluginHost_API* host, void* const* effectRef, void* path, long n
                 double t, double* x, double* y);
 
 /// Length of a path as a sum of chords of 0.4 to 0.8 `step` each. Deliberately no exact arc length:
-/// the last chord reaches past the end. Always finite work.
+/// the last chord reaches past the end. Asks `progress` as a draw does; when the host wants no
+/// more, its answer goes to `abortCode` (null: it is dropped) and the result is what was summed.
 double GetBezierPathLen(PluginHost_API* host, void** effectRef, void* path, double unused1,
-                        double unused2, double step);
+                        double unused2, double step, int* abortCode = nullptr);
+
+/// Path distances below this are none: it is what rounding leaves of some thousand pixels.
+inline constexpr double SMALLEST_DISTANCE = 1e-12;
 
 /// 1 when all vertices of the segments of both paths are exactly equal, else 0. A NaN is a
 /// difference.
@@ -130,7 +134,7 @@ public:
     [[nodiscard]] Point begin() const { return m_begin; }
     [[nodiscard]] Point end() const { return m_end; }
     /// Length of the accepted chord.
-    [[nodiscard]] double chord() const { return m_chord; }
+    [[nodiscard]] double length() const { return m_chord; }
     /// Path parameter reached.
     [[nodiscard]] double parameter() const { return m_t; }
     /// Evaluations that led to a chord or on to the next trial.
@@ -155,5 +159,47 @@ private:
     long m_evaluations = 0;
     int m_trials = 0;
 };
+
+/// Evaluations of a path from one call of `progress` to the next.
+inline constexpr long EVALUATIONS_PER_PROGRESS = 100;
+
+/// Goes on to the next chord of a `ChordWalk`, or of a reader of one, and tells the host of every
+/// hundredth evaluation that this took, with the parameter that had been reached then. `found` is
+/// false when no further chord can be found. The host's answer when it wants no more, else 0.
+template<class Chords>
+int nextChord(PluginHost_API* host, long numSegments, Chords* chords, bool* found) {
+    const double reached = chords->parameter();
+    const long before = chords->evaluations();
+    *found = chords->next();
+    const long after = chords->evaluations();
+    for (long told = before - before % EVALUATIONS_PER_PROGRESS + EVALUATIONS_PER_PROGRESS;
+         told <= after; told += EVALUATIONS_PER_PROGRESS) {
+        const double parameter = *found && told == after ? chords->parameter() : reached;
+        const int abort = host->progress(truncateTo<long>(900 * parameter), 1000 * numSegments);
+        if (abort != 0) {
+            return abort;
+        }
+    }
+    return 0;
+}
+
+/// Sums the chords that lead once along an outline of `numSegments`. 0, or the host's answer when
+/// it wants no more.
+template<class Chords>
+int sumChords(PluginHost_API* host, long numSegments, Chords* chords, double* sum) {
+    *sum = 0.0;
+    for (bool found = true;;) {
+        if (const int abort = nextChord(host, numSegments, chords, &found); abort != 0) {
+            return abort;
+        }
+        const double before = *sum;
+        if (found) {
+            *sum += chords->length();
+        }
+        if (!(*sum > before) || chords->parameter() >= static_cast<double>(numSegments)) {
+            return 0; // without a chord, and where a NaN is all that will come of it, too
+        }
+    }
+}
 
 } // namespace orbel

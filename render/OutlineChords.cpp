@@ -8,14 +8,15 @@ namespace {
 constexpr std::size_t ENTRY_BYTES = sizeof(OutlineChords) + 128;
 
 Chord lastChord(const ChordWalk& walk) {
-    return {walk.end(), walk.chord(), walk.parameter(), walk.evaluations()};
+    return {walk.end(), walk.length(), walk.parameter(), walk.evaluations()};
 }
 
 } // namespace
 
 OutlineChords::OutlineChords(PluginHost_API* host, void* const* effectRef, void* path,
                              long numSegments, double targetLength, OutlineMemory* memory)
-    : m_memory(memory),
+    : m_host(host),
+      m_memory(memory),
       m_targetLength(targetLength),
       m_sampler(host, effectRef, path, numSegments, memory),
       m_bytes(m_sampler.keptBytes()),
@@ -40,20 +41,16 @@ bool OutlineChords::keepOneMore() {
     return !m_ended;
 }
 
-double OutlineChords::length() {
+int OutlineChords::measure(double* length) {
     if (!m_length) {
-        const auto end = static_cast<double>(numSegments());
-        double length = 0.0;
         ChordReader chords(this);
-        while (chords.next()) {
-            length += chords.length();
-            if (chords.parameter() >= end) {
-                break;
-            }
+        if (const int abort = sumChords(m_host, numSegments(), &chords, length); abort != 0) {
+            return abort;
         }
-        m_length = length;
+        m_length = *length;
     }
-    return *m_length;
+    *length = *m_length;
+    return 0;
 }
 
 bool OutlineChords::areSameAs(const OutlineChords& other) const {
@@ -62,11 +59,11 @@ bool OutlineChords::areSameAs(const OutlineChords& other) const {
 
 bool ChordReader::next() {
     m_begin = m_chord.end;
-    if (m_next < m_outline->m_kept.size() || m_outline->keepOneMore()) {
+    if (!m_beyond && (m_next < m_outline->m_kept.size() || m_outline->keepOneMore())) {
         m_chord = m_outline->m_kept[m_next++];
         return true;
     }
-    if (m_outline->m_ended) {
+    if (!m_beyond && m_outline->m_ended) {
         m_chord.evaluations = m_outline->m_frontier.evaluations();
         return false;
     }

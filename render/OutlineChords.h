@@ -28,8 +28,9 @@ public:
     OutlineChords& operator=(const OutlineChords&) = delete;
     ~OutlineChords();
 
-    /// As `GetBezierPathLen`.
-    [[nodiscard]] double length();
+    /// As `GetBezierPathLen`; what was measured once is known. 0, or the host's answer when it
+    /// wants no more.
+    int measure(double* length);
     /// Whether the walk of another outline would find the very same chords.
     [[nodiscard]] bool areSameAs(const OutlineChords& other) const;
     /// Goes on with another handle of the same outline.
@@ -41,6 +42,7 @@ private:
     friend class ChordReader;
     [[nodiscard]] bool keepOneMore();
 
+    PluginHost_API* m_host;
     OutlineMemory* m_memory;
     double m_targetLength;
     BezierSampler m_sampler;
@@ -52,7 +54,8 @@ private:
     std::optional<double> m_length;
 };
 
-/// Reads the chords of an outline in order, from the first.
+/// Reads the chords of an outline in order, from the first. Once it walks by itself it goes on so,
+/// even when more chords can be kept by then.
 class ChordReader {
 public:
     using Point = BezierSampler::Point;

@@ -39,7 +39,7 @@ std::vector<Point> pointsAlong(PluginHost_API* host, void* path, OutlineChords* 
     pen.taper.enabled = 0;
     pen.step = step;
     PointSink sink;
-    static_cast<void>(walkStroke(host, nullptr, path, pen, projection, sink, chords));
+    static_cast<void>(DrawBezierPathLin(host, sink, nullptr, path, pen, projection, chords));
     return sink.take();
 }
 

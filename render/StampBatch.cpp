@@ -12,6 +12,8 @@ StampBatch::StampBatch(int height, int bandRows)
 void StampBatch::add(const PlacedStamp& stamp) {
     m_stamps.push_back(stamp);
     m_reaches += static_cast<std::size_t>(lastBand(stamp) - firstBand(stamp) + 1);
+    m_pixels += static_cast<std::size_t>(stamp.box.right - stamp.box.left + 1) *
+                static_cast<std::size_t>(stamp.box.bottom - stamp.box.top + 1);
 }
 
 // Counts, then lays each number where its band has got to; that shifts the beginnings by one band.

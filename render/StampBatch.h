@@ -10,7 +10,8 @@
 namespace orbel {
 
 /// Stamps waiting to be painted, in the order in which they were placed, and which of them reach
-/// into which band of rows. Bounded memory: whoever fills it paints it when it is full.
+/// into which band of rows. Bounded memory and work: whoever fills it paints it when it is full,
+/// and a host that wants no more does not wait for long.
 class StampBatch {
 public:
     using Index = std::uint32_t;
@@ -21,11 +22,13 @@ public:
     /// `stamp` has been trimmed to the raster.
     void add(const PlacedStamp& stamp);
     [[nodiscard]] bool isFull() const {
-        return m_stamps.size() >= MOST_STAMPS || m_reaches >= MOST_REACHES;
+        return m_stamps.size() >= MOST_STAMPS || m_reaches >= MOST_REACHES ||
+               m_pixels >= MOST_PIXELS;
     }
     void clear() {
         m_stamps.clear();
         m_reaches = 0;
+        m_pixels = 0;
     }
 
     [[nodiscard]] std::size_t size() const { return m_stamps.size(); }
@@ -41,6 +44,7 @@ public:
 private:
     static constexpr std::size_t MOST_STAMPS = std::size_t{1} << 14;
     static constexpr std::size_t MOST_REACHES = std::size_t{1} << 18;
+    static constexpr std::size_t MOST_PIXELS = std::size_t{1} << 26;
 
     [[nodiscard]] int firstBand(const PlacedStamp& stamp) const {
         return stamp.box.top / m_bandRows;
@@ -52,6 +56,7 @@ private:
     int m_bandRows;
     int m_bands;
     std::size_t m_reaches = 0; // bands reached by all the stamps
+    std::size_t m_pixels = 0;  // of the boxes of all of them
     std::vector<PlacedStamp> m_stamps;
     std::vector<Index> m_sorted;      // stamp numbers, band by band
     std::vector<Index> m_firstOfBand; // where a band begins in there, and where the last one ends

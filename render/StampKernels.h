@@ -37,11 +37,14 @@ void stampRows(const StampRows& rows, const PlacedStamp& stamp) {
 struct StampKernels {
     /// Paints the stamps with the given numbers, in that order. With `solidFirst` stamps of full
     /// strength may make opaque what they cover before it is their turn: a pixel that they cover
-    /// ends up opaque whatever else is painted there. At most `mostRows` rows at a time.
+    /// ends up opaque whatever else is painted there. At most `mostRows` rows at a time. Vectors
+    /// begin in a stamp's box, or with the last pixels of a row: up to `mostBeside` more pixels are
+    /// read, and written back as they are.
     void (*paint)(const StampRows& rows, const PlacedStamp* stamps,
                   std::span<const std::uint32_t> order, bool solidFirst);
 
     static constexpr int mostRows = 64;
+    static constexpr int mostBeside = 15; ///< one less than a vector has pixels
 };
 
 /// Whether the kernels may paint a stamp: it lies within the bounds that they reckon with. Others

@@ -14,11 +14,4 @@ void HQDrawSphere(P pixel, PluginHost_API* host, unsigned char* base, int rowByt
                   int width, int height, double radius, double x, double y, double feather,
                   double intensity);
 
-/// Draws one stretch of stroke along a checked-out outline into the matte's alpha. Result as of
-/// `walkStroke`, and `chords` as there.
-template<class P, class T, class W, class F, class Format>
-int DrawBezierPathLin(P pixel, PluginHost_API* host, PluginRaster_API* matte, void** effectRef,
-                      void* path, OutlineChords* chords, const BrushStroke& stroke,
-                      ProjectionSetup projection);
-
 } // namespace orbel

@@ -220,6 +220,18 @@ int SampleDrawing::drawInstances(bool mirrored) {
     return 0;
 }
 
+// 0, or the abort code of `progress`.
+int measureOutline(const StrokeFrame& frame, unsigned long id, void* path, double sampleLength,
+                   FrameChords* chords, PathInfoType* record) {
+    if (OutlineChords* const kept = chords->enter(id, path, sampleLength); kept != nullptr) {
+        return kept->measure(&record->length);
+    }
+    int abort = 0;
+    record->length = GetBezierPathLen(frame.host, nullptr, path, frame.geometry.scaleX,
+                                      frame.geometry.scaleY, sampleLength, &abort);
+    return abort;
+}
+
 bool stretchIsEmpty(const SampleValues& values) {
     return values.end <= values.start || values.end + values.offset <= 0.0;
 }
@@ -329,18 +341,25 @@ int SpanTable::measure(const StrokeFrame& frame, const SampleValues& values, lon
         paths->PathIsOpen(nullptr, path, &open);
         PathInfoType& record = m_records[m_count++];
         record = {static_cast<std::uint32_t>(id), 0.0, 0.0, 0.0, values.globalStep, open ? 0 : 1};
-        OutlineChords* const kept = chords->enter(id, path, values.sampleLength);
-        record.length = kept != nullptr
-                            ? kept->length()
-                            : GetBezierPathLen(m_host, nullptr, path, frame.geometry.scaleX,
-                                               frame.geometry.scaleY, values.sampleLength);
+        const int abort = measureOutline(frame, id, path, values.sampleLength, chords, &record);
         if (frame.args.exactStepMatch) {
             const double steps = m_host->math_floor(0.5 + record.length / values.globalStep);
             record.step = steps > 0 ? record.length / steps : values.globalStep;
         }
         paths->CheckinPath(nullptr, id, false, path);
+        if (abort != 0) {
+            return abort;
+        }
     }
     return 0;
+}
+
+int StampingSpanRenderer::drawSpan(void* path, OutlineChords* chords, const BrushStroke& stroke,
+                                   const ProjectionSetup& projection) {
+    ProjectionSetup setup = projection;
+    setup.width = m_width;
+    setup.height = m_height;
+    return DrawBezierPathLin(m_host, m_matte, nullptr, path, stroke, setup, chords);
 }
 
 int drawSample(const StrokeFrame& frame, const AnimatedParameters& parameters, long time,

@@ -71,7 +71,7 @@ private:
     int m_count = 0;
 };
 
-/// Draws one stretch of a checked-out outline; bound to a pixel format and a raster.
+/// Draws one stretch of a checked-out outline.
 class SpanRenderer {
 public:
     /// `chords` are those of the path, null when it has to be walked anew.
@@ -80,6 +80,22 @@ public:
 
 protected:
     ~SpanRenderer() = default;
+};
+
+/// Places the stamps of every stretch on a matte.
+class StampingSpanRenderer final : public SpanRenderer {
+public:
+    /// `width` and `height` are those of the matte, in pixels.
+    StampingSpanRenderer(PluginHost_API* host, StampSink& matte, int width, int height)
+        : m_host(host), m_matte(matte), m_width(width), m_height(height) {}
+    int drawSpan(void* path, OutlineChords* chords, const BrushStroke& stroke,
+                 const ProjectionSetup& projection) override;
+
+private:
+    PluginHost_API* m_host;
+    StampSink& m_matte;
+    int m_width;
+    int m_height;
 };
 
 /// Draws the stroke of one sample and its repeated copies. 0, or the first error or abort code.

@@ -8,13 +8,12 @@ namespace orbel {
 
 namespace {
 
-constexpr long EVALUATIONS_PER_PROGRESS = 100;
-
-// A step next to nothing and an end that is never reached must not stall a frame. No stretch of the
-// driver is longer than two laps; a lap of a tiny outline may take a large parameter.
-constexpr long STAMPS_PER_WALK = 1L << 26;
+// No stretch within the ranges of the parameters is longer than two laps of its outline. An end
+// that is never reached must not stall a frame.
 constexpr double LAPS_PER_WALK = 4;
-constexpr double SPARE_PARAMETER = 20000;
+
+// Stamps that march on between two calls of `progress`; only very fine dynamic steps are that many.
+constexpr long STAMPS_PER_PROGRESS = 1000;
 
 class StrokeWalk {
 public:
@@ -34,8 +33,8 @@ public:
 
 private:
     int walk(OutlineChords* outline);
-    int findChord(ChordReader* chords, bool* found);
-    bool stampChord(const ChordReader& chords);
+    int stampChord(const ChordReader& chords, bool* advances);
+    int askOn(const ChordReader& chords);
     void place(double x, double y, double factor);
     void adjustStep(double x, double y, double factor);
     [[nodiscard]] double startFactor() const {
@@ -60,7 +59,7 @@ private:
     double m_step;           // current distance between stamps
     double m_distance = 0.0; // path distance of the chord's beginning
     double m_lastStamp = 0.0;
-    long m_marched = 0; // stamp distances passed, drawn or not
+    long m_unasked = 0; // stamp distances passed, drawn or not, since `progress` was asked
     bool m_dynamic;
 };
 
@@ -94,53 +93,47 @@ int StrokeWalk::walk(OutlineChords* outline) {
         m_step = m_stroke.taper.startThickness * m_stroke.step;
         m_step = m_step < 0.5 ? 0.5 : m_step;
     }
-    const double lastParameter = LAPS_PER_WALK * static_cast<double>(m_segments) + SPARE_PARAMETER;
-    for (bool found = true; found;) {
-        if (const int abort = findChord(&chords, &found); abort != 0) {
+    const double farthest = LAPS_PER_WALK * m_stroke.pathLength;
+    for (bool goesOn = true; goesOn;) {
+        const long before = chords.evaluations();
+        if (const int abort = nextChord(m_host, m_segments, &chords, &goesOn); abort != 0) {
             return abort;
         }
-        const double before = m_distance;
-        if (!found || !stampChord(chords)) {
+        if (!goesOn) {
             break;
         }
+        if (chords.evaluations() / EVALUATIONS_PER_PROGRESS > before / EVALUATIONS_PER_PROGRESS) {
+            m_unasked = 0;
+        }
+        if (const int abort = stampChord(chords, &goesOn); abort != 0) {
+            return abort;
+        }
+        const double begin = m_distance;
         m_distance += chords.length();
-        if (reachedEnd() || !(m_distance > before) || chords.parameter() > lastParameter) {
-            break;
-        }
+        goesOn = goesOn && !reachedEnd() && m_distance > begin && m_distance <= farthest;
     }
     capEnd();
     return 0;
 }
 
-// Goes on to the next chord and tells the host of every hundredth evaluation that this took, with
-// the parameter that had been reached then. The host's answer when it wants no more.
-int StrokeWalk::findChord(ChordReader* chords, bool* found) {
-    const double reached = chords->parameter();
-    const long before = chords->evaluations();
-    *found = chords->next();
-    const long after = chords->evaluations();
-    for (long told = before - before % EVALUATIONS_PER_PROGRESS + EVALUATIONS_PER_PROGRESS;
-         told <= after; told += EVALUATIONS_PER_PROGRESS) {
-        const double parameter = *found && told == after ? chords->parameter() : reached;
-        const int abort = m_host->progress(truncateTo<long>(900 * parameter), 1000 * m_segments);
-        if (abort != 0) {
-            return abort;
-        }
+// Where a chord has more stamps than evaluations to tell of, the host is asked all the same.
+int StrokeWalk::askOn(const ChordReader& chords) {
+    if (++m_unasked < STAMPS_PER_PROGRESS) {
+        return 0;
     }
-    return 0;
+    m_unasked = 0;
+    return m_host->progress(truncateTo<long>(900 * chords.parameter()), 1000 * m_segments);
 }
 
-// Places the stamps that fall on the accepted chord; false when the stamps no longer advance.
-bool StrokeWalk::stampChord(const ChordReader& chords) {
+// Places the stamps that fall on the accepted chord. `advances` is false when they no longer do.
+int StrokeWalk::stampChord(const ChordReader& chords, bool* advances) {
     const ChordReader::Point a = chords.begin();
     const ChordReader::Point b = chords.end();
     for (;;) {
         const double s = m_lastStamp + m_step;
-        if (!(s > m_lastStamp) || ++m_marched > STAMPS_PER_WALK) {
-            return false;
-        }
-        if (!(s > m_distance) || s > m_distance + chords.length()) {
-            return true;
+        *advances = s > m_lastStamp && m_step >= SMALLEST_DISTANCE;
+        if (!*advances || !(s > m_distance) || s > m_distance + chords.length()) {
+            return 0;
         }
         if (!(s < m_stroke.startDist) && !(s > m_stroke.endDist)) {
             const double along = s - m_distance;
@@ -152,7 +145,10 @@ bool StrokeWalk::stampChord(const ChordReader& chords) {
         }
         m_lastStamp = s;
         if (s >= m_stroke.endDist) {
-            return true;
+            return 0;
+        }
+        if (const int abort = askOn(chords); abort != 0) {
+            return abort;
         }
     }
 }
@@ -217,9 +213,10 @@ void StrokeWalk::capEnd() {
 
 } // namespace
 
-int walkStroke(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
-               const ProjectionSetup& projection, StampSink& sink, OutlineChords* chords) {
-    return StrokeWalk(host, effectRef, path, stroke, projection, sink, chords).run();
+int DrawBezierPathLin(PluginHost_API* host, StampSink& matte, void* const* effectRef, void* path,
+                      const BrushStroke& stroke, const ProjectionSetup& projection,
+                      OutlineChords* chords) {
+    return StrokeWalk(host, effectRef, path, stroke, projection, matte, chords).run();
 }
 
 } // namespace orbel

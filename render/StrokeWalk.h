@@ -42,11 +42,13 @@ protected:
     ~StampSink() = default;
 };
 
-/// Walks one outline and places its stamps. 0 when complete, otherwise the status of a failing path
-/// query or the abort code of `progress`; what was placed until then stays. `chords` are those of
-/// this outline when somebody has walked it already; with null it is walked anew. The stamps and
-/// the calls of `progress` are the same either way.
-int walkStroke(PluginHost_API* host, void* const* effectRef, void* path, const BrushStroke& stroke,
-               const ProjectionSetup& projection, StampSink& sink, OutlineChords* chords = nullptr);
+/// Draws one stretch of stroke along a checked-out outline: walks the outline and places its stamps
+/// on the matte. 0 when complete, otherwise the status of a failing path query or the abort code of
+/// `progress`; what was placed until then stays. `chords` are those of this outline when somebody
+/// has walked it already; with null it is walked anew. The stamps and the calls of `progress` are
+/// the same either way.
+int DrawBezierPathLin(PluginHost_API* host, StampSink& matte, void* const* effectRef, void* path,
+                      const BrushStroke& stroke, const ProjectionSetup& projection,
+                      OutlineChords* chords = nullptr);
 
 } // namespace orbel

@@ -3,8 +3,11 @@
 #include "params/ParameterTable.h"
 #include "scene/ParameterValues.h"
 #include "scene/PixelFormats.h"
+#include "scene/ShapeKeys.h"
 
 #include <nlohmann/json.hpp>
+
+#include <utility>
 
 namespace orbel {
 
@@ -62,8 +65,8 @@ std::string sceneText(const Scene& scene) {
     if (scene.frames) {
         text["frames"] = {scene.frames->first, scene.frames->last};
     }
-    if (scene.shape) {
-        text["shape"] = *scene.shape;
+    if (json shape = shapeKeys(scene); !shape.is_null()) {
+        text["shape"] = std::move(shape);
     }
     json parameters = json::object();
     for (const auto& [id, keys] : scene.parameters) {

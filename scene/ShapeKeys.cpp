@@ -15,6 +15,32 @@ namespace {
 
 using nlohmann::json;
 
+using Take = ImportOptions::Take;
+using Order = ImportOptions::Order;
+using Closed = ImportOptions::Closed;
+using Align = LetteringOptions::Align;
+
+template<typename Choice, std::size_t count>
+using Choices = std::array<std::pair<const char*, Choice>, count>;
+
+constexpr Choices<Take, 3> takes{
+    {{"strokes", Take::Strokes}, {"fills", Take::Fills}, {"both", Take::Both}}};
+constexpr Choices<Order, 2> orders{{{"paint", Order::Paint}, {"nearest", Order::Nearest}}};
+constexpr Choices<Closed, 3> closings{
+    {{"keep", Closed::Keep}, {"all", Closed::All}, {"none", Closed::None}}};
+constexpr Choices<Align, 3> alignments{
+    {{"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}};
+
+template<typename Choice, std::size_t count>
+const char* nameOf(Choice value, const Choices<Choice, count>& choices) {
+    for (const auto& [name, one] : choices) {
+        if (one == value) {
+            return name;
+        }
+    }
+    return "";
+}
+
 /// Reads the members of an object into fields, each with its own check; reports keys that no field
 /// has taken.
 class Members {
@@ -48,8 +74,7 @@ public:
     }
 
     template<typename Choice, std::size_t count>
-    void choice(const char* key, const std::array<std::pair<const char*, Choice>, count>& choices,
-                Choice* field) {
+    void choice(const char* key, const Choices<Choice, count>& choices, Choice* field) {
         const std::optional<std::string> name = text(key);
         if (!name) {
             return;
@@ -104,19 +129,11 @@ private:
 };
 
 ImportOptions readImport(const json& value, const Site& site) {
-    using Take = ImportOptions::Take;
-    using Order = ImportOptions::Order;
-    using Closed = ImportOptions::Closed;
     ImportOptions options;
     Members members(value, site);
-    members.choice<Take, 3>(
-        "take", {{{"strokes", Take::Strokes}, {"fills", Take::Fills}, {"both", Take::Both}}},
-        &options.take);
-    members.choice<Order, 2>("order", {{{"paint", Order::Paint}, {"nearest", Order::Nearest}}},
-                             &options.order);
-    members.choice<Closed, 3>(
-        "closed", {{{"keep", Closed::Keep}, {"all", Closed::All}, {"none", Closed::None}}},
-        &options.closed);
+    members.choice("take", takes, &options.take);
+    members.choice("order", orders, &options.order);
+    members.choice("closed", closings, &options.closed);
     members.number("smallest", 0, 100, &options.smallest);
     members.flag("pageRectangles", &options.pageRectangles);
     members.number("simplify", 0, 1e6, &options.simplify);
@@ -126,18 +143,25 @@ ImportOptions readImport(const json& value, const Site& site) {
 }
 
 LetteringOptions readLettering(Members* members) {
-    using Align = LetteringOptions::Align;
     LetteringOptions options;
     options.text = members->text("text").value_or("");
     options.font = members->text("font").value_or(options.font);
     members->flag("singleStroke", &options.singleStroke);
     options.hand = members->text("hand").value_or(options.hand);
     members->number("lineHeight", 0.1, 10, &options.lineHeight);
-    members->choice<Align, 3>(
-        "align", {{{"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}},
-        &options.align);
+    members->choice("align", alignments, &options.align);
     members->reportOthers();
     return options;
+}
+
+json importKeys(const ImportOptions& options) {
+    return {{"take", nameOf(options.take, takes)},
+            {"order", nameOf(options.order, orders)},
+            {"closed", nameOf(options.closed, closings)},
+            {"smallest", options.smallest},
+            {"pageRectangles", options.pageRectangles},
+            {"simplify", options.simplify},
+            {"seconds", options.seconds}};
 }
 
 void readFile(const std::string& name, const Site& site, const std::filesystem::path& folder,
@@ -177,6 +201,22 @@ void readShapeKeys(const json& value, const Site& site, const std::filesystem::p
         scene->import = readImport(*import, members.at("import"));
     }
     members.reportOthers();
+}
+
+json shapeKeys(const Scene& scene) {
+    if (scene.lettering) {
+        const LetteringOptions& lettering = *scene.lettering;
+        return {{"text", lettering.text},
+                {"font", lettering.font},
+                {"singleStroke", lettering.singleStroke},
+                {"hand", lettering.hand},
+                {"lineHeight", lettering.lineHeight},
+                {"align", nameOf(lettering.align, alignments)}};
+    }
+    if (scene.import && scene.shape) {
+        return {{"file", *scene.shape}, {"import", importKeys(*scene.import)}};
+    }
+    return scene.shape ? json(*scene.shape) : json();
 }
 
 } // namespace orbel

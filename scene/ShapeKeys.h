@@ -14,4 +14,7 @@ namespace orbel {
 void readShapeKeys(const nlohmann::json& value, const Site& site,
                    const std::filesystem::path& folder, Scene* scene);
 
+/// What `readShapeKeys` reads as the same shape; null for none.
+[[nodiscard]] nlohmann::json shapeKeys(const Scene& scene);
+
 } // namespace orbel

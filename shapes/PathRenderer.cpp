@@ -126,6 +126,9 @@ void path_renderer::remove_all() {
     m_current = {0.0, 0.0};
     m_lastControl = {0.0, 0.0};
     m_lastWasCurve = false;
+    m_lines = 0;
+    m_cubics = 0;
+    m_quadratics = 0;
     m_report->beginOutline();
 }
 
@@ -137,7 +140,7 @@ void path_renderer::parse_path(path_tokenizer& tokenizer) {
         const int count = argumentCount(command);
         if (count < 0) {
             m_report->add(SvgIssue::InvalidCommand, letter);
-            return;
+            break;
         }
         reportOddities(command, tokenizer.commandRead());
         std::array<double, 6> arguments{tokenizer.last_number()};
@@ -146,6 +149,7 @@ void path_renderer::parse_path(path_tokenizer& tokenizer) {
         }
         draw(command, relative, arguments);
     }
+    reportForm();
 }
 
 void path_renderer::draw(char command, bool relative, const std::array<double, 6>& arguments) {
@@ -209,9 +213,44 @@ void path_renderer::reportOddities(char command, bool commandRead) {
     if (command == 'M' && !commandRead) {
         m_report->add(SvgIssue::RepeatedMove, command);
     }
+    countSegment(command);
     const bool secondMove = command == 'M' && !m_outline.vertices.empty();
     if (secondMove || (!m_outline.isOpen && command != 'Z')) {
         m_report->add(SvgIssue::SeveralSubpaths, secondMove ? 'M' : 'Z');
+    }
+}
+
+void path_renderer::countSegment(char command) {
+    switch (command) {
+    case 'L':
+    case 'H':
+    case 'V':
+        ++m_lines;
+        break;
+    case 'C':
+    case 'S':
+        ++m_cubics;
+        break;
+    case 'Q':
+    case 'T':
+        ++m_quadratics;
+        m_report->add(SvgIssue::Quadratic, command);
+        break;
+    default:
+        break;
+    }
+}
+
+void path_renderer::reportForm() {
+    if (!m_report->wanted() || m_quadratics > 0) {
+        return;
+    }
+    if (m_lines > 0 && m_cubics > 0) {
+        m_report->add(SvgIssue::MixedCommands);
+    } else if (m_cubics == 1) {
+        m_report->add(SvgIssue::LoneCubic);
+    } else if (m_lines > 1) {
+        m_report->add(m_outline.isOpen ? SvgIssue::LastLineLost : SvgIssue::BentClosing);
     }
 }
 

@@ -78,12 +78,18 @@ private:
     bool takePart();
     void append(Point in, Point anchor, Point out);
     void draw(char command, bool relative, const std::array<double, 6>& arguments);
+    void countSegment(char command);
+    /// What becomes of the path as a whole, once it is read.
+    void reportForm();
     void reportOddities(char command, bool commandRead);
 
     PluginPath_Impl* m_target = nullptr;
     PluginPath_Impl::Vx_PathOutline m_outline;
     Point m_current{0.0, 0.0};
     Point m_lastControl{0.0, 0.0}; // second control point of the last cubic
+    std::size_t m_lines = 0;       // and the others: of this outline, counted for the report alone
+    std::size_t m_cubics = 0;
+    std::size_t m_quadratics = 0;
     bool m_lastWasCurve = false;
     std::size_t m_parts = 0;
     SvgReport* m_report;

@@ -86,6 +86,19 @@ void path_tokenizer::readNumber() {
     }
     *end = '\0';
     m_lastNumber = parseNumber(text);
+    if (m_report->wanted()) {
+        reportNumber({text, static_cast<std::size_t>(end - text)});
+    }
+}
+
+/// Numbers that are right elsewhere and something else here.
+void path_tokenizer::reportNumber(std::string_view text) {
+    if (text.find('.') != text.rfind('.')) {
+        m_report->add(SvgIssue::TwoPoints, text);
+    } else if (!text.empty() && (text.back() == 'e' || text.back() == 'E') &&
+               (*m_position == '-' || *m_position == '+')) {
+        m_report->add(SvgIssue::Exponent, std::string(text) + *m_position + "...");
+    }
 }
 
 } // namespace orbel

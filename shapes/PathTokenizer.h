@@ -3,6 +3,7 @@
 #include "shapes/SvgReport.h"
 
 #include <bitset>
+#include <string_view>
 
 namespace orbel {
 
@@ -33,6 +34,7 @@ private:
     static bool contains(const CharacterMask& mask, char character);
     bool skipToToken();
     void readNumber();
+    void reportNumber(std::string_view text);
 
     CharacterMask m_commands;
     CharacterMask m_numerics;

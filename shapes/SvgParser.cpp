@@ -178,12 +178,17 @@ void svg_parser::drawElement(std::string_view name, XmlAttributes attributes) {
     } else if (name == "rect") {
         parse_rect(attributes);
     } else if (name == "circle") {
+        m_report.add(SvgIssue::Oval, name);
         parse_circle(attributes);
     } else if (name == "ellipse") {
+        m_report.add(SvgIssue::Oval, name);
         parse_ellipse(attributes);
     } else if (name == "line") {
         parse_line(attributes);
     } else if (name == "polyline" || name == "polygon") {
+        if (name == "polyline") {
+            m_report.add(SvgIssue::ClosedPolyline);
+        }
         parse_poly(attributes, true); // a polyline is closed too: this is meant
     } else if (std::count(std::begin(silentElements), std::end(silentElements), name) == 0) {
         m_report.add(SvgIssue::UnknownElement, name);
@@ -214,6 +219,7 @@ void svg_parser::parse_rect(XmlAttributes attributes) {
     double width = 0.0;
     double height = 0.0;
     readNumbers(attributes, {{"x", &x}, {"y", &y}, {"width", &width}, {"height", &height}});
+    reportCorners(attributes);
     m_path.begin_path();
     if (width != 0.0 && height != 0.0) {
         m_path.move_to(x, y, false);
@@ -310,8 +316,27 @@ void svg_parser::readNumbers(XmlAttributes attributes, NamedNumbers numbers) {
         for (const auto& [known, number] : numbers) {
             if (name == known) {
                 *number = parseNumber(attributes[1]);
+                reportUnit(attributes[1]);
             }
         }
+    }
+}
+
+void svg_parser::reportCorners(XmlAttributes attributes) {
+    for (; m_report.wanted() && *attributes != nullptr; attributes += 2) {
+        const std::string_view name = attributes[0];
+        if ((name == "rx" || name == "ry") && parseNumber(attributes[1]) != 0.0) {
+            m_report.add(SvgIssue::RoundedCorners, name);
+            return;
+        }
+    }
+}
+
+void svg_parser::reportUnit(std::string_view value) {
+    value = trimmed(value);
+    if (m_report.wanted() && !value.empty() && !value.ends_with("px") &&
+        value.find_last_not_of("0123456789.eE+-") == value.size() - 1) {
+        m_report.add(SvgIssue::Unit, value.substr(0, 32));
     }
 }
 

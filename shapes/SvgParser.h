@@ -75,6 +75,8 @@ private:
 
     using NamedNumbers = std::initializer_list<std::pair<std::string_view, double*>>;
     void readNumbers(XmlAttributes attributes, NamedNumbers numbers);
+    void reportCorners(XmlAttributes attributes);
+    void reportUnit(std::string_view value);
     bool parse_attr(std::string_view name, const char* value);
     bool parse_presentation(std::string_view name, const char* value);
     void parse_style(std::string_view style);

@@ -22,6 +22,17 @@ enum class SvgIssue {
     InvalidCommand,   ///< the rest of this path data is skipped
     MissingParameter, ///< a number that is not there and reads as 0
     FileTooLarge,     ///< not read at all
+    Oval,             ///< a circle or ellipse that comes out smaller and flatter
+    RoundedCorners,   ///< of a rectangle, left out
+    ClosedPolyline,   ///< open as it is written
+    Unit,             ///< of a length, left out
+    Quadratic,        ///< its control point becomes a corner
+    MixedCommands,    ///< lines and cubics in one path: controls are stale
+    LoneCubic,        ///< a path of one cubic becomes a line
+    LastLineLost,     ///< of an open path of lines
+    BentClosing,      ///< the way back of a closed path of lines
+    Exponent,         ///< with a sign: two numbers
+    TwoPoints,        ///< in one number: its rest is lost
 };
 
 struct SvgNotice {

@@ -2,8 +2,8 @@
 
 #include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "pixel/Acceleration.h"
-#include "render/BandRenderImpl.h"
-#include "render/StampBatch.h"
+#include "render/BandTarget.h"
+#include "render/StrokeSample.h"
 
 #include <cstring>
 #include <stdexcept>
@@ -74,7 +74,7 @@ public:
         const StrokeFrame frame(&host);
         frame.installShape(host.getOutputRaster());
         LayerOfStamps layer(m_layer.info(), m_level);
-        StampingSpanRenderer renderer(&host, m_layer.info().width, m_layer.info().height, layer);
+        StampingSpanRenderer renderer(&host, layer, m_layer.info().width, m_layer.info().height);
         FrameChords chords(&host);
         if (drawSample(frame, frame.args, frame.currentTime, renderer, &chords) != 0) {
             throw std::runtime_error("a stroke failed");

@@ -147,7 +147,8 @@ int main(int argc, char** argv) try {
     addNames(program, "--size", choice.sizes, names(SIZES), "Sizes of the picture");
     addNames(program, "--stroke", choice.strokes, names(KINDS),
              "Radius; soft is fully feathered, blur averages eight samples");
-    program.add_option("--level", choice.levels, "Levels of acceleration; 0 is the scalar law")
+    program
+        .add_option("--level", choice.levels, "Levels of acceleration; 0 is the scalar reference")
         ->delimiter(',')
         ->check(CLI::Range(0, bestAccelerationLevel()))
         ->capture_default_str();

@@ -1,5 +1,5 @@
-// Combining two rows on vectors; `BlendLawImpl.h` is the law. All lanes go through all steps, and
-// selections take what the law's branches would have given.
+// Combining two rows on vectors; `BlendReferenceImpl.h` is the reference implementation. All lanes
+// go through all steps, and selections take what its branches would have given.
 
 #if defined(ORBEL_BLEND_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_BLEND_INL_H
@@ -8,7 +8,7 @@
 #define ORBEL_BLEND_INL_H
 #endif
 
-#include "pixel/RowLaw.h"
+#include "pixel/RowReference.h"
 #include "pixel/kernels/BlockWalk-inl.h"
 #include "pixel/kernels/Colour-inl.h"
 #include "pixel/kernels/Modes-inl.h"
@@ -24,18 +24,18 @@ template<class A>
 struct Alphas {
     VectorIn<A> s;
     VectorIn<A> d;
-    VectorIn<A> united;
+    VectorIn<A> unionAlpha;
 
     HWY_INLINE Alphas(VectorIn<A> front, VectorIn<A> behind, float opacity1, float opacity2)
         : s(A::layerAlpha(front, opacity1)),
           d(A::layerAlpha(behind, opacity2)),
-          united(hn::Sub(hn::Add(s, d), A::multiply(s, d))) {}
+          unionAlpha(hn::Sub(hn::Add(s, d), A::multiply(s, d))) {}
 };
 
 /// A colour without the negative components that float formats may hold, and an alpha.
 template<class A>
 HWY_INLINE Pixels<A> withAlpha(const Pixels<A>& p, VectorIn<A> alpha) {
-    if constexpr (A::whole) {
+    if constexpr (A::isInteger) {
         return {p.r, p.g, p.b, alpha};
     } else {
         const auto zero = hn::Zero(A::tag);
@@ -47,7 +47,7 @@ HWY_INLINE Pixels<A> withAlpha(const Pixels<A>& p, VectorIn<A> alpha) {
 
 /// What storing a pixel and loading it again makes of it.
 template<class A>
-HWY_INLINE VectorIn<A> stored(VectorIn<A> v) {
+HWY_INLINE VectorIn<A> clamped(VectorIn<A> v) {
     return A::quantise(A::clampOverflow(A::clampUnderflow(v)));
 }
 
@@ -77,42 +77,42 @@ HWY_INLINE Pixels<A> weightedSum(const Pixels<A>& first, VectorIn<A> weight1,
 }
 
 template<class A>
-HWY_INLINE VectorIn<A> weighted(VectorIn<A> colour, VectorIn<A> alpha) {
+HWY_INLINE VectorIn<A> premultipliedChannel(VectorIn<A> colour, VectorIn<A> alpha) {
     return hn::IfThenElse(hn::Eq(alpha, A::maximum()), colour, A::multiply(colour, alpha));
 }
 
-template<class A, bool limits>
+template<class A, bool clamps>
 HWY_INLINE FloatV unit(VectorIn<A> component) {
     const FloatV value = A::toUnit(component);
-    if constexpr (!A::whole && limits) {
+    if constexpr (!A::isInteger && clamps) {
         return hn::IfThenElse(hn::Gt(value, single(1.0F)), single(1.0F), value);
     } else {
         return value;
     }
 }
 
-template<class A, bool limits>
+template<class A, bool clamps>
 HWY_INLINE Triple hslOfPixels(const Pixels<A>& p) {
-    return hslOf({unit<A, limits>(p.r), unit<A, limits>(p.g), unit<A, limits>(p.b)});
+    return hslOf({unit<A, clamps>(p.r), unit<A, clamps>(p.g), unit<A, clamps>(p.b)});
 }
 
 /// The colour that the mode makes of two.
 template<class A, class Mode>
-HWY_INLINE Pixels<A> blended(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A> united) {
-    if constexpr (Mode::kind == ModeKind::CHANNEL) {
+HWY_INLINE Pixels<A> blended(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A> unionAlpha) {
+    if constexpr (Mode::kind == ModeKind::SEPARABLE) {
         return {Mode::template channel<A>(s.r, d.r), Mode::template channel<A>(s.g, d.g),
                 Mode::template channel<A>(s.b, d.b), s.a};
-    } else if constexpr (Mode::kind == ModeKind::FINISHING) {
-        const auto alpha = A::clampOverflow(united);
+    } else if constexpr (Mode::kind == ModeKind::COMPOSITING) {
+        const auto alpha = A::clampOverflow(unionAlpha);
         const typename A::Divider divided(alpha);
         const auto channel = [&](VectorIn<A> sc, VectorIn<A> dc) HWY_ATTR {
-            return divided(
-                Mode::template joined<A>(weighted<A>(sc, s.a), weighted<A>(dc, d.a), alpha));
+            return divided(Mode::template mixPremultiplied<A>(
+                premultipliedChannel<A>(sc, s.a), premultipliedChannel<A>(dc, d.a), alpha));
         };
         return {channel(s.r, d.r), channel(s.g, d.g), channel(s.b, d.b), s.a};
     } else {
         const Triple hsl =
-            Mode::mix(hslOfPixels<A, Mode::limitsFloat>(s), hslOfPixels<A, Mode::limitsFloat>(d));
+            Mode::mix(hslOfPixels<A, Mode::clampsFloat>(s), hslOfPixels<A, Mode::clampsFloat>(d));
         const Triple rgb = rgbOf(hsl.x, hsl.y, hsl.z);
         return {A::fromUnit(rgb.x), A::fromUnit(rgb.y), A::fromUnit(rgb.z), s.a};
     }
@@ -120,29 +120,30 @@ HWY_INLINE Pixels<A> blended(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A>
 
 /// Pixels whose front is not transparent.
 template<class A, class Mode>
-HWY_INLINE Pixels<A> composed(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A> united) {
+HWY_INLINE Pixels<A> composed(const Pixels<A>& s, const Pixels<A>& d, VectorIn<A> unionAlpha) {
     const auto zero = hn::Zero(A::tag);
-    Pixels<A> c = blended<A, Mode>(s, d, united);
-    if constexpr (Mode::kind != ModeKind::FINISHING) {
-        const auto sheer = hn::Lt(d.a, A::maximum());
-        if (!hn::AllFalse(A::tag, sheer)) {
-            const auto rest = hn::Sub(A::maximum(), d.a);
-            c = select<A>(sheer, weightedSum<A, Mode::large>(c, d.a, s, rest), c);
+    Pixels<A> c = blended<A, Mode>(s, d, unionAlpha);
+    if constexpr (Mode::kind != ModeKind::COMPOSITING) {
+        const auto translucent = hn::Lt(d.a, A::maximum());
+        if (!hn::AllFalse(A::tag, translucent)) {
+            const auto inverse = hn::Sub(A::maximum(), d.a);
+            c = select<A>(translucent, weightedSum<A, Mode::large>(c, d.a, s, inverse), c);
         }
     }
     c = select<A>(hn::Gt(d.a, zero), c, s);
-    if constexpr (Mode::kind == ModeKind::FINISHING) {
-        c.a = united;
+    if constexpr (Mode::kind == ModeKind::COMPOSITING) {
+        c.a = unionAlpha;
         return c;
     }
-    const auto closed = hn::Or(hn::Eq(s.a, A::maximum()), hn::Eq(d.a, zero));
-    if (hn::AllTrue(A::tag, closed)) {
+    const auto needsNoOver = hn::Or(hn::Eq(s.a, A::maximum()), hn::Eq(d.a, zero));
+    if (hn::AllTrue(A::tag, needsNoOver)) {
         return c;
     }
     const auto k = A::multiply(hn::Sub(A::maximum(), s.a), d.a);
     const Pixels<A> mixed = weightedSum<A, Mode::large>(c, s.a, d, k);
     const typename A::Divider divided(hn::Add(s.a, k));
-    return select<A>(closed, c, {divided(mixed.r), divided(mixed.g), divided(mixed.b), united});
+    return select<A>(needsNoOver, c,
+                     {divided(mixed.r), divided(mixed.g), divided(mixed.b), unionAlpha});
 }
 
 /// `Blend`, up to and including the way back into the format.
@@ -151,13 +152,13 @@ HWY_INLINE Pixels<A> combined(const Pixels<A>& front, const Pixels<A>& behind, f
                               float opacity2) {
     const Alphas<A> alphas(front.a, behind.a, opacity1, opacity2);
     const auto clear = hn::Eq(alphas.s, hn::Zero(A::tag));
-    Pixels<A> c{behind.r, behind.g, behind.b, alphas.united};
+    Pixels<A> c{behind.r, behind.g, behind.b, alphas.unionAlpha};
     if (!hn::AllTrue(A::tag, clear)) {
         const Pixels<A> p = composed<A, Mode>(withAlpha(front, alphas.s),
-                                              withAlpha(behind, alphas.d), alphas.united);
-        c = select<A>(clear, c, {stored<A>(p.r), stored<A>(p.g), stored<A>(p.b), p.a});
+                                              withAlpha(behind, alphas.d), alphas.unionAlpha);
+        c = select<A>(clear, c, {clamped<A>(p.r), clamped<A>(p.g), clamped<A>(p.b), p.a});
     }
-    c.a = stored<A>(c.a);
+    c.a = clamped<A>(c.a);
     return c;
 }
 
@@ -174,8 +175,8 @@ HWY_INLINE Pixels<A> combinedBehind(const Pixels<A>& back, const Pixels<A>& fron
     const typename A::Divider divided(hn::Add(k, s.a));
     c = select<A>(hn::Eq(s.a, A::maximum()), c,
                   {divided(mixed.r), divided(mixed.g), divided(mixed.b), s.a});
-    const auto alpha = stored<A>(alphas.united);
-    c = {stored<A>(c.r), stored<A>(c.g), stored<A>(c.b), alpha};
+    const auto alpha = clamped<A>(alphas.unionAlpha);
+    c = {clamped<A>(c.r), clamped<A>(c.g), clamped<A>(c.b), alpha};
     const Pixels<A> untouched{back.r, back.g, back.b, alpha};
     c = select<A>(hn::Eq(d.a, hn::Zero(A::tag)), untouched, c);
     return select<A>(hn::Eq(d.a, A::maximum()), front, c);

@@ -20,9 +20,9 @@ namespace orbel::HWY_NAMESPACE {
 
 /// A block of its own for what is left of a row, filled up with zeros.
 template<typename T>
-class Rest {
+class Tail {
 public:
-    HWY_INLINE Rest(const T* row, int pixels)
+    HWY_INLINE Tail(const T* row, int pixels)
         : m_bytes(static_cast<std::size_t>(pixels) * componentsPerPixel * sizeof(T)) {
         std::memset(m_block, 0, sizeof(m_block));
         std::memcpy(m_block, row, m_bytes);
@@ -51,9 +51,9 @@ HWY_INLINE void forEachBlock(const Kernel& kernel, T* row, int pixels) {
         row += componentsPerPixel * PIXELS_AT_ONCE;
     }
     if (pixels > 0) {
-        Rest<T> rest(row, pixels);
-        kernel(rest.block());
-        rest.copyTo(row);
+        Tail<T> tail(row, pixels);
+        kernel(tail.block());
+        tail.copyTo(row);
     }
 }
 
@@ -66,11 +66,11 @@ HWY_INLINE void forEachBlock(const Kernel& kernel, T* a, T* b, int pixels) {
         b += componentsPerPixel * PIXELS_AT_ONCE;
     }
     if (pixels > 0) {
-        Rest<T> restA(a, pixels);
-        Rest<T> restB(b, pixels);
-        kernel(restA.block(), restB.block());
-        restA.copyTo(a);
-        restB.copyTo(b);
+        Tail<T> tailA(a, pixels);
+        Tail<T> tailB(b, pixels);
+        kernel(tailA.block(), tailB.block());
+        tailA.copyTo(a);
+        tailB.copyTo(b);
     }
 }
 
@@ -84,10 +84,10 @@ HWY_INLINE void forEachBlock(const Kernel& kernel, const T* a, const T* b, T* ou
         out += componentsPerPixel * PIXELS_AT_ONCE;
     }
     if (pixels > 0) {
-        Rest<T> restA(a, pixels);
-        Rest<T> restB(b, pixels);
-        kernel(restA.block(), restB.block(), restA.block());
-        restA.copyTo(out);
+        Tail<T> tailA(a, pixels);
+        Tail<T> tailB(b, pixels);
+        kernel(tailA.block(), tailB.block(), tailA.block());
+        tailA.copyTo(out);
     }
 }
 

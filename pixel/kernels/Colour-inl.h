@@ -1,4 +1,5 @@
-// The passes over colour and alpha on vectors; `ColourLawImpl.h` is the law.
+// The passes over colour and alpha on vectors; `ColourReferenceImpl.h` is the reference
+// implementation.
 
 #if defined(ORBEL_COLOUR_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_COLOUR_INL_H
@@ -7,7 +8,7 @@
 #define ORBEL_COLOUR_INL_H
 #endif
 
-#include "pixel/RowLaw.h"
+#include "pixel/RowReference.h"
 #include "pixel/kernels/BlockWalk-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -76,12 +77,12 @@ struct PremultBlock {
     HWY_INLINE void operator()(typename P::Component* block) const {
         if constexpr (P::is32Bit()) {
             FloatV v[4];
-            Vector32::loadAnyhow(block, v);
+            Vector32::loadAnyOrder(block, v);
             for (FloatV& pixels : v) {
                 const FloatV product = hn::Mul(pixels, hn::Broadcast<P::FORMAT::alpha>(pixels));
                 pixels = hn::IfThenElse(alphaLanes<P>(), pixels, product);
             }
-            Vector32::storeAnyhow(block, v);
+            Vector32::storeAnyOrder(block, v);
         } else {
             storePixels<P>(block, premultiplied(loadPixels<P>(block)));
         }
@@ -96,12 +97,12 @@ struct MultiplyAlphaBlock {
         using A = VectorOf<P>;
         if constexpr (P::is32Bit()) {
             FloatV v[4];
-            A::loadAnyhow(block, v);
+            A::loadAnyOrder(block, v);
             for (FloatV& pixels : v) {
                 const FloatV product = hn::Mul(pixels, A::constant(factor));
                 pixels = hn::IfThenElse(alphaLanes<P>(), product, pixels);
             }
-            A::storeAnyhow(block, v);
+            A::storeAnyOrder(block, v);
         } else {
             PixelsOf<P> p = loadPixels<P>(block);
             p.a = A::quantise(A::multiply(p.a, A::constant(factor)));
@@ -120,13 +121,13 @@ struct CrossFadeBlock {
         using A = VectorOf<P>;
         typename A::V a[4];
         typename A::V b[4];
-        A::loadAnyhow(from, a);
-        A::loadAnyhow(to, b);
+        A::loadAnyOrder(from, a);
+        A::loadAnyOrder(to, b);
         for (int i = 0; i < 4; ++i) {
             b[i] = A::fromSingle(
                 hn::Add(hn::Mul(A::toSingle(a[i]), amount), hn::Mul(A::toSingle(b[i]), rest)));
         }
-        A::storeAnyhow(out, b);
+        A::storeAnyOrder(out, b);
     }
 };
 
@@ -167,7 +168,7 @@ struct ColourKernels {
 
     static void multiplyAlpha(T* row, int pixels, float amount) {
         if (!isOrdinary<P>(amount)) {
-            rowLaw<P>().multiplyAlpha(row, pixels, amount);
+            rowReference<P>().multiplyAlpha(row, pixels, amount);
             return;
         }
         forEachBlock(MultiplyAlphaBlock<P>{P::fromFloat(amount)}, row, pixels);
@@ -175,7 +176,7 @@ struct ColourKernels {
 
     static void blendImages(const T* from, T* to, std::ptrdiff_t components, float amount) {
         if (!isOrdinary<P>(amount)) {
-            rowLaw<P>().blendImages(from, to, components, amount);
+            rowReference<P>().blendImages(from, to, components, amount);
             return;
         }
         const CrossFadeBlock<P> kernel{hn::Set(Floats(), amount), hn::Set(Floats(), 1.0F - amount)};
@@ -188,7 +189,7 @@ struct ColourKernels {
             to += now;
             components -= now;
         }
-        rowLaw<P>().blendImages(from, to, rest, amount);
+        rowReference<P>().blendImages(from, to, rest, amount);
     }
 
     static void enter(RowKernels<P>& table) {

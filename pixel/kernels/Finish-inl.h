@@ -15,7 +15,7 @@ namespace orbel::HWY_NAMESPACE {
 
 /// The finish of pixels that the layer leaves alone.
 template<typename P>
-struct UntouchedBlock {
+struct TransparentBlock {
     using T = typename P::Component;
 
     HWY_INLINE void operator()(T* input, T* layer) const {
@@ -28,7 +28,7 @@ struct UntouchedBlock {
         const PixelsOf<P> p = unPremultiplied(loadPixels<P>(input));
         const PixelsOf<P> finished = premultiplied(p);
         storePixels<P>(input, finished);
-        if constexpr (A::whole) {
+        if constexpr (A::isInteger) {
             storePixels<P>(layer, finished);
         } else {
             // An infinite alpha becomes NaN in the layer.
@@ -73,7 +73,7 @@ struct FinishBlock {
         using A = VectorOf<P>;
         const PixelsOf<P> front = loadPixels<P>(layer);
         if (hn::AllTrue(A::tag, hn::Eq(front.a, hn::Zero(A::tag)))) {
-            UntouchedBlock<P>()(input, layer);
+            TransparentBlock<P>()(input, layer);
             return;
         }
         PixelsOf<P> behind = loadPixels<P>(input);
@@ -125,7 +125,7 @@ struct BehindBlock {
     }
 };
 
-/// Opacities that leave components out of range are the law's own affair.
+/// Opacities that leave components out of range are left to the reference.
 template<typename P, int code, class Block>
 struct CompositeKernel {
     using T = typename P::Component;
@@ -135,7 +135,7 @@ struct CompositeKernel {
         if (isOrdinary<P>(opacity1) && isOrdinary<P>(opacity2)) {
             forEachBlock<T>(Block{opacity1, opacity2}, front, behind, out, pixels);
         } else {
-            rowLaw<P>().composite[code](front, behind, out, pixels, opacity1, opacity2);
+            rowReference<P>().composite[code](front, behind, out, pixels, opacity1, opacity2);
         }
     }
 };
@@ -167,8 +167,8 @@ template<typename P>
 struct FinishKernels {
     using T = typename P::Component;
 
-    static void finishUntouched(T* input, T* layer, int pixels) {
-        constexpr UntouchedBlock<P> kernel;
+    static void finishTransparent(T* input, T* layer, int pixels) {
+        constexpr TransparentBlock<P> kernel;
         for (; pixels >= PIXELS_AT_ONCE; pixels -= PIXELS_AT_ONCE) {
             fetchAhead(layer);
             kernel(input, layer);
@@ -187,7 +187,7 @@ struct FinishKernels {
         if (isFraction(opacity)) {
             forEachBlock(FinishBlock<P, InFront>{opacity}, input, layer, pixels);
         } else {
-            rowLaw<P>().finish[TRANSFER_IN_FRONT](input, layer, pixels, opacity);
+            rowReference<P>().finish[TRANSFER_IN_FRONT](input, layer, pixels, opacity);
         }
     }
 };
@@ -196,7 +196,7 @@ template<typename P>
 void enterColours(RowKernels<P>& table) {
     ColourKernels<P>::enter(table);
     table.hslModulate = &hslModulate<P>;
-    table.finishUntouched = &FinishKernels<P>::finishUntouched;
+    table.finishTransparent = &FinishKernels<P>::finishTransparent;
 }
 
 /// Any code of a mode: they all do the same.
@@ -225,7 +225,7 @@ void enterComposite(RowKernels<P>& table) {
 template<typename P, TransferMode mode, class Mode>
 void enterMode(RowKernels<P>& table) {
     enterComposite<P, mode, CompositeBlock<P, Mode>>(table);
-    if constexpr (P::is32Bit() && Mode::kind != ModeKind::HSL) {
+    if constexpr (P::is32Bit() && Mode::kind != ModeKind::NON_SEPARABLE) {
         constexpr int code = codeOf(mode);
         enter(table, mode, table.composite[code], &FinishKernels<P>::template finishJointly<Mode>);
     }

@@ -1,5 +1,5 @@
-// Hue, saturation and lightness on vectors; `ColourConversion.cpp` is the law. Every operation is
-// made in its order; branches become selections, also where NaN goes.
+// Hue, saturation and lightness on vectors; `ColourConversion.cpp` is the reference implementation.
+// Every operation is made in its order; branches become selections, also where NaN goes.
 
 #if defined(ORBEL_HUE_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_HUE_INL_H

@@ -1,7 +1,7 @@
-// The transfer modes on vectors; `TransferFunctors.h` is the law and says what they mean. A mode
-// gives `channel(s, d)` for each component alone, `joined(s, d, alpha)` for premultiplied
-// components of a mode that finishes its pixels itself, or `mix(front, behind)` for hue, saturation
-// and lightness.
+// The transfer modes on vectors; `TransferFunctors.h` is the reference and says what they mean. A
+// mode gives `channel(s, d)` for each component alone, `mixPremultiplied(s, d, alpha)` for
+// premultiplied components of a mode that finishes its pixels itself, or `mix(front, behind)` for
+// hue, saturation and lightness.
 
 #if defined(ORBEL_MODES_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_MODES_INL_H
@@ -15,40 +15,40 @@
 HWY_BEFORE_NAMESPACE();
 namespace orbel::HWY_NAMESPACE {
 
-enum class ModeKind { CHANNEL, FINISHING, HSL };
+enum class ModeKind { SEPARABLE, COMPOSITING, NON_SEPARABLE };
 
-struct ChannelMode {
-    static constexpr ModeKind kind = ModeKind::CHANNEL;
+struct SeparableMode {
+    static constexpr ModeKind kind = ModeKind::SEPARABLE;
     /// Whether 8-bit components may come out so large that products with them need more care.
     static constexpr bool large = false;
 };
-struct FinishingMode {
-    static constexpr ModeKind kind = ModeKind::FINISHING;
+struct CompositingMode {
+    static constexpr ModeKind kind = ModeKind::COMPOSITING;
     static constexpr bool large = false;
 };
-struct HslMode {
-    static constexpr ModeKind kind = ModeKind::HSL;
+struct NonSeparableMode {
+    static constexpr ModeKind kind = ModeKind::NON_SEPARABLE;
     static constexpr bool large = false;
 };
 
 template<class A>
 using VectorIn = typename A::V;
 
-struct InFront : ChannelMode {
+struct InFront : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A>) {
         return s;
     }
 };
 
-struct Multiply : ChannelMode {
+struct Multiply : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         return A::multiply(d, s);
     }
 };
 
-struct Screen : ChannelMode {
+struct Screen : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         return hn::Sub(A::maximum(),
@@ -56,7 +56,7 @@ struct Screen : ChannelMode {
     }
 };
 
-struct Overlay : ChannelMode {
+struct Overlay : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         const auto low = A::multiply(hn::Add(d, d), s);
@@ -66,18 +66,18 @@ struct Overlay : ChannelMode {
     }
 };
 
-struct HardLight : ChannelMode {
+struct HardLight : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         const auto low = A::multiply(hn::Add(s, s), d);
-        const auto rest = hn::Sub(A::maximum(), s);
+        const auto inverse = hn::Sub(A::maximum(), s);
         const auto high =
-            hn::Sub(A::maximum(), A::multiply(hn::Sub(A::maximum(), d), hn::Add(rest, rest)));
+            hn::Sub(A::maximum(), A::multiply(hn::Sub(A::maximum(), d), hn::Add(inverse, inverse)));
         return hn::IfThenElse(hn::Lt(s, A::half()), low, high);
     }
 };
 
-struct SoftLight : ChannelMode {
+struct SoftLight : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         const auto bend = hn::Sub(A::multiply(d, d), d);
@@ -85,21 +85,21 @@ struct SoftLight : ChannelMode {
     }
 };
 
-struct Darken : ChannelMode {
+struct Darken : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         return hn::IfThenElse(hn::Lt(d, s), d, s);
     }
 };
 
-struct Lighten : ChannelMode {
+struct Lighten : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         return hn::IfThenElse(hn::Lt(s, d), d, s);
     }
 };
 
-struct ColourDodge : ChannelMode {
+struct ColourDodge : SeparableMode {
     static constexpr bool large = true;
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
@@ -108,7 +108,7 @@ struct ColourDodge : ChannelMode {
     }
 };
 
-struct ColourBurn : ChannelMode {
+struct ColourBurn : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         const auto quotient = A::divide(hn::Sub(A::maximum(), d), s);
@@ -117,52 +117,53 @@ struct ColourBurn : ChannelMode {
     }
 };
 
-struct Exclusion : ChannelMode {
+struct Exclusion : SeparableMode {
     template<class A>
     static HWY_INLINE VectorIn<A> channel(VectorIn<A> s, VectorIn<A> d) {
         return hn::Add(d, A::multiply(hn::Sub(A::maximum(), hn::Add(d, d)), s));
     }
 };
 
-struct Plus : FinishingMode {
+struct Plus : CompositingMode {
     template<class A>
-    static HWY_INLINE VectorIn<A> joined(VectorIn<A> s, VectorIn<A> d, VectorIn<A> alpha) {
+    static HWY_INLINE VectorIn<A> mixPremultiplied(VectorIn<A> s, VectorIn<A> d,
+                                                   VectorIn<A> alpha) {
         const auto sum = hn::Add(s, d);
-        return A::whole ? hn::IfThenElse(hn::Lt(alpha, sum), alpha, sum) : sum;
+        return A::isInteger ? hn::IfThenElse(hn::Lt(alpha, sum), alpha, sum) : sum;
     }
 };
 
-struct Difference : FinishingMode {
+struct Difference : CompositingMode {
     template<class A>
-    static HWY_INLINE VectorIn<A> joined(VectorIn<A> s, VectorIn<A> d, VectorIn<A>) {
+    static HWY_INLINE VectorIn<A> mixPremultiplied(VectorIn<A> s, VectorIn<A> d, VectorIn<A>) {
         const auto difference = hn::Sub(d, s);
         return hn::IfThenElse(hn::Lt(difference, hn::Zero(A::tag)), hn::Sub(s, d), difference);
     }
 };
 
-struct Hue : HslMode {
-    static constexpr bool limitsFloat = false;
+struct Hue : NonSeparableMode {
+    static constexpr bool clampsFloat = false;
     static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
         return {front.x, behind.y, behind.z};
     }
 };
 
-struct Saturation : HslMode {
-    static constexpr bool limitsFloat = true;
+struct Saturation : NonSeparableMode {
+    static constexpr bool clampsFloat = true;
     static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
         return {behind.x, front.y, behind.z};
     }
 };
 
-struct Colour : HslMode {
-    static constexpr bool limitsFloat = true;
+struct Colour : NonSeparableMode {
+    static constexpr bool clampsFloat = true;
     static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
         return {front.x, front.y, behind.z};
     }
 };
 
-struct Luma : HslMode {
-    static constexpr bool limitsFloat = false;
+struct Luma : NonSeparableMode {
+    static constexpr bool clampsFloat = false;
     static HWY_INLINE Triple mix(const Triple& front, const Triple& behind) {
         return {behind.x, behind.y, front.z};
     }

@@ -1,4 +1,5 @@
-// Modulating colours by alpha on vectors; `ColourLawImpl.h` and `ColourConversion.cpp` are the law.
+// Modulating colours by alpha on vectors; `ColourReferenceImpl.h` and `ColourConversion.cpp` are
+// the reference implementation.
 
 #if defined(ORBEL_MODULATE_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_MODULATE_INL_H
@@ -7,7 +8,7 @@
 #define ORBEL_MODULATE_INL_H
 #endif
 
-#include "pixel/RowLaw.h"
+#include "pixel/RowReference.h"
 #include "pixel/kernels/BlockWalk-inl.h"
 #include "pixel/kernels/Hue-inl.h"
 
@@ -109,24 +110,24 @@ struct ModulateBlock {
     using A = VectorOf<P>;
     const HslAmounts& amounts;
 
-    /// Values too large for the vectors' whole numbers are the law's own affair.
+    /// Values too large for the vectors' whole numbers are left to the reference.
     HWY_INLINE void operator()(T* block) const {
         PixelsOf<P> p = loadPixels<P>(block);
         if (modulate(p)) {
             storePixels<P>(block, p);
         } else {
-            rowLaw<P>().hslModulate(block, PIXELS_AT_ONCE, amounts);
+            rowReference<P>().hslModulate(block, PIXELS_AT_ONCE, amounts);
         }
     }
 
 private:
     static HWY_INLINE FloatV normalised(typename A::V component) {
         const FloatV value = A::toSingle(component);
-        return A::whole ? narrowed(widened(value) * wide(P::RECIP_VALUE())) : value;
+        return A::isInteger ? narrowed(widened(value) * wide(P::RECIP_VALUE())) : value;
     }
 
     HWY_INLINE bool modulate(PixelsOf<P>& p) const {
-        // Green and blue change places, as in the law.
+        // Green and blue change places, as in the reference.
         const Triple colour{normalised(p.r), normalised(p.b), normalised(p.g)};
         const Triple hsv = hueInDegreesOf(colour);
         const Wide alpha = widened(normalised(p.a));
@@ -149,7 +150,7 @@ private:
         constexpr auto maximum = static_cast<float>(P::MAX_VALUE());
         const FloatV scaled = hn::Mul(single(maximum), value);
         component = A::wrapSingle(scaled);
-        return !A::whole || allWithin(scaled, 2147483648.0F);
+        return !A::isInteger || allWithin(scaled, 2147483648.0F);
     }
 };
 

@@ -1,4 +1,4 @@
-// The arithmetic of 8-bit pixels on vectors; `PixelArithmetic8` is the law.
+// The arithmetic of 8-bit pixels on vectors; `PixelArithmetic8` is the reference implementation.
 
 #if defined(ORBEL_VECTOR8_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_VECTOR8_INL_H
@@ -34,12 +34,15 @@ struct Vector8 {
     using T = std::uint8_t;
     using V = IntV;
     using D = Ints;
-    static constexpr bool whole = true;
+    static constexpr bool isInteger = true;
     static constexpr D tag{};
 
+    using Traits = PixelArithmetic8;
+    static constexpr float LARGEST = static_cast<float>(Traits::MAX_VALUE());
+
     static HWY_INLINE V constant(int value) { return hn::Set(tag, value); }
-    static HWY_INLINE V maximum() { return constant(255); }
-    static HWY_INLINE V half() { return constant(127); }
+    static HWY_INLINE V maximum() { return constant(Traits::MAX_VALUE()); }
+    static HWY_INLINE V half() { return constant(halfRange<Traits>()); }
 
     static_assert(std::endian::native == std::endian::little);
     static HWY_INLINE void load(const T* row, V (&v)[4]) {
@@ -59,8 +62,8 @@ struct Vector8 {
         hn::StoreU(hn::BitCast(bytes, hn::Or(pairs, others)), bytes, row);
     }
     /// For work that does not tell components apart.
-    static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) { load(row, v); }
-    static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) { store(row, v); }
+    static HWY_INLINE void loadAnyOrder(const T* row, V (&v)[4]) { load(row, v); }
+    static HWY_INLINE void storeAnyOrder(T* row, const V (&v)[4]) { store(row, v); }
 
     static HWY_INLINE FloatV toSingle(V v) { return hn::ConvertTo(Floats(), v); }
     /// The low bits of values that are no further from 0 than 2^31.
@@ -85,7 +88,7 @@ struct Vector8 {
         return hn::ShiftRight<8>(hn::Add(hn::Mul(a, b), constant(128)));
     }
     static HWY_INLINE V divide(V a, V b) {
-        const FloatV scaled = hn::Mul(toSingle(a), hn::Set(Floats(), 255.0F));
+        const FloatV scaled = hn::Mul(toSingle(a), hn::Set(Floats(), LARGEST));
         const V quotient = truncated(hn::Div(scaled, toSingle(b)));
         return hn::IfThenZeroElse(hn::Eq(b, hn::Zero(tag)), quotient);
     }
@@ -96,7 +99,7 @@ struct Vector8 {
     class Divider {
     public:
         explicit HWY_INLINE Divider(V divisor)
-            : m_factor(hn::Div(hn::Set(Floats(), 255.0F), toSingle(divisor))) {}
+            : m_factor(hn::Div(hn::Set(Floats(), LARGEST), toSingle(divisor))) {}
         HWY_INLINE V operator()(V dividend) const {
             const FloatV lift = hn::Set(Floats(), 1.0F / 1024);
             return truncated(hn::Add(hn::Mul(toSingle(dividend), m_factor), lift));
@@ -116,11 +119,13 @@ struct Vector8 {
     }
 
     static_assert(divisionGivesTheSame());
-    static HWY_INLINE FloatV toUnit(V v) { return hn::Div(toSingle(v), hn::Set(Floats(), 255.0F)); }
+    static HWY_INLINE FloatV toUnit(V v) {
+        return hn::Div(toSingle(v), hn::Set(Floats(), LARGEST));
+    }
     /// Truncates 255 times the value, as if the product were exact.
     static HWY_INLINE V fromUnit(FloatV v) {
         const FloatV size = hn::Abs(v);
-        const FloatV product = hn::Trunc(hn::Mul(size, hn::Set(Floats(), 255.0F)));
+        const FloatV product = hn::Trunc(hn::Mul(size, hn::Set(Floats(), LARGEST)));
         const FloatV remainder = hn::Sub(hn::Mul(size, hn::Set(Floats(), 256.0F)), product);
         const FloatV one = hn::IfThenElseZero(hn::Lt(remainder, size), hn::Set(Floats(), 1.0F));
         return truncated(hn::CopySign(hn::Sub(product, one), v));

@@ -1,5 +1,5 @@
 // The arithmetic of 16-bit and float pixels on vectors; `PixelArithmetic16` and `PixelArithmetic32`
-// are the law.
+// are the reference implementation.
 
 #if defined(ORBEL_VECTOR_SINGLE_INL_H) == defined(HWY_TARGET_TOGGLE)
 #ifdef ORBEL_VECTOR_SINGLE_INL_H
@@ -8,6 +8,7 @@
 #define ORBEL_VECTOR_SINGLE_INL_H
 #endif
 
+#include "pixel/PixelTraits.h"
 #include "pixel/kernels/Lanes-inl.h"
 
 #include <bit>
@@ -43,10 +44,12 @@ struct Vector16 : VectorSingle {
     static_assert(std::endian::native == std::endian::little);
     using T = std::uint16_t;
     using Divider = PlainDivider<Vector16>;
-    static constexpr bool whole = true;
+    static constexpr bool isInteger = true;
 
-    static HWY_INLINE V maximum() { return constant(65535.0F); }
-    static HWY_INLINE V half() { return constant(32767.0F); }
+    static HWY_INLINE V maximum() {
+        return constant(static_cast<float>(PixelArithmetic16::MAX_VALUE()));
+    }
+    static HWY_INLINE V half() { return constant(halfRange<PixelArithmetic16>()); }
 
     // A pixel is two words. Pairs of neighbouring pixels change words, so that one vector has the
     // first words and another the second; the lanes' order is the same for all rows.
@@ -72,8 +75,8 @@ struct Vector16 : VectorSingle {
         hn::StoreU(hn::BitCast(halves, b), halves, row + hn::Lanes(halves));
     }
     /// For work that does not tell components apart.
-    static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) { load(row, v); }
-    static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) { store(row, v); }
+    static HWY_INLINE void loadAnyOrder(const T* row, V (&v)[4]) { load(row, v); }
+    static HWY_INLINE void storeAnyOrder(T* row, const V (&v)[4]) { store(row, v); }
 
     static HWY_INLINE V wrapSingle(FloatV v) {
         const IntV low = hn::And(truncated(v), hn::Set(Ints(), 65535));
@@ -107,34 +110,34 @@ private:
     static HWY_INLINE WordV toWord(V v) { return hn::BitCast(Words(), truncated(v)); }
 };
 
-// Every value and opacity. Each operation is the one that the law makes, in its order, so that NaN,
-// infinity and both zeros come out as there; only which NaN comes out may differ, because compilers
-// may swap the operands of a sum or product.
+// Every value and opacity. Each operation is the one that the reference makes, in its order, so
+// that NaN, infinity and both zeros come out as there; only which NaN comes out may differ, because
+// compilers may swap the operands of a sum or product.
 struct Vector32 : VectorSingle {
     using T = float;
     using Divider = PlainDivider<Vector32>;
-    static constexpr bool whole = false;
+    static constexpr bool isInteger = false;
 
-    static HWY_INLINE V maximum() { return constant(1.0F); }
-    static HWY_INLINE V half() { return constant(0.5F); }
+    static HWY_INLINE V maximum() { return constant(PixelArithmetic32::MAX_VALUE()); }
+    static HWY_INLINE V half() { return constant(halfRange<PixelArithmetic32>()); }
 
     // The lanes' order is the same for all rows.
     static HWY_INLINE void load(const T* row, V (&v)[4]) {
         V rows[4];
-        loadAnyhow(row, rows);
+        loadAnyOrder(row, rows);
         transpose(rows, v);
     }
     static HWY_INLINE void store(T* row, const V (&v)[4]) {
         V rows[4];
         transpose(v, rows);
-        storeAnyhow(row, rows);
+        storeAnyOrder(row, rows);
     }
-    static HWY_INLINE void loadAnyhow(const T* row, V (&v)[4]) {
+    static HWY_INLINE void loadAnyOrder(const T* row, V (&v)[4]) {
         for (int i = 0; i < 4; ++i) {
             v[i] = hn::LoadU(tag, row + std::ptrdiff_t{i} * PIXELS_AT_ONCE);
         }
     }
-    static HWY_INLINE void storeAnyhow(T* row, const V (&v)[4]) {
+    static HWY_INLINE void storeAnyOrder(T* row, const V (&v)[4]) {
         for (int i = 0; i < 4; ++i) {
             hn::StoreU(v[i], tag, row + std::ptrdiff_t{i} * PIXELS_AT_ONCE);
         }

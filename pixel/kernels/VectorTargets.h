@@ -12,7 +12,7 @@
 #define ORBEL_INEXACT_TARGETS 0
 #endif
 
-// What runs where no target can is the scalar law, not Highway's own fallback.
+// What runs where no target can is the scalar reference, not Highway's own fallback.
 #define HWY_DISABLED_TARGETS                                                                       \
     (HWY_SSSE3 | HWY_AVX3_DL | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 |                   \
      ORBEL_INEXACT_TARGETS)

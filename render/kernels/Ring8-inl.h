@@ -58,7 +58,7 @@ public:
     HWY_INLINE Ring8(const StampRows& rows, const PlacedStamp& stamp)
         : m_rows(rows),
           m_stamp(stamp),
-          m_falloff(stamp, stamp.amount / 255.0),
+          m_falloff(stamp, stamp.amount / P::MAX_VALUE()),
           m_doubt(doubtOf(stamp.brush)),
           m_wholeX(static_cast<std::int32_t>(std::floor(stamp.x))) {}
 
@@ -120,7 +120,7 @@ private:
     /// How many units of a sum's last bit it may be off: `Falloff` times an opening of at most
     /// 255, and 3 units of 255 x 2^-24 more for product, sum and strength.
     static std::int32_t doubtOf(const BrushProfile& brush) {
-        constexpr double unit = 255.0 / 16777216.0;
+        constexpr double unit = P::MAX_VALUE() / 16777216.0;
         const double bound = unit * (Falloff<pointed>::error(brush) + 3);
         return static_cast<std::int32_t>(std::min(bound, 0.5) * ONE) + 1;
     }

@@ -71,7 +71,8 @@ public:
     /// is. Where a core does not cover fully, sums may be whole numbers too often for that.
     static bool goesWithoutSpans(const PlacedStamp& stamp) {
         const int width = stamp.box.right - stamp.box.left + 1;
-        return width <= MOST_COLUMNS && (stamp.amount == 255.0 || !(stamp.brush.inner > 0.0));
+        return width <= MOST_COLUMNS &&
+               (stamp.amount == P::MAX_VALUE() || !(stamp.brush.inner > 0.0));
     }
 
     /// Paints such a stamp.

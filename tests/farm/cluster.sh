@@ -28,7 +28,7 @@ code=0
 source "$work/cluster/env"
 
 cd "$work"
-"$program" render --size 64x64 --frames 0-59 --shape "Basic Heart" -q -o clip.mkv
+"$program" render --size 64x64 --frames 0-59 --shape "Basic Circle" -q -o clip.mkv
 cat >scene.json <<'EOF'
 {"orbel": 1, "size": [480, 270], "input": {"file": "clip.mkv"}, "parameters": {
  "Presets": "Basic Star", "Transfer Mode": "Normal", "Thickness": 60, "Feather": 100,

@@ -148,6 +148,16 @@ TEST_F(ScenePlanTest, refusesShapesWithoutAFile) {
     expectProblem("scene.json", "/shape", "1023");
 }
 
+TEST_F(ScenePlanTest, convertsShapesWhereItIsToldHow) {
+    m_scene.lettering.emplace().text = "a";
+    expectProblem("scene.json", "/shape", "a text is no shape yet");
+    m_problems = {};
+    const auto converted =
+        planScene(m_scene, 1, &m_problems, [](const Scene&, Problems*) { return "<svg/>"; });
+    ASSERT_TRUE(converted);
+    EXPECT_EQ(converted->shapeText, "<svg/>");
+}
+
 TEST_F(ScenePlanTest, findsTheBuiltInShapes) {
     m_scene.parameters[PARAM_PRESETS] = {
         {0, {0}, Easing::Hold}, {5, {1}, Easing::Hold}, {9, {3}, Easing::Hold}};

@@ -24,17 +24,17 @@ protected:
     const std::vector<Rgba<typename P::Component>> m_first = testPixels<P>(1);
     const std::vector<Rgba<typename P::Component>> m_second = testPixels<P>(2);
 
-    /// Expects the same of every level as of the law, for rows of one length.
+    /// Expects the same of every level as of the reference, for rows of one length.
     void compare(const std::string& what, const RowWork<P>& work, std::size_t start, int count,
                  int offset) {
-        Row lawA(m_first, start, count, offset);
-        Row lawB(m_second, start + 31, count, 3 - offset);
-        work(rowKernels<P>(0), lawA.data(), lawB.data(), count);
+        Row expectedA(m_first, start, count, offset);
+        Row expectedB(m_second, start + 31, count, 3 - offset);
+        work(rowKernels<P>(0), expectedA.data(), expectedB.data(), count);
         for (int level = 1; level <= bestAccelerationLevel(); ++level) {
             Row a(m_first, start, count, offset);
             Row b(m_second, start + 31, count, 3 - offset);
             work(rowKernels<P>(level), a.data(), b.data(), count);
-            ASSERT_TRUE(a.sameAs(lawA) && b.sameAs(lawB))
+            ASSERT_TRUE(a.sameAs(expectedA) && b.sameAs(expectedB))
                 << what << " at level " << level << ", " << count << " pixels from " << start;
             ASSERT_TRUE(a.guardsIntact() && b.guardsIntact())
                 << what << " at level " << level << ", " << count << " pixels";
@@ -54,7 +54,7 @@ protected:
 
 TYPED_TEST_SUITE(RowKernelsTest, AllPixelFormats);
 
-TYPED_TEST(RowKernelsTest, colourPassesFollowTheLaw) {
+TYPED_TEST(RowKernelsTest, colourPassesMatchTheReference) {
     using P = TypeParam;
     using T = typename P::Component;
     using Kernels = RowKernels<P>;
@@ -82,7 +82,7 @@ TYPED_TEST(RowKernelsTest, colourPassesFollowTheLaw) {
         0, 50, 0);
 }
 
-TYPED_TEST(RowKernelsTest, hslModulateFollowsTheLaw) {
+TYPED_TEST(RowKernelsTest, hslModulateMatchesTheReference) {
     using P = TypeParam;
     using T = typename P::Component;
     const double nan = std::numeric_limits<double>::quiet_NaN();
@@ -96,7 +96,7 @@ TYPED_TEST(RowKernelsTest, hslModulateFollowsTheLaw) {
     }
 }
 
-TYPED_TEST(RowKernelsTest, compositesFollowTheLaw) {
+TYPED_TEST(RowKernelsTest, compositesMatchTheReference) {
     using P = TypeParam;
     using T = typename P::Component;
     const std::vector<std::pair<float, float>> opacities{
@@ -124,14 +124,14 @@ TYPED_TEST(RowKernelsTest, compositesFollowTheLaw) {
     }
 }
 
-TYPED_TEST(RowKernelsTest, wildOpacitiesFollowTheLaw) {
+TYPED_TEST(RowKernelsTest, wildOpacitiesMatchTheReference) {
     using P = TypeParam;
     using T = typename P::Component;
-    const auto& law = rowKernels<P>(0);
-    for (std::size_t code = 0; code < law.composite.size(); ++code) {
+    const auto& reference = rowKernels<P>(0);
+    for (std::size_t code = 0; code < reference.composite.size(); ++code) {
         for (const float opacity : wildAmounts) {
             const std::string what = "mode " + std::to_string(code);
-            if (law.composite[code] != nullptr) {
+            if (reference.composite[code] != nullptr) {
                 this->compare(
                     what,
                     [&](const RowKernels<P>& k, T* a, T* b, int n) {
@@ -150,7 +150,7 @@ TYPED_TEST(RowKernelsTest, wildOpacitiesFollowTheLaw) {
     }
 }
 
-TYPED_TEST(RowKernelsTest, finishFollowsTheLaw) {
+TYPED_TEST(RowKernelsTest, finishMatchesTheReference) {
     using P = TypeParam;
     using T = typename P::Component;
     for (std::size_t code = 0; code < rowKernels<P>(0).finish.size(); ++code) {
@@ -167,8 +167,8 @@ TYPED_TEST(RowKernelsTest, finishFollowsTheLaw) {
 TYPED_TEST(RowKernelsTest, untouchedPixelsAreFinishedAsOthers) {
     using P = TypeParam;
     using T = typename P::Component;
-    this->compareLengths("finishUntouched", [](const RowKernels<P>& k, T* a, T* b, int n) {
-        k.finishUntouched(a, b, n);
+    this->compareLengths("finishTransparent", [](const RowKernels<P>& k, T* a, T* b, int n) {
+        k.finishTransparent(a, b, n);
     });
     const auto count = static_cast<int>(this->m_first.size());
     for (int level = 0; level <= bestAccelerationLevel(); ++level) {
@@ -184,7 +184,7 @@ TYPED_TEST(RowKernelsTest, untouchedPixelsAreFinishedAsOthers) {
             GuardedRow<T> quickInput = input;
             GuardedRow<T> quickLayer = layer;
             kernels.finish[code](fullInput.data(), fullLayer.data(), count, 0.7F);
-            kernels.finishUntouched(quickInput.data(), quickLayer.data(), count);
+            kernels.finishTransparent(quickInput.data(), quickLayer.data(), count);
             EXPECT_TRUE(quickInput.sameAs(fullInput)) << code << " at level " << level;
             EXPECT_TRUE(quickLayer.sameAs(fullLayer)) << code << " at level " << level;
         }
@@ -192,7 +192,7 @@ TYPED_TEST(RowKernelsTest, untouchedPixelsAreFinishedAsOthers) {
 }
 
 /// Every component with every alpha, as both take part in the divisions of 8-bit pixels.
-TEST(RowKernels8, divisionsOfEveryPairFollowTheLaw) {
+TEST(RowKernels8, divisionsOfEveryPairMatchTheReference) {
     std::vector<Rgba<unsigned char>> pairs;
     for (int alpha = 0; alpha <= 255; ++alpha) {
         for (int c = 0; c <= 255; ++c) {

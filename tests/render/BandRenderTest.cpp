@@ -114,7 +114,7 @@ Outcome draw(const Case& c, RasterFormat format, RowLayout layout) {
 
 class BandRender : public testing::TestWithParam<RasterFormat> {};
 
-TEST_P(BandRender, givesTheFramesOfTheLawAtEveryLevelOnAnyThreads) {
+TEST_P(BandRender, givesTheFramesOfTheReferenceAtEveryLevelOnAnyThreads) {
     const test::AccelerationSettings restored;
     const RowLayout layout{16, GetParam() % 2 == 0};
     for (const Case& c : CASES) {

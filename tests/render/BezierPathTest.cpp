@@ -85,7 +85,22 @@ TEST_F(BezierPath, theSearchDoublesOrHalvesUntilAChordFits) {
         ASSERT_EQ(trial, ChordWalk::Trial::Accepted);
         EXPECT_EQ(walk.evaluations(), row.evaluations) << row.length;
         EXPECT_DOUBLE_EQ(walk.parameter(), row.parameter) << row.length;
-        EXPECT_NEAR(walk.chord(), row.parameter * row.length, 1e-9);
+        EXPECT_NEAR(walk.length(), row.parameter * row.length, 1e-9);
+    }
+}
+
+// Increments from 1000 on bound no search, and beyond 5000 none goes on.
+TEST_F(BezierPath, theSearchEndsWhereNoIncrementLeads) {
+    std::vector<std::pair<double, double>> points(2000, {0.0, 0.0});
+    for (std::size_t i = 1311; i < points.size(); ++i) {
+        points[i] = {1000.0, 0.0};
+    }
+    for (FakeOutline outline : {polyline({{5, 5}, {5, 5}}, true), polyline(points, true)}) {
+        const auto segments = static_cast<long>(outline.vertices.size()) - 1;
+        BezierSampler sampler(&m_host, nullptr, &outline, segments);
+        ChordWalk walk(&m_host, &sampler, 1.0);
+        EXPECT_FALSE(walk.next());
+        EXPECT_EQ(walk.evaluations(), 19); // 0.01, doubled up to 2621.44
     }
 }
 

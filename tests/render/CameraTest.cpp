@@ -51,6 +51,25 @@ TEST_F(Camera, autoOrientTurnsTowardTheMiddleFromEverywhere) {
     }
 }
 
+TEST_F(Camera, itsRotationsAreDegrees) {
+    struct Row {
+        int param;
+        int axis; // row of the matrix: where the axis leads
+        std::array<double, 3> expected;
+    };
+    const Row rows[] = {{PARAM_CAMERA_ROTATION_X, 2, {0, -1, 0}},
+                        {PARAM_CAMERA_ROTATION_Y, 2, {1, 0, 0}},
+                        {PARAM_CAMERA_ROTATION_Z, 0, {0, 1, 0}}};
+    for (const Row& row : rows) {
+        m_scene.set(row.param, 90);
+        const Vx_Matrix4 matrix = camera(false, 0);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(matrix.m[row.axis][i], row.expected[i], 1e-12) << row.param;
+        }
+        m_scene.set(row.param, 0);
+    }
+}
+
 TEST_F(Camera, isReadAtTheTimeAskedEvenBeforeTheFirstFrame) {
     m_scene.parameters.setKeys(PARAM_ZOOM, {{-1, {100}, Easing::Linear}, {1, {300}, Easing::Hold}});
     m_scene.animate(PARAM_CAMERA_Z, {-100}, {-200});

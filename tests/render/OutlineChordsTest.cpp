@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace orbel {
@@ -43,7 +44,9 @@ protected:
             record.progress.emplace_back(done, total);
             return static_cast<long>(record.progress.size()) == abortAt ? 42 : 0;
         });
-        record.result = walkStroke(&m_host, nullptr, &outline, stroke, m_setup, record, chords);
+        record.result =
+            DrawBezierPathLin(&m_host, record, nullptr, &outline, stroke, m_setup, chords);
+        m_host.setProgress({});
         return record;
     }
 
@@ -51,6 +54,12 @@ protected:
     test::FakePath m_path;
     ProjectionSetup m_setup{};
 };
+
+double lengthOf(OutlineChords* chords) {
+    double length = 0.0;
+    EXPECT_EQ(chords->measure(&length), 0);
+    return length;
+}
 
 /// Outlines of every kind, those that no chord fits included.
 std::vector<FakeOutline> outlines() {
@@ -70,7 +79,7 @@ TEST_F(OutlineChordsTest, givesTheStampsAndTheProgressOfAFreshWalk) {
             for (const double target : {1.0, 0.13}) {
                 OutlineMemory bytes(memory);
                 OutlineChords chords(&m_host, nullptr, &outline, segments, target, &bytes);
-                const double length = chords.length();
+                const double length = lengthOf(&chords);
                 EXPECT_EQ(length, GetBezierPathLen(&m_host, nullptr, &outline, 1, 1, target));
                 for (const double end : {0.3 * length, length, 2.5 * length, 0.6 * length}) {
                     const BrushStroke stroke{5, 0, 4, target, 200, 0, end, length, 0, 1e9, 1e9, {}};
@@ -109,19 +118,71 @@ TEST_F(OutlineChordsTest, progressFollowsTheSearchEvaluationByEvaluation) {
     EXPECT_EQ(told, expected);
 }
 
+// Others may give memory back while a reader is beyond what could be kept.
+TEST_F(OutlineChordsTest, aReaderNeverJumpsBack) {
+    FakeOutline outline = test::circle(60, 40, 30);
+    OutlineMemory bytes(sizeof(Chord) * 10 + 4000);
+    ASSERT_TRUE(bytes.take(3000));
+    OutlineChords chords(&m_host, nullptr, &outline, 4, 1.0, &bytes);
+    OutlineChords fresh(&m_host, nullptr, &outline, 4, 1.0, nullptr);
+    ChordReader reader(&chords);
+    ChordReader expected(&fresh);
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_EQ(reader.next(), expected.next());
+        EXPECT_EQ(reader.parameter(), expected.parameter()) << i;
+        EXPECT_EQ(reader.evaluations(), expected.evaluations()) << i;
+        if (i == 60) {
+            bytes.giveBack(3000);
+        }
+    }
+}
+
+// Measuring takes as long as drawing: the host hears of it as often, and can end it.
+TEST_F(OutlineChordsTest, measuringAsksTheHostAsDrawingDoes) {
+    FakeOutline outline = test::circle(60, 40, 30);
+    for (const bool remembered : {false, true}) {
+        std::vector<std::pair<long, long>> calls;
+        std::size_t abortAt = 1000000;
+        m_host.setProgress([&](long done, long total) {
+            calls.emplace_back(done, total);
+            return calls.size() == abortAt ? 42 : 0;
+        });
+        const auto measure = [&](double* length) {
+            int abort = 0;
+            if (remembered) {
+                OutlineMemory bytes(1U << 20);
+                return OutlineChords(&m_host, nullptr, &outline, 4, 0.05, &bytes).measure(length);
+            }
+            *length = GetBezierPathLen(&m_host, nullptr, &outline, 1, 1, 0.05, &abort);
+            return abort;
+        };
+        double whole = 0.0;
+        EXPECT_EQ(measure(&whole), 0);
+        ASSERT_GT(calls.size(), 40U);
+        EXPECT_TRUE(std::is_sorted(calls.begin(), calls.end()));
+        EXPECT_EQ(calls.back().second, 4000);
+        abortAt = calls.size() / 2;
+        calls.clear();
+        double part = 0.0;
+        EXPECT_EQ(measure(&part), 42);
+        EXPECT_EQ(calls.size(), abortAt);
+        EXPECT_NEAR(part, whole / 2, whole / 20);
+    }
+}
+
 TEST_F(OutlineChordsTest, aFrameWalksAStillOutlineOnceAndAMovedOneAgain) {
     FrameChords frame(&m_host);
     FakeOutline outline = test::circle(60, 40, 30);
     OutlineChords* const first = frame.enter(7, &outline, 1.0);
     ASSERT_NE(first, nullptr);
-    const double length = first->length();
+    const double length = lengthOf(first);
     FakeOutline again = outline; // another handle of the same curve
     EXPECT_EQ(frame.enter(7, &again, 1.0), first);
     EXPECT_EQ(frame.find(7, &again), first);
     EXPECT_EQ(frame.find(8, &again), nullptr);
     again.vertices[2].tanInY = std::nextafter(again.vertices[2].tanInY, 1e9);
     again.vertices[1].x += 3;
-    EXPECT_NE(frame.enter(7, &again, 1.0)->length(), length);
+    EXPECT_NE(lengthOf(frame.enter(7, &again, 1.0)), length);
     EXPECT_EQ(frame.enter(7, &outline, 0.5)->targetLength(), 0.5);
     FakeOutline point = test::polyline({{12, 34}}, true);
     EXPECT_EQ(frame.enter(7, &point, 1.0), nullptr);

@@ -63,6 +63,24 @@ TEST(Projection, theCameraDividesByDepth) {
     }
 }
 
+// The place comes from the layer alone, the depth that clips and fades from the camera.
+TEST(Projection, theOtherViewsAreOrthographic) {
+    struct Row {
+        View view;
+        double x;
+        double y;
+    };
+    const Row rows[] = {{VIEW_FRONT, 21, 8.5}, {VIEW_LEFT, 27, 8.5},  {VIEW_TOP, 21, 21.5},
+                        {VIEW_BACK, 43, 8.5},  {VIEW_RIGHT, 37, 8.5}, {VIEW_BOTTOM, 21, 26.5}};
+    for (const Row& row : rows) {
+        const Projected p = projected(42, 34, setupFor(row.view));
+        EXPECT_DOUBLE_EQ(p.x, row.x) << row.view;
+        EXPECT_DOUBLE_EQ(p.y, row.y) << row.view;
+        EXPECT_DOUBLE_EQ(p.depth, 100) << row.view;
+        EXPECT_DOUBLE_EQ(p.size, 1) << row.view;
+    }
+}
+
 TEST(Projection, aViewOutsideTheMenuIsTheTop) {
     const Projected top = projected(42, 34, setupFor(VIEW_TOP));
     for (const int view : {0, 8}) {

@@ -89,16 +89,16 @@ TEST_F(RenderFailure, hostileParametersNeitherHangNorCrash) {
     m_scene.height = 18;
     m_scene.set(PARAM_ENABLE_REPEATER, 1).set(PARAM_ENABLE_TAPER, 1).set(PARAM_LOOP, 1);
     m_scene.set(PARAM_BEND, 0.3).set(PARAM_MOTION_BLUR, 1).set(PARAM_LEVELS, 2);
-    const double hostile[] = {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -1e300, 0.0, -1.0, 1e-300};
+    const double hostile[] = {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -1e300,
+                              1e9,          0.0,      -1.0,      1e-300};
     for (const ParameterRow& row : parameterTable()) {
         for (const double value : hostile) {
-            const bool scale = row.id == PARAM_SCALE_X || row.id == PARAM_SCALE_Y;
-            if (row.isParameter() && !(scale && std::fabs(value) == 1e300)) {
+            if (row.isParameter()) {
                 const ParameterStore former = m_scene.parameters;
                 m_scene.parameters.set(row.id, {value, value, value});
                 const auto begin = std::chrono::steady_clock::now();
                 renderWith([](Host&) {});
-                EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60))
+                EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30))
                     << row.name << " " << value;
                 m_scene.parameters = former;
             }

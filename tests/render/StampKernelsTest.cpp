@@ -69,7 +69,7 @@ private:
 template<class P>
 class StampKernelsOf : public testing::Test {
 protected:
-    static void stampByLaw(const RasterInfo& raster, const Stamp& s) {
+    static void stampByReference(const RasterInfo& raster, const Stamp& s) {
         test::BareHost host;
         HQDrawSphere<P, typename P::Component, typename P::Wide, typename P::Float,
                      typename P::FORMAT>(P{}, &host, raster.data, raster.rowBytes,
@@ -106,7 +106,7 @@ protected:
                  const std::vector<Stamp>& stamps) {
         const Picture<P> expected(width, height, seed, emptiness);
         for (const Stamp& s : stamps) {
-            stampByLaw(expected.info(), s);
+            stampByReference(expected.info(), s);
         }
         for (int run = 2; run < 2 * ACCELERATION_LEVELS; ++run) {
             const int level = run / 2;
@@ -127,7 +127,7 @@ using Formats = testing::Types<PIXEL_ARGB8, PIXEL_RGBA8, PIXEL_ARGB16, PIXEL_RGB
                                PIXEL_RGBA32>;
 TYPED_TEST_SUITE(StampKernelsOf, Formats);
 
-TYPED_TEST(StampKernelsOf, giveTheBytesOfTheLaw) {
+TYPED_TEST(StampKernelsOf, giveTheBytesOfTheReference) {
     const double radii[] = {0.1, 0.7, 1.5, 2.0, 3.3, 7.0, 10.0, 18.25, 31.0, 75.3, 300.0, 20000.0};
     const std::pair<double, double> places[] = {{20.3, 15.7}, {16.5, 16.5}, {0.0, 0.0},
                                                 {-3.2, 5.0},  {60.9, 44.4}, {40.0, -70.25}};
@@ -171,7 +171,7 @@ TYPED_TEST(StampKernelsOf, buildUpTheSameStrokes) {
 }
 
 // Around the strength at which nothing is left of a stamp, and where its rim comes to nothing.
-TYPED_TEST(StampKernelsOf, seeFaintStampsAsTheLawDoes) {
+TYPED_TEST(StampKernelsOf, seeFaintStampsAsTheReferenceDoes) {
     unsigned seed = 100;
     for (const double intensity : {0.1, 0.17, 0.4, 0.499, 0.5, 0.51, 1.0, 2.0, 5.0, 20.0, 254.9}) {
         for (const double radius : {1.0, 6.0, 14.5, 15.5, 28.0, 90.0}) {
@@ -196,7 +196,7 @@ TYPED_TEST(StampKernelsOf, jumpToAndFroInTheSameRows) {
     }
 }
 
-TEST(StampKernels, leaveWhatTheyDoNotReckonWithToTheLaw) {
+TEST(StampKernels, leaveWhatTheyDoNotReckonWithToTheReference) {
     const Stamp usual{20, 15, 10, 0.5, 200};
     const auto canPaint = [](const Stamp& s) { return kernelsCanPaint(PlacedStamp(s, 255), 255); };
     EXPECT_TRUE(canPaint(usual));

@@ -80,6 +80,30 @@ TEST_F(StrokeSample, stretchesThatAreEmptyAreNotDrawn) {
     }
 }
 
+TEST_F(StrokeSample, anglesAreDegreesAndPercentagesFractions) {
+    const test::Frame images(m_scene);
+    for (const int param :
+         {PARAM_ROTATION_X, PARAM_ROTATION_Y, PARAM_ROTATION_Z, PARAM_REPEATER_ROTATION_X,
+          PARAM_REPEATER_ROTATION_Y, PARAM_REPEATER_ROTATION_Z, PARAM_BEND_AXIS}) {
+        m_scene.set(param, 180);
+    }
+    for (const int param : {PARAM_FEATHER, PARAM_INTERNAL_OPACITY, PARAM_ADJUST_STEP}) {
+        m_scene.set(param, 50);
+    }
+    m_scene.set(PARAM_THICKNESS, 8);
+    test::PlainHost host(&m_scene, images);
+    const StrokeFrame frame(&host);
+    const SampleValues v = sampleValues(frame, frame.args);
+    for (const double angle : {v.rotation.x, v.rotation.y, v.rotation.z, v.instanceRotation.x,
+                               v.instanceRotation.y, v.instanceRotation.z, v.bendAxis}) {
+        EXPECT_NEAR(angle, std::acos(-1.0), 1e-15);
+    }
+    EXPECT_EQ(v.thickness, 10.0);
+    EXPECT_EQ(v.drawingOpacity, 127.5);
+    EXPECT_NEAR(v.globalStep, std::sqrt(2.0), 1e-15);
+    EXPECT_EQ(v.sampleLength, 1.0);
+}
+
 TEST_F(StrokeSample, theRepeaterNeedsItsSwitchAndAtLeastOneInstance) {
     m_path.outlines.resize(1);
     m_scene.set(PARAM_SYMMETRIC_DOUBLER, 0);

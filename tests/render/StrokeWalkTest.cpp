@@ -45,7 +45,7 @@ protected:
 
     int walk() {
         m_sink.stamps.clear();
-        return walkStroke(&m_host, nullptr, &m_outline, m_stroke, m_setup, m_sink);
+        return DrawBezierPathLin(&m_host, m_sink, nullptr, &m_outline, m_stroke, m_setup);
     }
     /// Stamp positions along the line.
     std::vector<double> places() {
@@ -120,6 +120,23 @@ TEST_F(StrokeWalk, onlyAnOpenOutlineDrawnToItsEndGetsACap) {
     expectPlaces(0, 100, 5);
 }
 
+// A fifth of a step is what the march may leave at the end.
+TEST_F(StrokeWalk, theEndIsReachedWithinAFifthOfAStep) {
+    struct Row {
+        double step;
+        double end;
+        double last;
+    };
+    // A quarter is left and gets a cap; up to a fifth, the march goes on.
+    const Row rows[] = {{100 / 12.25, 100, 100}, {8, 98, 96}, {8, 97.7, 96}};
+    m_stroke.sampleLength = 0.1;
+    for (const Row& row : rows) {
+        m_stroke.step = row.step;
+        m_stroke.endDist = row.end;
+        EXPECT_NEAR(places().back(), row.last, 1e-9) << row.step << " " << row.end;
+    }
+}
+
 TEST_F(StrokeWalk, aSinglePointIsOneStamp) {
     m_outline = polyline({{40, 30}}, true);
     m_stroke.taper.startThickness = 0.5;
@@ -157,6 +174,41 @@ TEST_F(StrokeWalk, dynamicStepsStayVisible) {
         EXPECT_NEAR(between, row.step, 1e-6) << row.y << " " << row.zoom;
     }
     EXPECT_NEAR(m_sink.stamps[1].x - m_sink.stamps[0].x, 0.5 * 3, 1e-6); // never less at first
+}
+
+// Ten pixels around the screen still count as seen.
+TEST_F(StrokeWalk, dynamicStepsAreLongerOffTheScreen) {
+    m_stroke.taper = {1, 1e9, 1e9, 1e-9, 0, 1, 1, 0, 100, STEP_DYNAMIC};
+    struct Row {
+        double x;
+        double y;
+        bool seen;
+    };
+    const Row rows[] = {{-30, 20, false}, {-9, 20, true}, {140, 20, false}, {132, 20, true},
+                        {50, 75, false},  {50, 73, true}, {50, -11, false}, {50, -9, true}};
+    const auto between = [this] {
+        places();
+        return m_sink.stamps.size() > 3 ? m_sink.stamps[3].x - m_sink.stamps[2].x : 0.0;
+    };
+    for (const Row& row : rows) {
+        m_outline = polyline({{row.x, row.y}, {row.x + 4, row.y}}, true);
+        EXPECT_NEAR(between(), row.seen ? 0.3 : 0.5, 1e-6) << row.x << " " << row.y;
+    }
+    m_outline = polyline({{10, 20}, {110, 20}}, true);
+    m_setup.view = VIEW_FRONT;
+    m_setup.layerFromPath = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+    EXPECT_NEAR(between(), 0.3, 1e-6);
+    m_setup.viewFromPath.m[3][2] = -100; // behind the camera
+    m_stroke.nearZ = -1000;
+    EXPECT_NEAR(between(), 0.5, 1e-6);
+}
+
+TEST_F(StrokeWalk, dynamicStepsOfFullThicknessAreTheStrokesOwn) {
+    m_stroke.taper = {1, 0, 1e9, 1, 1, 1, 1, 0, 100, STEP_DYNAMIC};
+    m_setup.zoom = 1; // even where they are hardly seen
+    places();
+    ASSERT_GT(m_sink.stamps.size(), 3U);
+    EXPECT_NEAR(m_sink.stamps[3].x - m_sink.stamps[2].x, 0.04, 1e-9);
 }
 
 TEST_F(StrokeWalk, stampsAtTheClippingDepthsAreNotDrawn) {
@@ -206,6 +258,33 @@ TEST_F(StrokeWalk, anAbortKeepsWhatWasDrawnAndAddsNoCap) {
     EXPECT_LT(m_sink.stamps.back().x, 60);
 }
 
+// A fine step on a long outline takes as many evaluations and stamps as it takes.
+TEST_F(StrokeWalk, noLegalWalkIsCut) {
+    struct Row {
+        double step;
+        double sampleLength;
+    };
+    const Row rows[] = {{1.3e-6, 1}, {1, 1.7e-6}}; // each some 2^26 and more
+    for (const Row& row : rows) {
+        m_stroke.step = row.step;
+        m_stroke.sampleLength = row.sampleLength;
+        m_stroke.startDist = 99.5;
+        m_stroke.endDist = 99.5 + 2 * row.step;
+        ASSERT_EQ(walk(), 0);
+        ASSERT_GE(m_sink.stamps.size(), row.step < 1 ? 2U : 1U) << row.step;
+        EXPECT_NEAR(m_sink.stamps[0].x, 10 + (row.step < 1 ? 99.5 : 100), 1e-3);
+    }
+}
+
+// Stamps closer than a chord is long are many without an evaluation of the outline.
+TEST_F(StrokeWalk, fineStepsAskTheHostToo) {
+    m_stroke.step = 1e-5;
+    long calls = 0;
+    m_host.setProgress([&](long, long) { return ++calls == 500 ? 42 : 0; });
+    EXPECT_EQ(walk(), 42);
+    EXPECT_LT(m_sink.stamps.size(), 600000U);
+}
+
 TEST_F(StrokeWalk, hostileValuesEnd) {
     const double hostile[] = {0.0,    -1.0,  NOT_A_NUMBER, std::numeric_limits<double>::infinity(),
                               1e-300, 1e300, -1e300};
@@ -219,8 +298,8 @@ TEST_F(StrokeWalk, hostileValuesEnd) {
             m_stroke = usual;
             m_stroke.*member = value;
             CountingSink sink;
-            walkStroke(&m_host, nullptr, &m_outline, m_stroke, m_setup, sink);
-            EXPECT_LE(sink.stamps, 1L << 27);
+            DrawBezierPathLin(&m_host, sink, nullptr, &m_outline, m_stroke, m_setup);
+            EXPECT_LE(sink.stamps, 1000000) << value;
         }
     }
     m_stroke = usual;

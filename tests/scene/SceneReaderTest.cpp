@@ -1,6 +1,7 @@
 #include "scene/SceneReader.h"
 
 #include "params/ParameterTable.h"
+#include "scene/ShapeKeys.h"
 #include "tests/media/MediaFixtures.h"
 
 #include <gmock/gmock.h>
@@ -92,7 +93,18 @@ const std::vector<BadScene> badScenes{
     {"color", scene(R"("input": {"color": [0, 0, 1.5, 1]})"), "/input/color/2", "1.5", "0 to 1"},
     {"colorCount", scene(R"("input": {"color": [0, 0, 1]})"), "/input/color", "4 numbers", ""},
     {"file", scene(R"("input": {"file": 7})"), "/input/file", "not number", "quotes"},
-    {"shape", scene(R"("shape": ["a"])"), "/shape", "not array", "quotes"},
+    {"shape", scene(R"("shape": ["a"])"), "/shape", "cannot be array", "\"import\""},
+    {"shapeNothing", scene(R"("shape": {})"), "/shape", "either a file or a text", "FILE"},
+    {"shapeBoth", scene(R"("shape": {"file": "a", "text": "b"})"), "/shape", "either", "FILE"},
+    {"shapeText", scene(R"("shape": {"text": 5})"), "/shape/text", "a text is needed", "quotes"},
+    {"shapeAlign", scene(R"("shape": {"text": "a", "align": "top"})"), "/shape/align", "\"top\"",
+     "\"center\""},
+    {"shapeKey", scene(R"("shape": {"text": "a", "hnad": "b"})"), "/shape/hnad", "not known",
+     "\"hand\""},
+    {"shapeImport", scene(R"("shape": {"file": "a", "import": true})"), "/shape/import",
+     "an object is needed", "{...}"},
+    {"shapeRange", scene(R"("shape": {"file": "a", "import": {"smallest": 101}})"),
+     "/shape/import/smallest", "101 is outside", "from 0 to 100"},
     {"shapeEmpty", scene(R"("shape": "")"), "/shape", "no file name", "name a file"},
     {"shapeNul", scene(R"("shape": "a\u0000b")"), "/shape", "no file name", ""},
     {"parameters", scene(R"("parameters": [4])"), "/parameters", "array", "Thickness"},
@@ -300,6 +312,27 @@ TEST(Diagnostics, makesControlCharactersVisible) {
 TEST(Diagnostics, cutsLongTextBetweenCharacters) {
     const std::string text = inQuotes(std::string(79, 'a') + "\xc3\xa4 and more");
     EXPECT_EQ(text, "\"" + std::string(79, 'a') + "...\"");
+}
+
+TEST(SceneReader, takesDrawingsAndTextsAsShapes) {
+    const Scene drawing = goodScene(
+        R"({"orbel": 1, "shape": {"file": "a.svg", "import": {"take": "fills", "simplify": 2}}})");
+    EXPECT_EQ(drawing.shape, "folder/a.svg");
+    ASSERT_TRUE(drawing.import);
+    EXPECT_EQ(drawing.import->take, ImportOptions::Take::Fills);
+    EXPECT_EQ(drawing.import->simplify, 2);
+    EXPECT_FALSE(goodScene(R"({"orbel": 1, "shape": {"file": "a.svg"}})").needsConversion());
+    const Scene text = goodScene(
+        R"({"orbel": 1, "shape": {"text": "Hi", "singleStroke": true, "align": "right"}})");
+    ASSERT_TRUE(text.lettering);
+    EXPECT_TRUE(text.lettering->singleStroke);
+    for (const Scene* scene : {&drawing, &text}) {
+        Scene copy;
+        Problems problems;
+        readShapeKeys(shapeKeys(*scene), {"scene.json", "/shape", &problems}, "", &copy);
+        EXPECT_TRUE(problems.empty());
+        EXPECT_EQ(shapeKeys(copy), shapeKeys(*scene));
+    }
 }
 
 } // namespace

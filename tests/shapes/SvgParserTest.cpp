@@ -171,17 +171,51 @@ TEST(SvgParser, tellsTheObserverWhatItSkips) {
                   {"2: arcs (A) are ignored, draw them as cubics"}},
              Skip{"\n\n<path d='M 0 0 1 1 2 2 L 3 3'/>",
                   {"4: further pairs after M are moves, not lines"}},
-             Skip{
-                 "<path d='M 0 0 L 1 1 M 2 2 L 3 3 M 4 4'/>",
-                 {"2: a path is one outline, it goes on after a further M: use one path for each"}},
-             Skip{
-                 "<path d='M 0 0 L 1 1 Z L 3 3 Z'/>",
-                 {"2: a path is one outline, it goes on after a further Z: use one path for each"}},
+             Skip{"<path d='M 0 0 L 1 1 M 2 2 L 3 3 M 4 4'/>",
+                  {"2: a path is one outline, it goes on after a further M: use one path for each",
+                   "2: an open path of lines loses its last one: draw it as cubics"}},
+             Skip{"<path d='M 0 0 L 1 1 Z L 3 3 Z'/>",
+                  {"2: a path is one outline, it goes on after a further Z: use one path for each",
+                   "2: a closed path of lines goes back in a bent line: draw it as cubics"}},
              Skip{"<path d='M 0 0 L 1 1 P'/>", {"2: parse_path: Invalid Command P"}},
              Skip{"<path d='M 0'/>", {"2: parse_path: Command M: bad or missing parameters"}},
              Skip{"<polygon points='1;2'/>", {"2: path_tokenizer::next : Invalid Character ;"}},
          }) {
         EXPECT_EQ(noticesOf(skip.svg), skip.texts) << skip.svg;
+    }
+}
+
+TEST(SvgParser, tellsTheObserverWhatBecomesSomethingElse) {
+    struct Loss {
+        const char* svg;
+        std::vector<SvgIssue> issues;
+    };
+    using enum SvgIssue;
+    for (const Loss& loss : {
+             Loss{"<circle r='3'/><ellipse rx='1' ry='2'/>", {Oval, Oval}},
+             Loss{"<rect width='9' height='9' rx='2'/><rect width='9' height='9' ry='0'/>",
+                  {RoundedCorners}},
+             Loss{"<polyline points='1 2 3 4'/><polygon points='1 2 3 4'/>", {ClosedPolyline}},
+             Loss{"<rect width='5mm' height='5px'/><line x2='50%'/>", {Unit, Unit}},
+             Loss{"<path d='M1 1Q2 2 3 3T4 4T5 5'/>", {Quadratic}},
+             Loss{"<path d='M1 1L2 2C3 3 4 4 5 5'/><path d='M1 1C3 3 4 4 5 5H7'/>",
+                  {MixedCommands, MixedCommands}},
+             Loss{"<path d='M1 1C3 3 4 4 5 5'/><path d='M1 1S3 3 4 4Z'/>", {LoneCubic, LoneCubic}},
+             Loss{"<path d='M1 1L3 3V8'/><path d='M1 1h3v8z'/>", {LastLineLost, BentClosing}},
+             Loss{"<polygon points='1e-2 2 3 4'/><polygon points='1e2 .5.5 3E+1'/>",
+                  {Exponent, TwoPoints, Exponent}},
+             Loss{"<g transform='rotate(3)'><path d='M1 1L3 3'/></g>", {Transform}},
+             Loss{"<path d='M1 1C1 2 3 4 5 6S1 2 3 4Z'/><rect x='-1.5' width='1e1' height='2'/>",
+                  {}},
+         }) {
+        test::Notices notices;
+        static_cast<void>(test::readSvg("<svg>" + std::string(loss.svg) + "</svg>", &notices));
+        std::vector<SvgIssue> issues;
+        for (const SvgNotice& notice : notices.all) {
+            issues.push_back(notice.issue);
+            EXPECT_EQ(notice.text.find('%'), notice.text.rfind("%\"")) << notice.text;
+        }
+        EXPECT_EQ(issues, loss.issues) << loss.svg;
     }
 }
 

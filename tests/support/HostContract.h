@@ -31,11 +31,13 @@ protected:
     static void number(const RasterInfo& picture, int first) {
         for (int y = 0; y < picture.height; ++y) {
             for (int x = 0; x < picture.width; ++x) {
-                std::memset(picture.row(y) + 4 * x, first + 8 * y + x, 4);
+                std::memset(picture.row(y) + std::ptrdiff_t{4} * x, first + 8 * y + x, 4);
             }
         }
     }
-    static int numberAt(const RasterInfo& picture, int x, int y) { return picture.row(y)[4 * x]; }
+    static int numberAt(const RasterInfo& picture, int x, int y) {
+        return picture.row(y)[std::ptrdiff_t{4} * x];
+    }
     static RasterInfo infoOf(PluginHost_API& host, PluginRaster_API* raster) {
         RasterInfo info;
         host.getRasterInfo(raster, &info);
@@ -254,8 +256,8 @@ TYPED_TEST_P(HostContract, countsTimeInWholeTicks) {
 template<class Number>
 void expectTheLibrarysMaths(PluginHost_API& host, Number x, Number y) {
     const auto single = [](double value) { return static_cast<Number>(value); };
-    const double a = static_cast<double>(x);
-    const double b = static_cast<double>(y);
+    const auto a = static_cast<double>(x);
+    const auto b = static_cast<double>(y);
     EXPECT_EQ(host.math_sqrt(x), single(std::sqrt(a)));
     EXPECT_EQ(host.math_floor(x), single(std::floor(a)));
     EXPECT_EQ(host.math_exp(x), single(std::exp(a)));

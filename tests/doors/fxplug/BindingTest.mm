@@ -205,64 +205,62 @@ TEST_F(Binding, makesDoWithNothing) {
 
 // --- Images at other times ---
 
-struct LayerCase {
+struct WeaveCase {
     const char* what;
+    bool layer; ///< else the input
+    bool fieldMode;
+    bool odd;
     FxUInt width;
     FxUInt height;
-    std::vector<double> fetched;
+    int first; ///< row where the first field starts; -1: taken as a frame
 };
 
-TEST_F(Binding, weavesTheFieldsOfALayer) {
+TEST_F(Binding, weavesFieldsIntoFrames) {
     // The output is 4 x 20.
-    const LayerCase cases[] = {
-        {"frame", 4, 20, {2.0}},
-        {"nearly a frame", 4, 14, {2.0}},
-        {"hardly a frame", 4, 13, {2.0, 2.5}},
-        {"field", 4, 10, {2.0, 2.5}},
-        {"narrow", 3, 10, {2.0}},
-        {"taller than a frame", 4, 40, {2.0}},
+    const WeaveCase cases[] = {
+        {"layer: frame", true, true, true, 4, 20, -1},
+        {"layer: nearly a frame", true, true, true, 4, 14, -1},
+        {"layer: hardly a frame", true, true, true, 4, 13, 1},
+        {"layer: field", true, true, true, 4, 10, 1},
+        {"layer: narrow", true, true, true, 3, 10, -1},
+        {"layer: taller than a frame", true, true, true, 4, 40, -1},
+        {"input: field", false, true, true, 4, 10, 1},
+        {"input: even field first", false, true, false, 4, 10, 0},
+        {"input: no field wanted", false, false, true, 4, 10, -1},
+        {"input: nearly a frame", false, true, true, 4, 14, -1},
+        {"input: hardly a frame", false, true, true, 4, 13, 1},
+        {"input: little taller", false, true, true, 4, 26, -1},
+        {"input: much taller", false, true, true, 4, 27, 1},
     };
-    for (const LayerCase& layer : cases) {
+    for (const WeaveCase& c : cases) {
         std::vector<double> times;
-        project.layer = [&](UInt32, double time) {
-            times.push_back(time);
-            return [rows(layer.width, layer.height, 8, 2, time == 2.0 ? 0 : 100) retain];
-        };
-        PluginHost_FXPLUG_Impl binding = host();
-        PluginRaster_API* const raster = binding.checkoutLayer(5, 2.7, 0);
-        EXPECT_EQ(times, layer.fetched) << layer.what;
-        std::vector<int> expected;
-        for (int y = 0; y < static_cast<int>(layer.height); ++y) {
-            if (layer.fetched.size() == 2) {
-                expected.push_back(100 + y);
-            }
-            expected.push_back(y);
-        }
-        EXPECT_THAT(firstBytes(infoOf(binding, raster)), ElementsAreArray(expected)) << layer.what;
-        binding.checkinLayer(raster);
-        delete raster;
-    }
-}
-
-TEST_F(Binding, weavesTheFieldsOfTheInput) {
-    for (const auto& [fieldMode, odd, height, first] :
-         {std::tuple{true, true, 10U, 1}, std::tuple{true, false, 10U, 0},
-          std::tuple{false, true, 10U, -1}, std::tuple{true, true, 26U, -1},
-          std::tuple{true, true, 27U, 1}, std::tuple{true, true, 14U, -1},
-          std::tuple{true, true, 13U, 1}}) {
         project.input = [&](double time) {
-            return [rows(4, height, 8, 2, time == 0.0 ? 0 : 100) retain];
+            times.push_back(time);
+            return [rows(c.width, c.height, 8, 2, time == 2.0 ? 0 : 100) retain];
         };
+        project.layer = [this](UInt32, double time) { return project.input(time); };
         PluginHost_FXPLUG_Impl binding = host();
-        PluginRaster_API* const raster = binding.lockTemporalRaster(-3.2, fieldMode, odd);
-        const std::vector<int> bytes = firstBytes(infoOf(binding, raster));
-        ASSERT_EQ(bytes.size(), first < 0 ? height : 2 * height);
-        if (first >= 0) {
-            EXPECT_EQ(bytes[static_cast<std::size_t>(first)], 0);
-            EXPECT_EQ(bytes[static_cast<std::size_t>(1 - first)], 100);
+        PluginRaster_API* const raster = c.layer
+                                             ? binding.checkoutLayer(5, 2.7, 0)
+                                             : binding.lockTemporalRaster(2.7, c.fieldMode, c.odd);
+        std::vector<int> expected;
+        for (int y = 0; y < static_cast<int>(c.height); ++y) {
+            expected.push_back(c.first == 1 ? 100 + y : y);
+            if (c.first >= 0) {
+                expected.push_back(c.first == 1 ? y : 100 + y);
+            }
         }
+        EXPECT_THAT(firstBytes(infoOf(binding, raster)), ElementsAreArray(expected)) << c.what;
+        EXPECT_EQ(times, c.first < 0 ? std::vector{2.0} : std::vector({2.0, 2.5})) << c.what;
         binding.unlockTemporalRaster(raster);
     }
+    double asked = -1.0;
+    project.input = [&](double time) {
+        asked = time;
+        return static_cast<FxBitmap*>(nil);
+    };
+    EXPECT_EQ(host().lockTemporalRaster(-3.2, false, false), nullptr);
+    EXPECT_EQ(asked, 0.0);
 }
 
 TEST_F(Binding, yieldsNothingAndKeepsNothingWithoutTheSecondField) {

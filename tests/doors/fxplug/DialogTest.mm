@@ -4,6 +4,7 @@
 #include "tests/support/TestFolder.h"
 
 #import <AppKit/AppKit.h>
+#import <objc/runtime.h>
 
 #include <gmock/gmock.h>
 
@@ -124,8 +125,18 @@ protected:
     LoadedEffect loaded{ORBEL_BUNDLE, Application::FinalCutPro};
 };
 
+// A button of this runtime does not tell its type.
+unsigned givenType = 0;
+void takeType(id /*button*/, SEL /*selector*/, NSButtonType type) {
+    givenType = static_cast<unsigned>(type);
+}
+
 TEST_F(Dialog, hasOneButtonForTheShape) {
+    const Method setter = class_getInstanceMethod([NSButton class], @selector(setButtonType:));
+    const IMP former =
+        method_setImplementation(setter, reinterpret_cast<IMP>(reinterpret_cast<void*>(&takeType)));
     NSButton* const first = static_cast<NSButton*>([effect() createViewForParm:SHAPE]);
+    method_setImplementation(setter, former);
     const NSUInteger held = [first retainCount];
     NSButton* const second = static_cast<NSButton*>([effect() createViewForParm:SHAPE]);
     EXPECT_EQ(first, second);
@@ -135,10 +146,7 @@ TEST_F(Dialog, hasOneButtonForTheShape) {
     EXPECT_EQ([first target], effect());
     EXPECT_TRUE(sel_isEqual([first action], @selector(loadFile:)));
     EXPECT_EQ([first imagePosition], 0);
-    NSButton* const momentary = [[[NSButton alloc] initWithFrame:[first frame]] autorelease];
-    [momentary setButtonType:static_cast<NSButtonType>(7)];
-    EXPECT_EQ([[first cell] highlightsBy], [[momentary cell] highlightsBy]);
-    EXPECT_EQ([[first cell] showsStateBy], [[momentary cell] showsStateBy]);
+    EXPECT_EQ(givenType, 7U);
     EXPECT_EQ([first bezelStyle], 1);
     [first release];
     [second release];

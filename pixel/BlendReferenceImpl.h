@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/Numeric.h"
-#include "pixel/ColourLawImpl.h"
+#include "pixel/ColourReferenceImpl.h"
 #include "pixel/RowKernels.h"
 #include "pixel/TransferFunctors.h"
 
@@ -12,8 +12,8 @@
 
 namespace orbel {
 
-// The transfer modes over one row, pixel by pixel: the law that vector kernels have to follow to
-// the byte.
+// The transfer modes over one row, pixel by pixel: the reference that vector kernels have to match
+// to the byte.
 
 /// A pixel in the arithmetic of its format.
 template<typename F>
@@ -74,11 +74,11 @@ BlendPixel<F> mixColours(const BlendPixel<F>& a, const BlendPixel<F>& b, const M
     return {mix(a.red, b.red), mix(a.green, b.green), mix(a.blue, b.blue), a.alpha};
 }
 
-/// One pixel of `Blend` where the image in front is not transparent. `united` is the alpha of both
-/// together.
+/// One pixel of `Blend` where the image in front is not transparent. `unionAlpha` is the alpha of
+/// both together.
 template<typename P, typename F, typename Functor>
 BlendPixel<F> blendPixel(const Functor& functor, const BlendPixel<F>& s, const BlendPixel<F>& d,
-                         F united) {
+                         F unionAlpha) {
     constexpr auto maximum = static_cast<F>(P::MAX_VALUE());
     BlendPixel<F> c = s;
     if (d.alpha > F{0}) {
@@ -86,19 +86,19 @@ BlendPixel<F> blendPixel(const Functor& functor, const BlendPixel<F>& s, const B
                           c.red, c.green, c.blue, c.alpha);
         if (d.alpha < maximum && !functor.done()) {
             // Where the image behind is partly transparent, the front's own colour shows.
-            c = mixColours(c, s, [rest = maximum - d.alpha, da = d.alpha](F blended, F front) {
-                return P::multiply(front, rest) + P::multiply(blended, da);
+            c = mixColours(c, s, [inverse = maximum - d.alpha, da = d.alpha](F blended, F front) {
+                return P::multiply(front, inverse) + P::multiply(blended, da);
             });
         }
     }
     if (functor.done()) {
-        c.alpha = united;
+        c.alpha = unionAlpha;
     } else if (s.alpha != maximum && d.alpha != F{0}) {
         const F k = P::multiply(maximum - c.alpha, d.alpha);
         c = mixColours(c, d, [k, a = c.alpha](F blended, F behind) {
             return P::divide(P::multiply(blended, a) + P::multiply(behind, k), a + k);
         });
-        c.alpha = united;
+        c.alpha = unionAlpha;
     }
     return c;
 }
@@ -113,14 +113,14 @@ void blendRow(const Functor& functor, const typename P::Component* front,
     for (int x = 0; x < pixels; ++x) {
         const F sa = layerAlpha<P, F>(front[FORMAT::alpha], opacity1);
         const F da = layerAlpha<P, F>(behind[FORMAT::alpha], opacity2);
-        const F united = sa + da - P::multiply(sa, da);
+        const F unionAlpha = sa + da - P::multiply(sa, da);
         if (sa == F{0}) {
             copyPixel(output, behind);
-            storeAlpha<P, FORMAT>(output, united);
+            storeAlpha<P, FORMAT>(output, unionAlpha);
         } else {
             const auto s = loadPixel<P, FORMAT, F>(front, sa);
             const auto d = loadPixel<P, FORMAT, F>(behind, da);
-            storePixel<P, FORMAT>(output, blendPixel<P>(functor, s, d, united));
+            storePixel<P, FORMAT>(output, blendPixel<P>(functor, s, d, unionAlpha));
         }
         front += componentsPerPixel;
         behind += componentsPerPixel;
@@ -142,11 +142,11 @@ void blendRowBy(const typename P::Component* front, const typename P::Component*
 /// One pixel of `blendBehindRow` where the image `d`, which lies in front here, is partly
 /// transparent.
 template<typename P, typename F>
-BlendPixel<F> blendPixelBehind(const BlendPixel<F>& s, const BlendPixel<F>& d, F united) {
+BlendPixel<F> blendPixelBehind(const BlendPixel<F>& s, const BlendPixel<F>& d, F unionAlpha) {
     constexpr auto maximum = static_cast<F>(P::MAX_VALUE());
     const F da = d.alpha;
-    auto c = mixColours(s, d, [da, rest = maximum - da](F back, F front) {
-        return P::multiply(back, rest) + P::multiply(front, da);
+    auto c = mixColours(s, d, [da, inverse = maximum - da](F back, F front) {
+        return P::multiply(back, inverse) + P::multiply(front, da);
     });
     if (s.alpha != maximum) {
         const F k = P::multiply(maximum - s.alpha, da);
@@ -154,7 +154,7 @@ BlendPixel<F> blendPixelBehind(const BlendPixel<F>& s, const BlendPixel<F>& d, F
             return P::divide(P::multiply(mixed, sa) + P::multiply(front, k), k + sa);
         });
     }
-    c.alpha = united;
+    c.alpha = unionAlpha;
     return c;
 }
 
@@ -168,16 +168,16 @@ void blendBehindRow(const typename P::Component* back, const typename P::Compone
     for (int x = 0; x < pixels; ++x) {
         const F sa = layerAlpha<P, F>(back[FORMAT::alpha], opacity1);
         const F da = layerAlpha<P, F>(front[FORMAT::alpha], opacity2);
-        const F united = sa + da - P::multiply(sa, da);
+        const F unionAlpha = sa + da - P::multiply(sa, da);
         if (da == F{0}) {
             copyPixel(output, back);
-            storeAlpha<P, FORMAT>(output, united);
+            storeAlpha<P, FORMAT>(output, unionAlpha);
         } else if (da == maximum) {
             copyPixel(output, front);
         } else {
             const auto s = loadPixel<P, FORMAT, F>(back, sa);
             const auto d = loadPixel<P, FORMAT, F>(front, da);
-            storePixel<P, FORMAT>(output, blendPixelBehind<P>(s, d, united));
+            storePixel<P, FORMAT>(output, blendPixelBehind<P>(s, d, unionAlpha));
         }
         back += componentsPerPixel;
         front += componentsPerPixel;
@@ -188,10 +188,10 @@ void blendBehindRow(const typename P::Component* back, const typename P::Compone
 /// Cross-fades in single precision and truncates.
 template<typename T>
 void blendImagesRow(const T* from, T* to, std::ptrdiff_t components, float amount) {
-    const float rest = 1.0F - amount;
+    const float inverse = 1.0F - amount;
     for (std::ptrdiff_t i = 0; i < components; ++i) {
-        to[i] =
-            truncateTo<T>(static_cast<float>(from[i]) * amount + static_cast<float>(to[i]) * rest);
+        to[i] = truncateTo<T>(static_cast<float>(from[i]) * amount +
+                              static_cast<float>(to[i]) * inverse);
     }
 }
 
@@ -207,17 +207,17 @@ void compositeNothing(const typename P::Component*, const typename P::Component*
 template<typename P, CompositeRow<P> composite>
 void finishRow(typename P::Component* input, typename P::Component* layer, int pixels,
                float opacity) {
-    ColourLaw<P>::unPremult(input, pixels);
+    ColourReference<P>::unPremult(input, pixels);
     composite(layer, input, layer, pixels, opacity, 1.0F);
-    ColourLaw<P>::premult(input, pixels);
-    ColourLaw<P>::premult(layer, pixels);
+    ColourReference<P>::premult(input, pixels);
+    ColourReference<P>::premult(layer, pixels);
 }
 
 template<typename P>
-void finishUntouchedRow(typename P::Component* input, typename P::Component* layer, int pixels) {
+void finishTransparentRow(typename P::Component* input, typename P::Component* layer, int pixels) {
     using F = typename P::Float;
     using FORMAT = typename P::FORMAT;
-    ColourLaw<P>::unPremult(input, pixels);
+    ColourReference<P>::unPremult(input, pixels);
     const auto* behind = input;
     auto* output = layer;
     for (int x = 0; x < pixels; ++x) {
@@ -227,8 +227,8 @@ void finishUntouchedRow(typename P::Component* input, typename P::Component* lay
         behind += componentsPerPixel;
         output += componentsPerPixel;
     }
-    ColourLaw<P>::premult(input, pixels);
-    ColourLaw<P>::premult(layer, pixels);
+    ColourReference<P>::premult(input, pixels);
+    ColourReference<P>::premult(layer, pixels);
 }
 
 } // namespace orbel

@@ -1,6 +1,6 @@
-#include "pixel/RowLaw.h"
+#include "pixel/RowReference.h"
 
-#include "pixel/BlendLawImpl.h"
+#include "pixel/BlendReferenceImpl.h"
 #include "pixel/TransferCodes.h"
 
 #include <cstddef>
@@ -49,17 +49,17 @@ constexpr void enterModes(RowKernels<P>& table) {
 }
 
 template<typename P>
-constexpr RowKernels<P> makeLaw() {
-    using Law = ColourLaw<P>;
+constexpr RowKernels<P> makeReference() {
+    using Reference = ColourReference<P>;
     RowKernels<P> table{};
-    table.fill = &Law::fill;
-    table.unPremult = &Law::unPremult;
-    table.premult = &Law::premult;
-    table.multiplyAlpha = &Law::multiplyAlpha;
-    table.hslModulate = &Law::hslModulate;
+    table.fill = &Reference::fill;
+    table.unPremult = &Reference::unPremult;
+    table.premult = &Reference::premult;
+    table.multiplyAlpha = &Reference::multiplyAlpha;
+    table.hslModulate = &Reference::hslModulate;
     table.blendImages = &blendImagesRow<typename P::Component>;
     table.finish.fill(&finishRow<P, &compositeNothing<P>>);
-    table.finishUntouched = &finishUntouchedRow<P>;
+    table.finishTransparent = &finishTransparentRow<P>;
     enterModes(table);
     return table;
 }
@@ -67,12 +67,12 @@ constexpr RowKernels<P> makeLaw() {
 } // namespace
 
 template<typename P>
-const RowKernels<P>& rowLaw() {
-    static constexpr RowKernels<P> table = makeLaw<P>();
+const RowKernels<P>& rowReference() {
+    static constexpr RowKernels<P> table = makeReference<P>();
     return table;
 }
 
-#define ORBEL_INSTANTIATE_ROW_LAW(P) template const RowKernels<P>& rowLaw<P>();
-ORBEL_FOR_EACH_PIXEL_FORMAT(ORBEL_INSTANTIATE_ROW_LAW)
+#define ORBEL_INSTANTIATE_ROW_REFERENCE(P) template const RowKernels<P>& rowReference<P>();
+ORBEL_FOR_EACH_PIXEL_FORMAT(ORBEL_INSTANTIATE_ROW_REFERENCE)
 
 } // namespace orbel

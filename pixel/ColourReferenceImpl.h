@@ -9,8 +9,8 @@
 
 namespace orbel {
 
-// The colour passes over one row, pixel by pixel: the law that vector kernels have to follow to the
-// byte.
+// The colour passes over one row, pixel by pixel: the reference that vector kernels have to match
+// to the byte.
 
 /// Calls `visit(pixel)` with the first component of every pixel of a row.
 template<typename T, typename Visit>
@@ -22,7 +22,7 @@ void forEachPixelOfRow(T* row, int pixels, const Visit& visit) {
 }
 
 template<typename P>
-struct ColourLaw {
+struct ColourReference {
     using T = typename P::Component;
     using F = typename P::Float;
     using FORMAT = typename P::FORMAT;

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "pixel/PixelTraits.h"
+#include "pixel/RowKernels.h"
+#include "render/FrameTarget.h"
+
+#include <array>
+#include <cstddef>
+
+namespace orbel {
+
+/// The part of a sample that the stamps of one batch belong to.
+template<class P>
+struct SampleSlice {
+    using T = typename P::Component;
+    using Pixel = std::array<T, componentsPerPixel>;
+
+    /// How many alphas a format of single bytes has; that of others is too many for a table.
+    static constexpr std::size_t ALPHAS = sizeof(T) == 1 ? 256 : 0;
+
+    int sample;                            ///< number, from 0
+    Pixel colour;                          ///< of the sample, at alpha 0
+    HslAmounts modulation;                 ///< of the colour by alpha
+    bool begins = true;                    ///< the sample begins in this batch
+    bool ends = false;                     ///< and ends in it
+    bool isOrdinary = true;                ///< the kernels can paint all of its stamps
+    std::size_t last = 0;                  ///< the number of the stamp behind its last one
+    Pixel ground{};                        ///< what untouched pixels come to in the sample
+    Pixel meanBefore{};                    ///< and in the mean of the samples before
+    std::array<Pixel, ALPHAS> modulated{}; ///< the colour at every alpha, if there is modulation
+
+    SampleSlice(int number, const SampleLook& look, const RowKernels<P>& kernels)
+        : sample(number),
+          colour(pixelOf(look)),
+          modulation{look.highAlphaBrightness, look.lowAlphaHueTurns * 360.0,
+                     look.lowAlphaSaturation},
+          ground(colour) {
+        if (modulation.any()) {
+            kernels.hslModulate(ground.data(), 1, modulation);
+            fillTable(kernels);
+        }
+    }
+
+    /// A pixel of the colour, as `FillColor` fills it in.
+    static Pixel pixelOf(const SampleLook& look) {
+        Pixel pixel{};
+        pixel[P::FORMAT::red] = truncateTo<T>(P::MAX_VALUE() * look.colour[0]);
+        pixel[P::FORMAT::green] = truncateTo<T>(P::MAX_VALUE() * look.colour[1]);
+        pixel[P::FORMAT::blue] = truncateTo<T>(P::MAX_VALUE() * look.colour[2]);
+        pixel[P::FORMAT::alpha] = truncateTo<T>(P::MAX_VALUE() * look.colour[3]);
+        return pixel;
+    }
+
+private:
+    void fillTable(const RowKernels<P>& kernels) {
+        if constexpr (ALPHAS > 0) {
+            for (std::size_t alpha = 0; alpha < ALPHAS; ++alpha) {
+                modulated[alpha] = colour;
+                modulated[alpha][P::FORMAT::alpha] = static_cast<T>(alpha);
+            }
+            kernels.hslModulate(modulated[0].data(), static_cast<int>(ALPHAS), modulation);
+        }
+    }
+};
+
+/// The pixel at a place of a raster.
+template<class P>
+[[nodiscard]] typename P::Component* pixelsAt(const RasterInfo& raster, int y, int x) {
+    return static_cast<typename P::Component*>(static_cast<void*>(raster.row(y))) +
+           std::ptrdiff_t{x} * componentsPerPixel;
+}
+
+} // namespace orbel

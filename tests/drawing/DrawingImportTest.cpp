@@ -1,0 +1,200 @@
+#include "drawing/DrawingImport.h"
+#include "drawing/ShapeLosses.h"
+#include "shapes/PathModel.h"
+#include "shapes/SvgParser.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace orbel {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* head = R"(<svg xmlns="http://www.w3.org/2000/svg" )"
+                             R"(xmlns:xlink="http://www.w3.org/1999/xlink" viewBox="0 0 100 100">)";
+
+struct Box {
+    double left, top, right, bottom;
+};
+
+/// The boxes of the anchors, as the shape reader reads what was made.
+std::vector<Box> boxesOf(const Conversion& conversion) {
+    PluginPath_Impl path;
+    svg_parser parser;
+    parser.setPath(&path);
+    parser.parseBuffer(conversion.shape ? conversion.shape->svg : std::string());
+    std::vector<Box> boxes;
+    for (const auto& outline : path.outlines()) {
+        Box box{1e9, 1e9, -1e9, -1e9};
+        for (const Vx_PathVertex& v : outline.vertices) {
+            box = {std::min(box.left, v.x), std::min(box.top, v.y), std::max(box.right, v.x),
+                   std::max(box.bottom, v.y)};
+        }
+        boxes.push_back(box);
+    }
+    return boxes;
+}
+
+Conversion import(const std::string& body, const ImportOptions& options = {}) {
+    return importDrawing(head + body + "</svg>", options);
+}
+
+struct Case {
+    std::string body;
+    std::vector<Box> boxes;
+};
+
+TEST(DrawingImport, showsWhatABrowserShows) {
+    const std::vector<Case> cases{
+        {R"(<g transform="translate(10,5) scale(2)"><rect width="10" height="5"/></g>)",
+         {{10, 5, 30, 15}}},
+        {R"(<circle cx="50" cy="40" r="20"/>)", {{30, 20, 70, 60}}},
+        {R"(<path fill="none" stroke="red" d="M10 50a20 20 0 1140 0"/>)", {{10, 30, 50, 50}}},
+        {R"(<path d="M1 1h9v9z M20 20h9v9z"/>)", {{1, 1, 10, 10}, {20, 20, 29, 29}}},
+        {R"(<defs><rect id="r" width="8" height="8"/></defs><use xlink:href="#r" x="5"/>)",
+         {{5, 0, 13, 8}}},
+        {R"(<symbol id="s" viewBox="0 0 2 2"><rect width="2" height="2"/></symbol>)"
+         R"(<use xlink:href="#s" x="50" y="50" width="20" height="20"/>)",
+         {{50, 50, 70, 70}}},
+        {R"(<svg x="10" y="10" width="50" height="20" viewBox="0 0 10 10">)"
+         R"(<rect width="10" height="10"/></svg>)",
+         {{25, 10, 45, 30}}},
+        {R"(<style>.h{display:none} #k{fill:none}</style><rect class="h" width="9" height="9"/>)"
+         R"(<rect id="k" width="9" height="9"/><rect x="50" width="9" height="9"/>)",
+         {{50, 0, 59, 9}}},
+        {R"(<switch><rect systemLanguage="xx" width="5" height="5"/>)"
+         R"(<rect width="7" height="7"/></switch>)",
+         {{0, 0, 7, 7}}},
+        {R"(<rect width="9" height="9" opacity="0"/><g style="opacity:0"><rect width="8" height="8"/>)"
+         R"(</g><rect width="7" height="7" fill-opacity="0"/><rect width="6" height="6"/>)",
+         {{0, 0, 6, 6}}},
+        {R"(<clipPath id="c"><rect width="20" height="20"/></clipPath>)"
+         R"(<rect clip-path="url(#c)" x="10" width="30" height="9"/>)"
+         R"(<rect clip-path="url(#c)" x="60" width="30" height="9"/>)",
+         {{10, 0, 40, 9}}},
+        {R"(<rect fill="red" stroke="blue" width="9" height="9"/>)", {{0, 0, 9, 9}}},
+        {R"(<rect x="-50" width="9" height="9"/><rect width="0.1" height="0.1"/>)"
+         R"(<line x1="5" y1="5" x2="50" y2="50"/><rect x="1" width="9" height="9"/>)",
+         {{1, 0, 10, 9}}},
+        {R"(<pattern id="p" width="5" height="5" patternUnits="userSpaceOnUse">)"
+         R"(<circle r="2"/></pattern><rect fill="url(#p)" width="50" height="50"/>)",
+         {{0, 0, 50, 50}}},
+        {R"(<rect x="-1000000" y="10" width="2000000" height="20"/>)",
+         {{-1000000, 10, 1000000, 30}}},
+    };
+    for (const Case& drawing : cases) {
+        const Conversion conversion = import(drawing.body);
+        const std::vector<Box> boxes = boxesOf(conversion);
+        ASSERT_EQ(boxes.size(), drawing.boxes.size()) << drawing.body << conversion.message;
+        for (std::size_t i = 0; i < boxes.size(); ++i) {
+            const Box& wanted = drawing.boxes[i];
+            const double slack = wanted.right > 1000 ? 100 : 0.01;
+            EXPECT_NEAR(boxes[i].left, wanted.left, slack) << drawing.body;
+            EXPECT_NEAR(boxes[i].top, wanted.top, slack) << drawing.body;
+            EXPECT_NEAR(boxes[i].right, wanted.right, slack) << drawing.body;
+            EXPECT_NEAR(boxes[i].bottom, wanted.bottom, slack) << drawing.body;
+        }
+        EXPECT_THAT(readPlainText(conversion.shape->svg).losses, IsEmpty()) << drawing.body;
+    }
+}
+
+TEST(DrawingImport, takesWhatTheOptionsSay) {
+    const std::string body = R"(<g id="a"><title>One</title><path id="f" d="M60 10h20v20"/></g>)"
+                             R"(<path id="s" fill="none" stroke="#0f0" d="M10 10L20 20"/>)"
+                             R"(<rect width="100" height="100"/>)";
+    const auto idsWith = [&](const ImportOptions& options) {
+        std::vector<std::string> ids;
+        const Conversion conversion = import(body, options);
+        for (const auto& part : conversion.shape->outlines) {
+            ids.push_back(part.source.id + (part.closed ? " closed" : ""));
+        }
+        return ids;
+    };
+    ImportOptions options;
+    EXPECT_THAT(idsWith(options), ElementsAre("f closed", "s", " closed"));
+    options.pageRectangles = false;
+    EXPECT_THAT(idsWith(options), ElementsAre("f closed", "s"));
+    options.closed = ImportOptions::Closed::None;
+    EXPECT_THAT(idsWith(options), ElementsAre("f", "s"));
+    options.take = ImportOptions::Take::Strokes;
+    EXPECT_THAT(idsWith(options), ElementsAre("s"));
+    options.take = ImportOptions::Take::Fills;
+    EXPECT_THAT(idsWith(options), ElementsAre("f"));
+    const auto source = import(body).shape->outlines.front().source;
+    EXPECT_EQ(source.title, "One");
+    EXPECT_EQ(source.fill, "#000000");
+}
+
+TEST(DrawingImport, placesTextLetterByLetter) {
+    const auto leftEdges = [](const std::string& text) {
+        std::vector<double> edges;
+        for (const Box& box : boxesOf(import(text))) {
+            edges.push_back(std::round(box.left));
+        }
+        return edges;
+    };
+    const std::string plain = R"(<text y="50" font-family="DejaVu Sans" font-size="10" )";
+    EXPECT_THAT(leftEdges(plain + R"(x="1 31 61">lll</text>)"), ElementsAre(2, 32, 62));
+    EXPECT_THAT(leftEdges(plain + R"(x="0" textLength="90">lll</text>)").back(),
+                testing::DoubleNear(88, 1));
+    EXPECT_THAT(leftEdges(plain + R"(x="50" text-anchor="end">l</text>)"), ElementsAre(48));
+    const auto onPath = boxesOf(
+        import(R"(<path id="p" fill="none" d="M20 10V90"/><text font-size="10" )"
+               R"(font-family="DejaVu Sans"><textPath xlink:href="#p">l</textPath></text>)"));
+    ASSERT_EQ(onPath.size(), 1U);
+    EXPECT_NEAR(onPath[0].left, 20, 0.1);
+    EXPECT_GT(onPath[0].right - onPath[0].left, onPath[0].bottom - onPath[0].top);
+    EXPECT_THAT(import(plain + ">a&#x10FFFD;</text>").shape->notes.front(), HasSubstr("U+10FFFD"));
+}
+
+TEST(DrawingImport, refusesInOneSentence) {
+    std::string bomb = "<g id='a0'><path d='M0 0h1v1z'/></g>";
+    for (int i = 1; i < 10; ++i) {
+        bomb += "<g id='a" + std::to_string(i) + "'>";
+        for (int k = 0; k < 10; ++k) {
+            bomb += "<use xlink:href='#a" + std::to_string(i - 1) + "'/>";
+        }
+        bomb += "</g>";
+    }
+    ImportOptions hasty;
+    hasty.seconds = 1;
+    EXPECT_FALSE(import(bomb, hasty).shape);
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"", "empty"},
+        {"hello", "no readable SVG"},
+        {"<html/>", "no SVG drawing"},
+        {std::string(head) + "</svg>", "nothing in the drawing"},
+        {std::string(head) + "<path d='M NaN 1 L inf 5'/></svg>", "nothing in the drawing"},
+        {std::string(head) + "<g transform='scale(0)'><rect width='5' height='5'/></g></svg>",
+         "nothing in the drawing"},
+        {"<svg xmlns='http://www.w3.org/2000/svg' width='0' height='5'/>", "no usable size"},
+        {"<!DOCTYPE svg [<!ENTITY a 'xx'><!ENTITY b '&a;&b;'>]><svg>&b;</svg>", "no readable SVG"},
+        {"\x1f\x8b\x08 and so on", "damaged"},
+    };
+    for (const auto& [drawing, message] : cases) {
+        const Conversion conversion = importDrawing(drawing, {});
+        EXPECT_FALSE(conversion.shape) << drawing;
+        EXPECT_THAT(conversion.message, HasSubstr(message));
+    }
+}
+
+TEST(DrawingImport, opensNothingOutside) {
+    const Conversion conversion = importDrawing(
+        "<!DOCTYPE svg [<!ENTITY a SYSTEM 'file:///etc/hostname'>]>" + std::string(head) +
+            "<text y='50'>&a;</text><use xlink:href='/etc/passwd#a'/><rect width='5' height='5'/>"
+            "</svg>",
+        {});
+    ASSERT_TRUE(conversion.shape) << conversion.message;
+    EXPECT_EQ(conversion.shape->outlines.size(), 1U);
+}
+
+} // namespace
+} // namespace orbel

@@ -1,0 +1,32 @@
+#include "drawing/LimitedProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
+
+namespace orbel {
+namespace {
+
+TEST(LimitedProcess, bringsTheAnswerOrSaysWhatEndedIt) {
+    ProcessLimits limits;
+    limits.seconds = 20;
+    const std::string large(std::size_t{3} << 20, 'x');
+    EXPECT_EQ(runLimited([&] { return large; }, limits).answer, large);
+    const auto endOf = [&](const auto& work) { return runLimited(work, limits).end; };
+    EXPECT_EQ(endOf([]() -> std::string { std::abort(); }), ProcessEnd::Crashed);
+    EXPECT_EQ(endOf([]() -> std::string { throw std::runtime_error("x"); }), ProcessEnd::Crashed);
+    EXPECT_EQ(endOf([]() -> std::string { throw std::bad_alloc(); }), ProcessEnd::OutOfMemory);
+    limits.answerBytes = 1000;
+    EXPECT_EQ(runLimited([&] { return large; }, limits).answer, "");
+    limits.seconds = 0.1;
+    const auto hang = []() -> std::string {
+        for (volatile int i = 0;; i = 1 - i) {
+        }
+    };
+    EXPECT_EQ(runLimited(hang, limits).end, ProcessEnd::OutOfTime);
+}
+
+} // namespace
+} // namespace orbel
