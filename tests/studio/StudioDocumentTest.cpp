@@ -159,6 +159,35 @@ TEST_F(StudioDocument, takesDropsAndTellsWhatIsLost) {
     }
 }
 
+TEST_F(StudioDocument, importsWhatTheReaderWouldLose) {
+    const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 100 100'>"
+                            "<g transform='rotate(90 50 50)'><rect x='10' y='40' width='80' "
+                            "height='20'/></g></svg>";
+    const json drop = m_studio.post("/api/drop", {{"name", "a.svg"}, {"text", svg}}).document();
+    ASSERT_EQ(drop["before"]["paths"].size(), 1U) << drop;
+    ASSERT_EQ(drop["after"]["paths"].size(), 1U) << drop;
+    EXPECT_NE(drop["before"]["paths"], drop["after"]["paths"]);
+
+    const auto scene = [](const json& shape) {
+        return sceneText({{"shape", shape}, {"parameters", {{"Presets", nullptr}}}});
+    };
+    const auto picture = [&](const std::string& text) {
+        return m_studio.post("/api/frame", {{"text", text}, {"frame", 9}}).body;
+    };
+    const std::string imported = scene({{"file", "a.svg"}, {"import", json::object()}});
+    EXPECT_TRUE(m_studio.post("/api/check", {{"text", imported}}).document()["problems"].empty());
+    const std::string shown = picture(imported);
+    EXPECT_EQ(shown.size(), 64U * 48 * 4);
+    EXPECT_NE(shown, picture(scene("a.svg")));
+    EXPECT_EQ(shown, picture(imported));
+    EXPECT_FALSE(m_studio.post("/api/path", {{"text", imported}}).document()["paths"].empty());
+    // Another drawing under the same name.
+    test::writeBytes(m_studio.folder / "a.svg",
+                     "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'><circle cx='4' "
+                     "cy='4' r='3'/></svg>");
+    EXPECT_NE(shown, picture(imported));
+}
+
 TEST_F(StudioDocument, servesTheTableAsItIs) {
     const json table = m_studio.get("/api/table").document();
     EXPECT_EQ(table["shapes"].size(), 40U);
