@@ -39,20 +39,19 @@ TEST(Lettering, drawsPenLinesThatStayOpen) {
 }
 
 TEST(Lettering, saysWhatItCannotWrite) {
-    const auto messageFor = [](const auto& change) {
-        LetteringOptions options;
-        options.text = "a";
-        change(&options);
-        return letterText(options).message;
-    };
-    EXPECT_THAT(messageFor([](auto* o) { o->text = " "; }), HasSubstr("nothing to write"));
-    EXPECT_THAT(messageFor([](auto* o) { o->text = "\xff"; }), HasSubstr("not UTF-8"));
-    EXPECT_THAT(messageFor([](auto* o) { o->font = "Sans:fat"; }), HasSubstr("no style"));
-    EXPECT_THAT(messageFor([](auto* o) {
-                    o->singleStroke = true;
-                    o->hand = "left";
-                }),
-                HasSubstr("no hand"));
+    LetteringOptions empty;
+    empty.text = std::string(1, ' ');
+    EXPECT_THAT(letterText(empty).message, HasSubstr("nothing to write"));
+    LetteringOptions options;
+    options.text = "\xff";
+    EXPECT_THAT(letterText(options).message, HasSubstr("not UTF-8"));
+    options.text = "word";
+    options.hand = "left";
+    options.singleStroke = true;
+    EXPECT_THAT(letterText(options).message, HasSubstr("no hand"));
+    options.font = "Sans:fat";
+    options.singleStroke = false;
+    EXPECT_THAT(letterText(options).message, HasSubstr("no style"));
 }
 
 } // namespace
