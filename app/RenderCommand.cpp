@@ -54,7 +54,7 @@ struct Rendering {
             teller.began(*plan, kept);
             begun = true;
         };
-        const FilmResult film =
+        FilmResult film =
             resumeFilm(scene, plan, request, {options.chunk, options.restart}, all);
         if (!begun) {
             teller.began(*plan, 0);

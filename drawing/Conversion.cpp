@@ -3,10 +3,9 @@
 #include "drawing/DrawingDocument.h"
 #include "drawing/LimitedProcess.h"
 #include "drawing/ShapeWriter.h"
+#include "drawing/ShortNumber.h"
 
 #include <nlohmann/json.hpp>
-
-#include <cstdio>
 
 namespace orbel {
 
@@ -64,12 +63,6 @@ ConvertedShape shapeOf(const json& answer) {
                                   part.at(2).get<std::size_t>()});
     }
     return shape;
-}
-
-std::string shortNumber(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
 }
 
 Conversion failureOf(ProcessEnd end, double seconds) {

@@ -1,10 +1,10 @@
 #include "drawing/DrawingRules.h"
 
 #include "drawing/CurveFit.h"
+#include "drawing/ShortNumber.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <utility>
 
 namespace orbel {
@@ -57,12 +57,6 @@ bool isPageRectangle(const OutlineCurve& curve, const DrawnPage& page) {
                        [&](const auto& s) { return onSide(s.end); }) &&
            box.left <= slack && box.top <= slack && box.right >= page.width - slack &&
            box.bottom >= page.height - slack;
-}
-
-std::string shortNumber(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
 }
 
 std::string counted(std::size_t count, const char* what) {

@@ -195,7 +195,7 @@ DrawnPage arrange(std::vector<WrittenLine> lines, const LetteringOptions& option
     return page;
 }
 
-ConvertedPage write(const LetteringOptions& options) {
+ConvertedPage writeText(const LetteringOptions& options) {
     if (g_utf8_validate(options.text.data(), static_cast<gssize>(options.text.size()), nullptr) ==
         FALSE) {
         throw DrawingError{"the text is not UTF-8", "save or type it as UTF-8"};
@@ -211,7 +211,7 @@ ConvertedPage write(const LetteringOptions& options) {
 } // namespace
 
 Conversion letterText(const LetteringOptions& options) {
-    return convertLimited([&] { return write(options); }, seconds);
+    return convertLimited([&] { return writeText(options); }, seconds);
 }
 
 } // namespace orbel

@@ -74,7 +74,7 @@ void limitThisProcess(const ProcessLimits& limits) {
 bool writeAll(int file, const std::string& text) {
     std::size_t done = 0;
     while (done < text.size()) {
-        const ssize_t written = write(file, text.data() + done, text.size() - done);
+        const ssize_t written = ::write(file, text.data() + done, text.size() - done);
         if (written < 0 && errno != EINTR) {
             return false;
         }

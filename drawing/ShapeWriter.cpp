@@ -22,7 +22,7 @@ public:
         : m_page(page), m_decimals(decimalsFor(std::max(page.width, page.height))) {}
 
     std::string write() {
-        m_text = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"";
+        m_text = R"(<svg xmlns="http://www.w3.org/2000/svg" width=")";
         number(m_page.width);
         m_text += "\" height=\"";
         number(m_page.height);

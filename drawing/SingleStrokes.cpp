@@ -106,6 +106,7 @@ std::vector<OutlineCurve> smoothPenLines(const std::vector<std::vector<PlanePoin
     }
     *letters = std::move(owners);
     std::vector<OutlineCurve> curves;
+    curves.reserve(joined.size());
     for (const std::vector<PlanePoint>& points : joined) {
         curves.push_back(fitCurve(points, smoothing * unit, sharpTurn));
     }

@@ -39,8 +39,8 @@ double unitIn(std::string_view unit, double em, double whole) {
                                      {"mm", 96 / 25.4},
                                      {"cm", 96 / 2.54},
                                      {"in", 96.0}}};
-    const auto known = std::find_if(units.begin(), units.end(),
-                                    [unit](const Unit& one) { return one.name == unit; });
+    const auto* const known = std::find_if(units.begin(), units.end(),
+                                           [unit](const Unit& one) { return one.name == unit; });
     return known == units.end() ? 1.0 : known->pixels;
 }
 
@@ -194,7 +194,7 @@ void TextStyles::readFont(const xmlNode* node, double parentSize, TextStyle* sty
     }
 }
 
-void TextStyles::readShorthand(const std::string& text, double parentSize, TextStyle* style) const {
+void TextStyles::readShorthand(const std::string& text, double parentSize, TextStyle* style) {
     std::string_view rest = trimmed(text);
     FontChoice font;
     font.language = style->font.language;

@@ -39,7 +39,7 @@ public:
 
 private:
     void readFont(const xmlNode* node, double parentSize, TextStyle* style) const;
-    void readShorthand(const std::string& text, double parentSize, TextStyle* style) const;
+    static void readShorthand(const std::string& text, double parentSize, TextStyle* style);
     void readPlace(const xmlNode* node, TextStyle* style) const;
 
     const Cascade& m_cascade;

@@ -61,11 +61,10 @@ std::vector<std::string> picturesIn(const Job& job, const std::string& folder,
                                     const FrameRange& range) {
     std::vector<std::string> files;
     for (long frame = range.first; frame <= range.last; ++frame) {
-        const std::string name =
-            job.outputs.file
-                ? fs::path(SequencePattern(*job.outputs.file).pathOf(frame)).filename().string()
-                : rawFrameName(frame);
-        files.push_back(folder + "/" + name);
+        const fs::path name = job.outputs.file
+                                  ? fs::path(SequencePattern(*job.outputs.file).pathOf(frame))
+                                  : fs::path(rawFrameName(frame));
+        files.push_back((fs::path(folder) / name.filename()).string());
     }
     return files;
 }

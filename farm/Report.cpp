@@ -60,7 +60,7 @@ std::string frameBytes(const Job& job, const std::string& path, long first, long
 /// A job of one frame out of another's, in a folder that goes with it.
 class Sample {
 public:
-    Sample(const Job& job, long frame) : m_job(job) {
+    Sample(Job job, long frame) : m_job(std::move(job)) {
         std::string name = (fs::temp_directory_path() / "orbel-verify-XXXXXX").string();
         m_job.folder = mkdtemp(name.data()) == nullptr ? "" : name;
         m_job.frames = {frame, frame};

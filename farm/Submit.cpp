@@ -68,7 +68,7 @@ Submission submissionFor(const Job& job, const SubmitOptions& options, std::size
     return submission;
 }
 
-void record(const Job& job, std::vector<SubmissionRecord> records) {
+void record(const Job& job, const std::vector<SubmissionRecord>& records) {
     json list = json::array();
     for (const SubmissionRecord& item : records) {
         list.push_back({{"engine", item.engine}, {"ids", item.ids}});
@@ -114,7 +114,7 @@ long submitMissing(const Job& job, const SubmitOptions& options) {
     const PendingFile sign(job.folder + "/submitting");
     if (const EngineState state = engineState(job); state.waiting + state.running > 0) {
         throw MediaError(job.folder, "", "tasks of this job still wait or run",
-                         "look with \"orbel farm status\", or end them with \"orbel farm cancel\"",
+                         R"(look with "orbel farm status", or end them with "orbel farm cancel")",
                          MediaError::Passing);
     }
     std::vector<SubmissionRecord> records = submissionsOf(job);

@@ -18,6 +18,7 @@ public:
     explicit FrameOnDemand(ScenePlan plan);
     FrameOnDemand(const FrameOnDemand&) = delete;
     FrameOnDemand& operator=(const FrameOnDemand&) = delete;
+    ~FrameOnDemand() = default;
 
     [[nodiscard]] const ScenePlan& plan() const { return m_plan; }
 

@@ -31,8 +31,9 @@ public:
 
     [[nodiscard]] const RasterInfo& info() const { return m_info; }
     void fill(const RasterInfo& raster, OutputAlpha alpha) {
+        auto* const pixels = m_pixels.data();
         encodeOpaque(raster, alpha,
-                     {&m_pixels[0], &m_pixels[1], &m_pixels[2], &m_pixels[3], 4, m_info.rowBytes});
+                     {pixels, pixels + 1, pixels + 2, pixels + 3, 4, m_info.rowBytes});
     }
 
 private:

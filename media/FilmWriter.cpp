@@ -24,12 +24,6 @@ const char* containerName(OutputKind kind) {
     }
 }
 
-void checkOpen(bool finished) {
-    if (finished) {
-        throw std::logic_error("this output is finished");
-    }
-}
-
 } // namespace
 
 FilmWriter::FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target)

@@ -16,12 +16,6 @@ namespace orbel {
 
 namespace {
 
-void checkOpen(bool finished) {
-    if (finished) {
-        throw std::logic_error("this output is finished");
-    }
-}
-
 struct FileClose {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -104,6 +98,12 @@ private:
 };
 
 } // namespace
+
+void MediaWriter::checkOpen(bool finished) {
+    if (finished) {
+        throw std::logic_error("this output is finished");
+    }
+}
 
 std::unique_ptr<MediaWriter> openWriter(const std::string& path, const WriterSpec& spec) {
     const OutputTarget target = checkOutput(path, 1);

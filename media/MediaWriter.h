@@ -42,6 +42,8 @@ public:
 
 protected:
     MediaWriter() = default;
+    /// Throws std::logic_error once the output is finished.
+    static void checkOpen(bool finished);
 };
 
 /// Opens the output that the ending of `path` names (see `checkOutput`). Films and pictures are

@@ -50,7 +50,7 @@ public:
     std::optional<std::string> text(const char* key) {
         const json* const value =
             find(key, &json::is_string, "a text", "write it in double quotes");
-        return value ? std::optional(value->get<std::string>()) : std::nullopt;
+        return value != nullptr ? std::optional(value->get<std::string>()) : std::nullopt;
     }
 
     void flag(const char* key, bool* field) {

@@ -14,9 +14,9 @@ class PluginHost_API;
 ///
 /// Vertices are cubic Bezier nodes: an anchor with the control points before and behind it. All
 /// coordinates are absolute, y downwards. The operations of `PluginPath_API` return 0, or 1 with
-/// their outputs untouched for an outline or a vertex that is none; an identifier without an outline
-/// checks out as null. One thread at a time: the shape cache hands the same object to every render
-/// of a file, under its lock.
+/// their outputs untouched for an outline or a vertex that is none; an identifier without an
+/// outline checks out as null. One thread at a time: the shape cache hands the same object to every
+/// render of a file, under its lock.
 class PluginPath_Impl final : public PluginPath_API {
 public:
     /// An ordered list of vertices. An open outline has one segment less than vertices.

@@ -22,7 +22,8 @@ constexpr const char* emptyScene = R"({
 )";
 
 json sceneJson(SceneFolder& folder, const std::string& name) {
-    const std::optional<std::string> text = folder.read(folder.pathOf(name, {FileKind::Scene}));
+    const std::optional<std::string> text =
+        SceneFolder::read(folder.pathOf(name, {FileKind::Scene}));
     std::error_code error;
     return {{"name", name},
             {"path", (folder.path() / name).string()},
@@ -101,7 +102,7 @@ Answer saveScene(const Call& call) {
     const std::string name = sceneName(call);
     const std::filesystem::path file = folder.pathOf(name, {FileKind::Scene});
     const std::string text = textMember(call.body, "text");
-    const std::optional<std::string> onDisk = folder.read(file);
+    const std::optional<std::string> onDisk = SceneFolder::read(file);
     const bool same = revisionOf(onDisk) == textMember(call.body, "revision");
     if (!same && !flagMember(call.body, "overwrite")) {
         Answer conflict =
@@ -112,7 +113,7 @@ Answer saveScene(const Call& call) {
         conflict.status = 409;
         return conflict;
     }
-    folder.write(file, text, onDisk ? Overwrite::Yes : Overwrite::No);
+    SceneFolder::write(file, text, onDisk ? Overwrite::Yes : Overwrite::No);
     return answerOf({{"revision", revisionOf(text)}});
 }
 
@@ -120,8 +121,8 @@ Answer saveSceneAs(const Call& call) {
     SceneFolder& folder = call.studio.folder();
     const std::string name = textMember(call.body, "name");
     const std::string text = textMember(call.body, "text");
-    folder.write(folder.pathOf(name, {FileKind::Scene}), text,
-                 flagMember(call.body, "overwrite") ? Overwrite::Yes : Overwrite::No);
+    SceneFolder::write(folder.pathOf(name, {FileKind::Scene}), text,
+                       flagMember(call.body, "overwrite") ? Overwrite::Yes : Overwrite::No);
     call.studio.setScene(call.tab, name);
     return answerOf({{"name", name}, {"revision", revisionOf(text)}});
 }
@@ -135,7 +136,7 @@ Answer keepJournal(const Call& call) {
         std::error_code ignored;
         std::filesystem::remove(journal, ignored);
     } else {
-        folder.write(journal, textMember(call.body, "text"), Overwrite::Yes);
+        SceneFolder::write(journal, textMember(call.body, "text"), Overwrite::Yes);
     }
     return answerOf(json::object());
 }

@@ -63,14 +63,16 @@ std::string plainName(const std::string& given) {
 std::string bytesOfBase64(std::string text) {
     using Decoded = boost::archive::iterators::transform_width<
         boost::archive::iterators::binary_from_base64<std::string::const_iterator>, 8, 6>;
-    const Refusal unreadable{400, "the file did not arrive whole", "drop it again"};
+    const auto unreadable = [] {
+        return Refusal{400, "the file did not arrive whole", "drop it again"};
+    };
     if (text.size() % 4 != 0) {
-        throw unreadable;
+        throw unreadable();
     }
     const std::size_t whole = std::min(text.find('='), text.size());
     const std::size_t padding = text.size() - whole;
     if (padding > 2 || text.find_first_not_of('=', whole) != std::string::npos) {
-        throw unreadable;
+        throw unreadable();
     }
     std::fill(text.begin() + static_cast<std::ptrdiff_t>(whole), text.end(), 'A');
     try {
@@ -78,16 +80,16 @@ std::string bytesOfBase64(std::string text) {
         bytes.resize(bytes.size() - std::min(padding, bytes.size()));
         return bytes;
     } catch (const boost::archive::iterators::dataflow_exception&) {
-        throw unreadable;
+        throw unreadable();
     }
 }
 
 json takeDrop(SceneFolder& folder, const std::string& name, std::string_view bytes) {
     std::string plain = plainName(name);
     const auto path = folder.pathOf(plain, {FileKind::Svg, FileKind::Picture, FileKind::Clip});
-    if (!folder.holds(path, bytes)) {
+    if (!SceneFolder::holds(path, bytes)) {
         plain = folder.freeName(plain);
-        folder.write(folder.pathOf(plain), bytes, Overwrite::No);
+        SceneFolder::write(folder.pathOf(plain), bytes, Overwrite::No);
     }
     json dropped{{"name", plain}, {"losses", json::array()}};
     if (kindOf(plain) == FileKind::Svg) {

@@ -68,7 +68,7 @@ private:
     void make(Job* job);
     void frameWritten(Job* job);
     void finish(Job* job, const FilmResult& result);
-    void put(Job* job);
+    static void put(Job* job);
     void tell();
     [[nodiscard]] json listLocked() const;
     static json jobJson(const Job& job);

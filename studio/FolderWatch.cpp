@@ -55,8 +55,9 @@ void FolderWatch::lookAt(const std::string& scene) {
             return;
         }
         known->second = std::move(stamp);
-        m_events->tell(
-            {{"event", "disk"}, {"name", scene}, {"revision", revisionOf(m_folder->read(file))}});
+        m_events->tell({{"event", "disk"},
+                        {"name", scene},
+                        {"revision", revisionOf(SceneFolder::read(file))}});
     } catch (const Refusal&) {
         // Became something that is no scene; whoever saves there will hear of it.
     }

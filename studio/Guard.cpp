@@ -58,10 +58,10 @@ std::optional<Refusal> refuseOrigin(const RequestHead& head) {
 } // namespace
 
 std::optional<Refusal> refuseStranger(const RequestHead& head, std::uint16_t port) {
-    if (const auto refusal = refuseHost(head, port)) {
+    if (auto refusal = refuseHost(head, port)) {
         return refusal;
     }
-    if (const auto refusal = refuseOrigin(head)) {
+    if (auto refusal = refuseOrigin(head)) {
         return refusal;
     }
     const std::string_view site = head.value("sec-fetch-site");

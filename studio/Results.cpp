@@ -28,8 +28,9 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 8> mediaType
      {".exr", "image/x-exr"}}};
 
 std::string_view typeOf(const std::string& file) {
-    const auto found = std::find_if(mediaTypes.begin(), mediaTypes.end(),
-                                    [&](const auto& type) { return file.ends_with(type.first); });
+    const auto* const found =
+        std::find_if(mediaTypes.begin(), mediaTypes.end(),
+                     [&](const auto& type) { return file.ends_with(type.first); });
     return found == mediaTypes.end() ? "application/octet-stream" : found->second;
 }
 

@@ -152,9 +152,10 @@ FileKind kindOf(std::string_view name) {
     std::transform(small.begin(), small.end(), small.begin(), [](char c) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });
-    const auto found = std::find_if(endings.begin(), endings.end(), [&](const Ending& ending) {
-        return small.size() > ending.first.size() && small.ends_with(ending.first);
-    });
+    const auto* const found =
+        std::find_if(endings.begin(), endings.end(), [&](const Ending& ending) {
+            return small.size() > ending.first.size() && small.ends_with(ending.first);
+        });
     return found == endings.end() ? FileKind::Other : found->second;
 }
 
@@ -167,16 +168,18 @@ std::string revisionOf(const std::optional<std::string>& bytes) {
 SceneFolder::SceneFolder(fs::path folder) : m_folder(std::move(folder)) {}
 
 fs::path SceneFolder::pathOf(const std::string& name) const {
-    const Refusal unknown{404, "there is no such file in the scene's folder",
-                          "name a file, without a folder"};
+    const auto unknown = [] {
+        return Refusal{404, "there is no such file in the scene's folder",
+                       "name a file, without a folder"};
+    };
     if (!isPlainName(name)) {
-        throw unknown;
+        throw unknown();
     }
     fs::path file = m_folder / name;
     std::error_code error;
     const fs::path real = fs::weakly_canonical(file, error);
     if (error || real.parent_path() != fs::weakly_canonical(m_folder, error)) {
-        throw unknown;
+        throw unknown();
     }
     return file;
 }
@@ -190,7 +193,7 @@ fs::path SceneFolder::pathOf(const std::string& name, std::initializer_list<File
     return file;
 }
 
-std::optional<std::string> SceneFolder::read(const fs::path& file) const {
+std::optional<std::string> SceneFolder::read(const fs::path& file) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (!fs::exists(status)) {

@@ -38,10 +38,11 @@ public:
 
     /// The bytes of a scene or its journal; nothing when there is no such file. Throws a Refusal
     /// when it cannot be read or is too large to be a scene.
-    [[nodiscard]] std::optional<std::string> read(const std::filesystem::path& file) const;
+    [[nodiscard]] static std::optional<std::string> read(const std::filesystem::path& file);
     /// Writes the whole file or leaves everything as it was: under another name first. Throws a
     /// Refusal: 409 when it may not overwrite, 507 when there is no room.
-    void write(const std::filesystem::path& file, std::string_view bytes, Overwrite overwrite);
+    static void write(const std::filesystem::path& file, std::string_view bytes,
+                      Overwrite overwrite);
 
     /// Whether the file is there with these very bytes.
     [[nodiscard]] static bool holds(const std::filesystem::path& file, std::string_view bytes);

@@ -48,7 +48,7 @@ std::string firstScene(const SceneFolder& folder, const std::string& place) {
         return folder.freeName("untitled.json");
     }
     std::string name = fs::path(place).filename().string();
-    static_cast<void>(folder.read(folder.pathOf(name, {FileKind::Scene})));
+    static_cast<void>(SceneFolder::read(folder.pathOf(name, {FileKind::Scene})));
     return name;
 }
 
