@@ -122,7 +122,7 @@ long submitMissing(const Job& job, const SubmitOptions& options) {
     fs::create_directories(job.folder + "/logs");
     writeWhole(submission.list, listed(submission.chunks));
     records.push_back({options.engine, engineNamed(options.engine)->submit(job, submission)});
-    record(job, std::move(records));
+    record(job, records);
     return static_cast<long>(submission.chunks.size());
 }
 
