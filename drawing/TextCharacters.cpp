@@ -103,10 +103,10 @@ private:
         each(lists("y", m_viewport.height), [](auto& c, double v) { c.y = v; });
         each(lists("dx", m_viewport.width), [](auto& c, double v) { c.dx = v; });
         each(lists("dy", m_viewport.height), [](auto& c, double v) { c.dy = v; });
-        std::vector<double> turns = lists("rotate", 0);
-        if (!turns.empty() && span.end > span.begin) {
-            turns.resize(std::max(turns.size(), span.end - span.begin), turns.back());
-            each(turns, [](auto& c, double v) { c.rotate = v; });
+        std::vector<double> rotations = lists("rotate", 0);
+        if (!rotations.empty() && span.end > span.begin) {
+            rotations.resize(std::max(rotations.size(), span.end - span.begin), rotations.back());
+            each(rotations, [](auto& c, double v) { c.rotate = v; });
         }
     }
 
