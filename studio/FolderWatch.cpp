@@ -50,11 +50,11 @@ void FolderWatch::lookAt(const std::string& scene) {
     try {
         const std::filesystem::path file = m_folder->pathOf(scene);
         std::string stamp = stampOf(file);
-        const auto [known, isNew] = m_stamps.emplace(scene, stamp);
-        if (isNew || known->second == stamp) {
+        std::optional<std::string>& known = m_stamps[scene];
+        if (known == stamp) {
             return;
         }
-        known->second = std::move(stamp);
+        known = std::move(stamp); // the first one is told as well: a page may have read before it
         m_events->tell({{"event", "disk"},
                         {"name", scene},
                         {"revision", revisionOf(SceneFolder::read(file))}});

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <thread>
@@ -30,7 +31,7 @@ private:
     SceneFolder* m_folder;
     EventHub* m_events;
     std::function<std::set<std::string>()> m_scenes;
-    std::map<std::string, std::string> m_stamps; ///< of scenes seen
+    std::map<std::string, std::optional<std::string>> m_stamps; ///< of scenes seen
     std::string m_folderStamp;
     std::atomic<bool> m_ending = false;
     std::thread m_thread;

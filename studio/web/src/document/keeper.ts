@@ -117,10 +117,23 @@ export class Keeper {
 
   // ---- Another writer
 
-  async diskChanged(revision: string): Promise<void> {
+  /** Compares what is shown with the disk, once the server tells of every change from here on. */
+  async compare(): Promise<void> {
+    const { session } = this;
+    const { name, revision } = session.state.file;
+    try {
+      const now = await session.api.openScene(name);
+      // What was saved or opened meanwhile is no other writer's.
+      if (revision === session.state.file.revision) this.diskChanged(name, now.revision);
+    } catch (reason) {
+      session.fail("disk", reason);
+    }
+  }
+
+  diskChanged(name: string, revision: string): void {
     const { session } = this;
     const { file, saving } = session.state;
-    if (saving || revision === file.revision) return;
+    if (saving || name !== file.name || revision === file.revision) return;
     const words = isUnsaved(session.state)
       ? "Loading it replaces what is not saved here; undo brings that back."
       : "Load it to go on from there.";
@@ -134,7 +147,7 @@ export class Keeper {
   private async loadTheirs(): Promise<void> {
     const { session } = this;
     try {
-      const answer: SceneAnswer = await session.api.scene();
+      const answer: SceneAnswer = await session.api.openScene(session.state.file.name);
       session.change("load from disk", answer.text);
       const { revision, exists, text } = answer;
       session.update({ file: { ...session.state.file, revision, exists, savedText: text } });

@@ -237,7 +237,7 @@ export class Session {
   private hear(event: ServerEvent): void {
     switch (event.event) {
       case "disk":
-        void this.keeper.diskChanged(event.revision);
+        this.keeper.diskChanged(event.name, event.revision);
         break;
       case "jobs":
         void this.film.readJobs(event.jobs);
@@ -270,6 +270,7 @@ export class Session {
       return this.lost(refused);
     }
     this.dismiss("link");
+    void this.keeper.compare();
     if (this.state.connected) return;
     this.update({ connected: true });
     this.picture.stale();

@@ -4,13 +4,13 @@ import type { Job } from "./api";
 import type { Client } from "./client";
 
 export type ServerEvent =
-  | { event: "disk"; revision: string; name?: string }
+  | { event: "disk"; revision: string; name: string }
   | { event: "jobs"; jobs?: Job[] }
   | { event: "files" }
   | { event: "ending" }
   | { event: "alive" };
 
-/** Listens for ever. `up` hears whether the line stands. */
+/** Listens for ever. `up` hears whether the line stands: from then on no event is missed. */
 export async function listen(
   client: Client,
   heard: (event: ServerEvent) => void,
@@ -19,9 +19,13 @@ export async function listen(
   for (let pause = 250; ; pause = Math.min(4000, pause * 2)) {
     try {
       const answer = await client.send("/api/events");
-      up(true);
       pause = 250;
-      await readLines(answer, heard);
+      // The first line, a sign of life, comes when the server has begun to listen for this page.
+      let stands = false;
+      await readLines(answer, (event) => {
+        if (!stands) up((stands = true));
+        heard(event);
+      });
       up(false);
     } catch (reason) {
       up(false, reason);

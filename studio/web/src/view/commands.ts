@@ -273,7 +273,9 @@ export function obey(session: Session, event: KeyboardEvent): void {
   if (inField && !["Ctrl+s", "Ctrl+e", "Escape"].includes(name)) return;
   if (target?.closest("button, [role=button], summary, a") && (name === " " || name === "Enter"))
     return;
-  if (name === "Ctrl+c" && String(getSelection())) return;
+  // Text that is marked on the page is copied as text. What is left marked in a field that was
+  // left counts as collapsed.
+  if (name === "Ctrl+c" && getSelection()?.isCollapsed === false) return;
   const command = byKeys.get(name);
   if (!command) return;
   event.preventDefault();

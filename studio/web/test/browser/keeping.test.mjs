@@ -66,6 +66,19 @@ test("what somebody else wrote is offered, never lost", async () => {
   await studio.close();
 });
 
+test("what somebody wrote before the page listened is noticed", async () => {
+  const studio = await openStudio({ text });
+  await studio.page.route("**/api/events", async (route) => {
+    await writeFile(studio.file, text.replace("1.20e1", "33"));
+    await new Promise((done) => setTimeout(done, 1500)); // the server has told it, to nobody
+    await route.continue();
+  });
+  await studio.page.reload();
+  await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
+  await studio.shows("Thickness", "33 px");
+  await studio.close();
+});
+
 test("a broken scene and a wrong value are told in place", async () => {
   const studio = await openStudio({ text });
   await writeFile(studio.file, text.replace("1.20e1", "-4"));
