@@ -12,6 +12,7 @@ const restartPause = 120;
 export class Film {
   #stop: AbortController | null = null;
   #again: ReturnType<typeof setTimeout> | undefined;
+  #heard = 0;
 
   constructor(private readonly session: Session) {}
 
@@ -148,9 +149,18 @@ export class Film {
     }
   }
 
-  async readJobs(told?: readonly Job[]): Promise<void> {
+  /** What the server tells of its own accord. */
+  heardJobs(jobs: readonly Job[]): void {
+    this.#heard++;
+    this.session.update({ jobs });
+  }
+
+  async readJobs(): Promise<void> {
+    const heard = this.#heard;
     try {
-      this.session.setJobs(told ?? (await this.session.api.jobs()).jobs);
+      const { jobs } = await this.session.api.jobs();
+      // What was heard while the answer was on its way is newer, and may have been the last word.
+      if (heard === this.#heard) this.session.update({ jobs });
     } catch (reason) {
       this.session.fail("export", reason);
     }

@@ -1,6 +1,6 @@
 // The studio as a whole: holds the state, applies what a person does, and keeps the server told.
 
-import { Api, type Job, type SceneAnswer } from "../link/api";
+import { Api, type SceneAnswer } from "../link/api";
 import { Client, failureOf, LinkError } from "../link/client";
 import { listen, type ServerEvent } from "../link/events";
 import { FrameLink } from "../link/frames";
@@ -91,7 +91,6 @@ export class Session {
         (event) => this.hear(event),
         (up, reason) => this.line(up, reason),
       );
-      void this.film.readJobs();
     } catch (reason) {
       this.update({ phase: "locked" });
       this.tell("locked", failureOf(reason).error, failureOf(reason).remedy);
@@ -240,7 +239,7 @@ export class Session {
         this.keeper.diskChanged(event.name, event.revision);
         break;
       case "jobs":
-        void this.film.readJobs(event.jobs);
+        this.film.heardJobs(event.jobs);
         break;
       case "files":
         void this.readFiles();
@@ -271,6 +270,7 @@ export class Session {
     }
     this.dismiss("link");
     void this.keeper.compare();
+    void this.film.readJobs();
     if (this.state.connected) return;
     this.update({ connected: true });
     this.picture.stale();
@@ -291,10 +291,6 @@ export class Session {
       refused ? "The studio was started anew." : "The studio's server does not answer.",
       remedy,
     );
-  }
-
-  setJobs(jobs: readonly Job[]): void {
-    this.update({ jobs });
   }
 }
 

@@ -5,7 +5,7 @@ import type { Client } from "./client";
 
 export type ServerEvent =
   | { event: "disk"; revision: string; name: string }
-  | { event: "jobs"; jobs?: Job[] }
+  | { event: "jobs"; jobs: Job[] }
   | { event: "files" }
   | { event: "ending" }
   | { event: "alive" };

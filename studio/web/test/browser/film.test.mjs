@@ -42,8 +42,16 @@ test("an empty scene becomes a film, the one that orbel render makes", async () 
   await page.locator(".unsaved").waitFor({ state: "detached" });
   await page.keyboard.press("Control+e");
   await page.getByRole("textbox", { name: "Name" }).fill("petals");
+  // The list of films may arrive when the last word about them has been heard already.
+  await page.route("**/api/jobs", async (route) => {
+    const response = await route.fetch();
+    await new Promise((done) => setTimeout(done, 2000));
+    await route.fulfill({ response });
+  });
   await page.getByRole("button", { name: "Export petals.mp4" }).click();
   await page.locator(".job.done").waitFor({ timeout: 30_000 });
+  await page.unrouteAll({ behavior: "wait" });
+  await page.locator(".job.done").waitFor();
 
   await page.getByRole("button", { name: "Export petals.mp4" }).click();
   await studio.notice("export").waitFor();
