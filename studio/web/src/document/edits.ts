@@ -1,5 +1,6 @@
 // What a person does to a scene: each edit takes the text and gives the new text.
 
+import { member, plain } from "./jsonText";
 import { readScene, valueAt, type Easing, type Key, type Scene } from "./scene";
 import { defaultOf, isContinuous, sameValue, type Row, type Table, type Value } from "./table";
 import { removeRow, tidy, writeConstant, writeHeader, writeKeys } from "./writing";
@@ -74,11 +75,25 @@ export class Editor {
     return removeRow(this.text, this.scene, row);
   }
 
+  /** A drawing converted when the scene is read, with the importer's own choices. */
+  importShape(file: string): string {
+    return this.writeShape({ file, import: {} });
+  }
+
+  /** A text as shape; font and what else was stated of a text stay. */
+  writeText(text: string): string {
+    const old = this.scene?.shape.kind === "text" && member(this.scene.root, "shape");
+    return this.writeShape({ ...(old ? (plain(old.value) as object) : {}), text });
+  }
+
   setShape(file: string): string {
-    if (!this.scene) return this.text;
-    const text = writeHeader(this.text, this.scene, "shape", file ? JSON.stringify(file) : null);
-    if (!file) return text;
-    // A built-in shape would win over the file.
+    return this.writeShape(file || null);
+  }
+
+  private writeShape(shape: string | object | null): string {
+    const text = this.setHeader("shape", shape);
+    if (shape === null) return text;
+    // A built-in shape would win over it.
     const next = new Editor(text, this.table);
     const presets = this.table.find("Presets");
     return next.scene && presets ? removeRow(text, next.scene, presets) : text;
@@ -222,7 +237,7 @@ function spellHeader(value: unknown): string {
 export function interchangeable(from: Row, to: Row): boolean {
   const numeric = (row: Row) => row.kind === "float" || row.kind === "angle";
   if (numeric(from) && numeric(to)) return true;
-  if (from.kind !== to.kind) return false;
+  if (from.kind !== to.kind || from.kind === "shape") return false;
   return isContinuous(from) || from.id === to.id || from.kind === "toggle";
 }
 

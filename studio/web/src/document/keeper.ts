@@ -103,8 +103,9 @@ export class Keeper {
       );
     }
     try {
-      const { name, losses } = await session.api.dropFile(file.name, await base64Of(file));
-      session.update({ losses: { name, losses } });
+      const losses = await session.api.dropFile(file.name, await base64Of(file));
+      const { name } = losses;
+      session.update({ losses });
       await session.readFiles();
       const kind = session.state.file.files.find((each) => each.name === name)?.kind;
       const edit = session.edit();

@@ -30,6 +30,11 @@ export type SceneInput =
   | { kind: "raw"; file: string }
   | { kind: "file"; file: string };
 
+export type SceneShape =
+  | { kind: "none" }
+  | { kind: "file" | "import"; file: string }
+  | { kind: "text"; text: string };
+
 export interface Scene {
   root: Node;
   fault: null;
@@ -39,7 +44,7 @@ export interface Scene {
   format: string;
   pixelAspect: number;
   input: SceneInput;
-  shape: string;
+  shape: SceneShape;
   tracks: ReadonlyMap<number, Track>;
 }
 
@@ -55,7 +60,6 @@ export function readScene(text: string, table: Table): Scene | BrokenScene {
   }
   const aspect = valueOf(root, "pixelAspect");
   const format = valueOf(root, "format");
-  const shape = valueOf(root, "shape");
   return {
     root,
     fault: null,
@@ -65,7 +69,7 @@ export function readScene(text: string, table: Table): Scene | BrokenScene {
     format: typeof format === "string" ? format : "rgba8",
     pixelAspect: positive(aspect) ?? 1,
     input: readInput(valueOf(root, "input")),
-    shape: typeof shape === "string" ? shape : "",
+    shape: readShape(valueOf(root, "shape")),
     tracks: readTracks(root, table),
   };
 }
@@ -91,6 +95,28 @@ function readInput(value: unknown): SceneInput {
   if (Array.isArray(color)) return { kind: "color", rgba: color as number[] };
   if (typeof raw === "string") return { kind: "raw", file: raw };
   return typeof file === "string" ? { kind: "file", file } : { kind: "none" };
+}
+
+function readShape(value: unknown): SceneShape {
+  if (typeof value === "string" && value) return { kind: "file", file: value };
+  if (typeof value !== "object" || value === null) return { kind: "none" };
+  const { file, text } = value as Record<string, unknown>;
+  if (typeof file === "string") return { kind: "import", file };
+  return typeof text === "string" ? { kind: "text", text } : { kind: "none" };
+}
+
+/** The shape as a row shows it: a plain file by its name alone. */
+function shapeWords(shape: SceneShape): string {
+  switch (shape.kind) {
+    case "none":
+      return "";
+    case "file":
+      return shape.file;
+    case "import":
+      return `${shape.file}, imported`;
+    case "text":
+      return `“${shape.text}”`;
+  }
 }
 
 function readTracks(root: Node, table: Table): Map<number, Track> {
@@ -125,7 +151,7 @@ function readKey(row: Row, node: Node): Key[] {
 
 /** The value of a row at a frame: what the keys say, the constant, or the default. */
 export function valueAt(scene: Scene, row: Row, frame: number): Value {
-  if (row.kind === "shape") return scene.shape;
+  if (row.kind === "shape") return shapeWords(scene.shape);
   const track = scene.tracks.get(row.id);
   if (!track) return defaultOf(row);
   if (track.keys.length > 0) return valueOfKeys(row, track.keys, frame);
@@ -178,5 +204,5 @@ export function isAnimated(scene: Scene, row: Row): boolean {
 }
 
 export function isStated(scene: Scene, row: Row): boolean {
-  return row.kind === "shape" ? scene.shape !== "" : scene.tracks.has(row.id);
+  return row.kind === "shape" ? scene.shape.kind !== "none" : scene.tracks.has(row.id);
 }

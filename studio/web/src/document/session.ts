@@ -121,6 +121,7 @@ export class Session {
       check: null,
       lastScene: null,
       panel: null,
+      losses: null,
     });
     this.setHistory(startHistory(text));
     this.update({ usedGroups: groupsInUse(this.state.scene) });

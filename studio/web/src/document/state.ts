@@ -1,6 +1,6 @@
 // Everything that the page shows, as one plain value.
 
-import type { CheckAnswer, FolderFile, Job, Loss } from "../link/api";
+import type { CheckAnswer, DropAnswer, FolderFile, Job } from "../link/api";
 import type { Failure } from "../link/client";
 import type { Ground } from "../link/frames";
 import type { CopiedKey, KeyId } from "./edits";
@@ -88,7 +88,8 @@ export interface State {
   panel: Panel;
   notices: readonly Notice[];
   jobs: readonly Job[];
-  losses: { name: string; losses: Loss[] } | null;
+  /** The file that was dropped last, and what the plain reader would lose of it. */
+  losses: DropAnswer | null;
   connected: boolean;
   saving: boolean;
   settings: Settings;

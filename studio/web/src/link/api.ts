@@ -1,7 +1,7 @@
 // The server's calls and the shapes of their answers.
 
 import type { TableData } from "../document/table";
-import type { Client } from "./client";
+import type { Client, Failure } from "./client";
 
 export interface FolderFile {
   name: string;
@@ -79,10 +79,17 @@ export interface Loss {
   count: number;
 }
 
+/** Outlines as SVG paths in a box of 100 by 100; the longer side goes from 25 to 75. */
+export interface Outlines {
+  paths: string[];
+}
+
 export interface DropAnswer {
   name: string;
   losses: Loss[];
-  converted?: boolean;
+  /** Where something is lost: the drawing as a plain shape, and imported. */
+  before?: Outlines;
+  after?: (Outlines & { notes: string[] }) | Failure;
 }
 
 export interface ExportOrder {

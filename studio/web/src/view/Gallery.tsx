@@ -1,4 +1,5 @@
 import { useState } from "preact/hooks";
+import type { DropAnswer, Outlines } from "../link/api";
 import { valueAt } from "../document/scene";
 import { readable, type State } from "../document/state";
 import type { BuiltInShape } from "../document/table";
@@ -11,6 +12,8 @@ export function Gallery({ state }: { state: State }) {
   const scene = readable(state);
   const presets = state.table.find("Presets");
   const chosen = scene && presets ? Number(valueAt(scene, presets, state.frame)) : 0;
+  const shape = scene?.shape;
+  const shapeFile = shape && "file" in shape ? shape.file : null;
   const files = state.file.files.filter((file) => file.kind === "svg");
   const choose = (index: number) => {
     if (presets) session.setValue(presets, index, "choose a shape");
@@ -35,7 +38,7 @@ export function Gallery({ state }: { state: State }) {
           <button
             key={file.name}
             class="fileshape"
-            aria-pressed={chosen === 0 && scene?.shape === file.name}
+            aria-pressed={chosen === 0 && shapeFile === file.name}
             onClick={() => session.change("choose a shape", session.edit().setShape(file.name))}
           >
             <Icon name="path" />
@@ -43,8 +46,9 @@ export function Gallery({ state }: { state: State }) {
           </button>
         ))}
       </div>
+      <Word text={chosen === 0 && shape?.kind === "text" ? shape.text : ""} />
       <DropPlace />
-      {state.losses && <Losses state={state} />}
+      {state.losses && <Losses dropped={state.losses} />}
     </div>
   );
 }
@@ -75,6 +79,30 @@ const Tile = memo(function Tile({ shape, index, on, pick }: TileProps) {
   );
 });
 
+/** A word that becomes the shape. */
+function Word({ text }: { text: string }) {
+  const session = useSession();
+  return (
+    <input
+      class="word"
+      aria-label="Text as shape"
+      placeholder="Write a word"
+      spellcheck={false}
+      value={text}
+      onKeyDown={(event) => {
+        if (event.key === "Escape") event.currentTarget.value = text;
+        if (event.key === "Enter" || event.key === "Escape") event.currentTarget.blur();
+      }}
+      onBlur={(event) => {
+        const written = event.currentTarget.value;
+        if (written === text) return;
+        const edit = session.edit();
+        session.change("write a text", written ? edit.writeText(written) : edit.setShape(""));
+      }}
+    />
+  );
+}
+
 /** A drop of files anywhere on the page ends here; so does a click that chooses one. */
 function DropPlace() {
   const session = useSession();
@@ -95,29 +123,56 @@ function DropPlace() {
   );
 }
 
-/** What the reader would lose of a drawing, with the remedy. */
-function Losses({ state }: { state: State }) {
+/** What the plain reader would lose of a drawing, beside what importing it gives. */
+function Losses({ dropped }: { dropped: DropAnswer }) {
   const session = useSession();
-  const { losses } = state;
-  if (!losses) return null;
+  const { name, losses, before, after } = dropped;
+  const close = () => session.update({ losses: null });
+  const importIt = () => {
+    session.change(`import ${name}`, session.edit().importShape(name));
+    close();
+  };
   return (
     <div class="losses" role="status">
       <header>
-        <b>{losses.name}</b>
-        <button class="square" aria-label="Close" onClick={() => session.update({ losses: null })}>
+        <b>{name}</b>
+        <button class="square" aria-label="Close" onClick={close}>
           <Icon name="close" />
         </button>
       </header>
-      {losses.losses.length === 0 && <p>Everything of it is drawn.</p>}
-      {losses.losses.slice(0, 6).map((loss, index) => (
+      {losses.length === 0 && <p>Everything of it is drawn.</p>}
+      {before && after && (
+        <div class="compare">
+          <Sketch outlines={before} caption="Plain" />
+          {"paths" in after && <Sketch outlines={after} caption="Imported" />}
+        </div>
+      )}
+      {after && "paths" in after && (
+        <button class="go" onClick={importIt}>
+          Import it
+        </button>
+      )}
+      {after && "error" in after && (
+        <p>{`It cannot be imported: ${after.error}${after.remedy && `; ${after.remedy}`}.`}</p>
+      )}
+      {losses.slice(0, 6).map((loss, index) => (
         <p key={index}>
           {loss.message}
           {loss.count > 1 && <span> ({loss.count} times)</span>}
         </p>
       ))}
-      {losses.losses.length > 6 && (
-        <p>And {losses.losses.length - 6} more; orbel check lists them all.</p>
-      )}
+      {losses.length > 6 && <p>And {losses.length - 6} more; orbel check lists them all.</p>}
     </div>
+  );
+}
+
+function Sketch({ outlines, caption }: { outlines: Outlines; caption: string }) {
+  return (
+    <figure>
+      <svg viewBox="20 20 60 60" aria-hidden="true">
+        <path d={outlines.paths.join("")} />
+      </svg>
+      <figcaption>{caption}</figcaption>
+    </figure>
   );
 }

@@ -90,17 +90,40 @@ test("a broken scene and a wrong value are told in place", async () => {
   await studio.close();
 });
 
-test("a drawing dropped on the page becomes the shape", async () => {
+test("a drawing dropped on the page becomes the shape, plain or imported, and a word does", async () => {
   const studio = await openStudio({ text });
   const svg = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 100 100"><path d="M10 10L90 90"/><circle cx="50" cy="50" r="20" transform="rotate(45)"/></svg>`;
   await studio.page
     .locator('input[type="file"]')
     .setInputFiles({ name: "line.svg", mimeType: "image/svg+xml", buffer: Buffer.from(svg) });
-  await studio.page.locator(".losses").waitFor();
+  const losses = studio.page.locator(".losses");
+  await losses.waitFor();
   const scene = await studio.saved();
   assert.equal(scene.shape, "line.svg");
   assert.equal(scene.parameters.Presets, undefined);
   assert.equal(await readFile(join(studio.folder, "line.svg"), "utf8"), svg);
+
+  // Both ways are shown, and one press imports it.
+  const [before, after] = await losses
+    .locator("figure path")
+    .evaluateAll((paths) => paths.map((path) => path.getAttribute("d")));
+  assert.match(before, /^M/);
+  assert.match(after, /^M/);
+  assert.notEqual(before, after);
+  await losses.getByRole("button", { name: "Import it" }).click();
+  await studio.settled();
+  assert.deepEqual((await studio.saved()).shape, { file: "line.svg", import: {} });
+  const shown = () => studio.row("Shape").locator("option:checked").textContent();
+  assert.equal(await shown(), "line.svg, imported");
+
+  // A word in its place.
+  const word = studio.page.getByLabel("Text as shape");
+  await word.fill("Hello");
+  await word.press("Enter");
+  assert.deepEqual((await studio.saved()).shape, { text: "Hello" });
+  assert.equal(await shown(), "“Hello”");
+  await studio.settled();
+  assert.equal(await studio.notice("scene").count(), 0);
   await studio.close();
 });
 

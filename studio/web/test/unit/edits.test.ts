@@ -105,6 +105,16 @@ test("a file as shape takes the built-in shape away, which would win", () => {
   assert.equal(at(file, "Shape"), "iris.svg");
   assert.equal(at(file, "Presets"), 0);
   assert.equal(editor(file).setShape(""), scene);
+  const drawing = editor(star).importShape("iris.svg");
+  assert.equal(at(drawing, "Shape"), "iris.svg, imported");
+  assert.equal(editor(drawing).setShape(""), scene);
+});
+
+test("another word keeps what was stated of the text", () => {
+  const hello = editor(scene).setHeader("shape", { text: "Hello", font: "serif" });
+  const bye = editor(hello).writeText("Bye");
+  assert.equal(bye, hello.replace("Hello", "Bye"));
+  assert.equal(at(bye, "Shape"), "“Bye”");
 });
 
 test("values follow their keys as the program has them", () => {
