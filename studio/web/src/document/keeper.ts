@@ -105,12 +105,12 @@ export class Keeper {
     try {
       const losses = await session.api.dropFile(file.name, await base64Of(file));
       const { name } = losses;
-      session.update({ losses });
       await session.readFiles();
       const kind = session.state.file.files.find((each) => each.name === name)?.kind;
       const edit = session.edit();
       if (kind === "svg") session.change(`choose ${name}`, edit.setShape(name));
       else session.change(`choose ${name}`, edit.setHeader("input", { file: name }));
+      session.update({ losses });
     } catch (reason) {
       session.fail("drop", reason);
     }

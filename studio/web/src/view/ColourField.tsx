@@ -46,8 +46,8 @@ interface HexProps {
 function HexField({ label, hex, disabled, change }: HexProps) {
   const [typed, setTyped] = useState<string | null>(null);
   const bad = typed !== null && colourOf(typed) === null;
-  const take = (): void => {
-    const rgb = typed === null || typed === hex ? null : colourOf(typed);
+  const take = (written: string): void => {
+    const rgb = written === hex ? null : colourOf(written);
     setTyped(null);
     if (rgb) change(rgb);
   };
@@ -64,10 +64,9 @@ function HexField({ label, hex, disabled, change }: HexProps) {
         event.currentTarget.select();
       }}
       onInput={(event) => setTyped(event.currentTarget.value)}
-      onBlur={take}
+      onBlur={(event) => take(event.currentTarget.value)}
       onKeyDown={(event) => {
-        if (event.key === "Escape") setTyped(null);
-        if (event.key === "Enter") take();
+        if (event.key === "Escape") event.currentTarget.value = hex;
         if (event.key === "Escape" || event.key === "Enter") event.currentTarget.blur();
       }}
     />

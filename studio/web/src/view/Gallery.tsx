@@ -79,26 +79,33 @@ const Tile = memo(function Tile({ shape, index, on, pick }: TileProps) {
   );
 });
 
-/** A word that becomes the shape. */
+/** A word that becomes the shape. Enter takes it, Escape leaves it. */
 function Word({ text }: { text: string }) {
   const session = useSession();
+  const [typed, setTyped] = useState<string | null>(null);
+  const take = (written: string) => {
+    setTyped(null);
+    if (written === text) return;
+    const edit = session.edit();
+    session.change("write a text", written ? edit.writeText(written) : edit.setShape(""));
+  };
+  const press = (event: KeyboardEvent & { currentTarget: HTMLInputElement }) => {
+    if (event.key === "Escape") {
+      event.stopPropagation();
+      event.currentTarget.value = text;
+    }
+    if (event.key === "Enter" || event.key === "Escape") event.currentTarget.blur();
+  };
   return (
     <input
       class="word"
       aria-label="Text as shape"
       placeholder="Write a word"
       spellcheck={false}
-      value={text}
-      onKeyDown={(event) => {
-        if (event.key === "Escape") event.currentTarget.value = text;
-        if (event.key === "Enter" || event.key === "Escape") event.currentTarget.blur();
-      }}
-      onBlur={(event) => {
-        const written = event.currentTarget.value;
-        if (written === text) return;
-        const edit = session.edit();
-        session.change("write a text", written ? edit.writeText(written) : edit.setShape(""));
-      }}
+      value={typed ?? text}
+      onInput={(event) => setTyped(event.currentTarget.value)}
+      onKeyDown={press}
+      onBlur={(event) => take(event.currentTarget.value)}
     />
   );
 }

@@ -18,8 +18,8 @@ export function NumberField({ label, value, shown, step, disabled, class: name, 
   const [typed, setTyped] = useState<string | null>(null);
   const bad = typed !== null && evaluate(typed, value) === null;
 
-  const take = (): void => {
-    const result = typed === null ? null : evaluate(typed, value);
+  const take = (written: string): void => {
+    const result = typed === null ? null : evaluate(written, value);
     setTyped(null);
     if (result !== null && result !== value) commit(result);
   };
@@ -31,13 +31,11 @@ export function NumberField({ label, value, shown, step, disabled, class: name, 
       setTyped(null);
       commit(value + direction * size);
     } else if (event.key === "Enter") {
-      take();
       event.currentTarget.blur();
     } else if (event.key === "Escape") {
       event.stopPropagation();
       event.preventDefault();
-      setTyped(null);
-      event.currentTarget.value = shown;
+      event.currentTarget.value = String(value); // which is what leaving the field then takes
       event.currentTarget.blur();
     }
   };
@@ -61,7 +59,7 @@ export function NumberField({ label, value, shown, step, disabled, class: name, 
       }}
       onInput={(event) => setTyped(event.currentTarget.value)}
       onKeyDown={press}
-      onBlur={take}
+      onBlur={(event) => take(event.currentTarget.value)}
     />
   );
 }

@@ -37,6 +37,8 @@ test("every kind of row writes what it shows, one gesture a step", async () => {
   await studio.type("Thickness", "3*12");
   await studio.type("Thickness", "+5");
   await studio.type("Thickness", "two");
+  await row("Thickness").locator("input").fill("99");
+  await page.keyboard.press("Escape");
   await studio.drag(row("ScaleX").locator(".label"), 30, 0, ["Shift"]);
   // Switch and the rows that it enables, menu, shape, point, dial.
   assert.equal(await row("Repeater/Instances").locator("input").isDisabled(), true);
