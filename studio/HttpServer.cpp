@@ -297,7 +297,9 @@ public:
 
 private:
     void accept() {
-        m_next = std::make_unique<asio::io_context>(1);
+        if (m_next == nullptr) {
+            m_next = std::make_unique<asio::io_context>(1);
+        }
         m_acceptor.async_accept(*m_next, [this](beast::error_code error, tcp::socket socket) {
             if (!error) {
                 begin(std::move(socket));
@@ -351,9 +353,11 @@ private:
 
     HttpLimits m_limits;
     HttpService* m_service = nullptr;
+    // Of the connection that comes next. What waits for it in the context below holds a socket of
+    // it, so it goes after that.
+    std::unique_ptr<asio::io_context> m_next;
     asio::io_context m_context{1};
     tcp::acceptor m_acceptor;
-    std::unique_ptr<asio::io_context> m_next; // of the connection that comes next
     std::thread m_thread;
     std::atomic<bool> m_ending = false;
     std::mutex m_mutex;

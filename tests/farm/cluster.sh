@@ -73,7 +73,9 @@ wait_for() { # FIELD AT_LEAST
 
 wait_for_end() {
     for _ in $(seq 900); do
-        if [ "$(field running)" = 0 ] && [ "$(field waiting)" = 0 ]; then return; fi
+        # One look for both: between two a task may begin.
+        now="$(status)"
+        if [[ "$now" == *'"running":0'* && "$now" == *'"waiting":0'* ]]; then return; fi
         nudge
         sleep 0.2
     done

@@ -47,9 +47,21 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
         std::aligned_alloc(static_cast<std::size_t>(alignment), alignedSize(size, alignment)));
 }
 
-// The library's own array forms end here too, but a sanitizer's do not.
+// The library's own other forms end here too, but a sanitizer's do not.
 void* operator new[](std::size_t size) {
     return operator new(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+    return operator new(size, tag);
 }
 
 void operator delete(void* memory) noexcept {
