@@ -54,8 +54,7 @@ struct Rendering {
             teller.began(*plan, kept);
             begun = true;
         };
-        FilmResult film =
-            resumeFilm(scene, plan, request, {options.chunk, options.restart}, all);
+        FilmResult film = resumeFilm(scene, plan, request, {options.chunk, options.restart}, all);
         if (!begun) {
             teller.began(*plan, 0);
         }
