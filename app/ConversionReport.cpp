@@ -2,6 +2,7 @@
 
 #include "scene/Diagnostics.h"
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <ostream>
@@ -32,9 +33,10 @@ bool writeWholeFile(const std::string& file, const std::string& text, std::ostre
 }
 
 std::string summaryOf(const ConvertedShape& shape) {
+    const auto shown = [](double pixels) { return numberText(std::round(pixels * 100) / 100); };
     const std::size_t count = shape.outlines.size();
-    return std::to_string(count) + " outline" + (count == 1 ? ", " : "s, ") +
-           numberText(shape.width) + " x " + numberText(shape.height) + " pixels";
+    return std::to_string(count) + " outline" + (count == 1 ? ", " : "s, ") + shown(shape.width) +
+           " x " + shown(shape.height) + " pixels";
 }
 
 nlohmann::json jsonOf(const ConvertedShape& shape) {
