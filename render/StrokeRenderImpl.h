@@ -7,7 +7,7 @@
 #include "pixel/PixelWalk.h"
 #include "pixel/TransferModes.h"
 #include "render/BandTarget.h"
-#include "render/RasterTarget.h"
+#include "render/RasterTargetImpl.h"
 #include "render/Render.h"
 
 #include <cstddef>
