@@ -42,6 +42,8 @@ public:
     /// Bytes from one row to the next; negative for an image walked bottom-up.
     virtual int getRowBytes() = 0;
 
+    // --- Native handles: a door's own, borrowed, and null for all the others. ---
+
     virtual AERaster* getAERaster() = 0;
     virtual AVX1Raster* getAVX1Raster() = 0;
     virtual AVX2Raster* getAVX2Raster() = 0;
@@ -52,7 +54,10 @@ public:
     virtual RTFXRaster* getRTFXRaster() { return nullptr; }
     virtual VEGASRaster* getVEGASRaster() { return nullptr; }
 
+    /// Tells a raster which host it belongs to. Borrowed; most rasters have no use for it.
     virtual void setHost(PluginHost_API* host) = 0;
+
+    // --- The area that has pixels, in pixels from the top left corner, edges included. ---
 
     virtual int getExtentTop() { return 0; }
     virtual int getExtentLeft() { return 0; }

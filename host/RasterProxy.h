@@ -34,6 +34,7 @@ public:
         m_raster = raster;
         m_deallocOnExit = deallocOnExit;
     }
+    /// The raster, null where the host had none: ask before the first use.
     PluginRaster_API* operator->() const { return m_raster; }
     [[nodiscard]] PluginRaster_API* getImpl() const { return m_raster; }
 

@@ -36,6 +36,18 @@ struct AlphaLastOrder {
 /// Components per pixel, in every format.
 inline constexpr int componentsPerPixel = 4;
 
+// What each of the three arithmetics below has, in its own precision:
+//
+// - `Component` is what lies in memory, `Wide` and `Float` what sums and single values are computed
+//   in; `MIN_VALUE` and `MAX_VALUE` the ends of the nominal range, `RECIP_VALUE` one over the
+//   latter.
+// - `toFloat` and `fromFloat` lead to fractions of the range and back; `truncated` is a value as
+//   the accumulator keeps it.
+// - `multiply` and `divide` take components as fractions of the range: maximum times a is a.
+// - `clamp` holds a value inside the range, `clamp_underflow` and `clamp_overflow` at one end of
+// it.
+// - `halfRoundPixel` is what is added before truncation where a pass rounds.
+
 /// Arithmetic of 8-bit components, in `int`. Total: a product too large for `int` wraps round.
 struct PixelArithmetic8 {
     using Component = unsigned char;

@@ -17,11 +17,14 @@ namespace orbel {
 /// What all modes share.
 template<typename P, typename F>
 struct BlendMode {
+    /// Opacities of the images in front and behind, as fractions.
     void setup(P, float, float) { maximum = static_cast<F>(P::MAX_VALUE()); }
+    /// Whether the pass is worth its time at all.
     [[nodiscard]] bool hasEffect() const { return true; }
+    /// Whether `composite` has mixed both images already, alpha included.
     [[nodiscard]] bool done() const { return false; }
 
-    F maximum{};
+    F maximum{}; ///< of the format's range: 255, 65535 or 1
 };
 
 /// A mode that works on each channel alone: `Mode` provides `channel(s, d)`.
@@ -71,6 +74,7 @@ private:
     }
 };
 
+/// Hue in turns, saturation and lightness, each 0 to 1: what `rgb2hsl` gives.
 struct HslColour {
     float h;
     float s;
@@ -104,6 +108,7 @@ private:
     }
 };
 
+/// "Normal": the colour in front, s.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_IN_FRONT : ChannelBlendMode<BLEND_IN_FRONT<P, T, W, F, FORMAT>, P, F> {
     void setup(P trait, float opacity1, float opacity2) {
@@ -115,6 +120,8 @@ struct BLEND_IN_FRONT : ChannelBlendMode<BLEND_IN_FRONT<P, T, W, F, FORMAT>, P, 
     F opacity{}; ///< of the image in front, in the format's range
 };
 
+/// "Add": s + d of the premultiplied colours, no brighter than the alpha of both; light adds up in
+/// float, which has no such limit.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_PLUS : FinishingBlendMode<BLEND_PLUS<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F mixPremultiplied(F s, F d, F alpha) const {
@@ -122,6 +129,7 @@ struct BLEND_PLUS : FinishingBlendMode<BLEND_PLUS<P, T, W, F, FORMAT>, P, F> {
     }
 };
 
+/// "Difference": |s - d| of the premultiplied colours.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_DIFFERENCE : FinishingBlendMode<BLEND_DIFFERENCE<P, T, W, F, FORMAT>, P, F> {
     void setup(P trait, float opacity1, float opacity2) {
@@ -133,11 +141,13 @@ struct BLEND_DIFFERENCE : FinishingBlendMode<BLEND_DIFFERENCE<P, T, W, F, FORMAT
     F minimum{};
 };
 
+/// "Multiply": s d. Never brighter than either; the misspelt name is meant.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_MUTLIPLY : ChannelBlendMode<BLEND_MUTLIPLY<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const { return P::multiply(d, s); }
 };
 
+/// "Screen": 1 - (1 - s)(1 - d), of a range of 1. Never darker than either.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_SCREEN : ChannelBlendMode<BLEND_SCREEN<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const {
@@ -153,6 +163,7 @@ struct BLEND_SCREEN_SPECIAL : ChannelBlendMode<BLEND_SCREEN_SPECIAL<P, T, W, F, 
     }
 };
 
+/// "Overlay": multiplies where the image behind is dark, screens where it is bright.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_OVERLAY : HalvedBlendMode<BLEND_OVERLAY<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const {
@@ -163,6 +174,7 @@ struct BLEND_OVERLAY : HalvedBlendMode<BLEND_OVERLAY<P, T, W, F, FORMAT>, P, F> 
     }
 };
 
+/// "Hard Light": overlay with the images changed over, so that the one in front decides.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_HARDLIGHT : HalvedBlendMode<BLEND_HARDLIGHT<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const {
@@ -173,6 +185,8 @@ struct BLEND_HARDLIGHT : HalvedBlendMode<BLEND_HARDLIGHT<P, T, W, F, FORMAT>, P,
     }
 };
 
+/// "Soft Light": d + (d^2 - d)(1 - 2 s), of a range of 1: d at middle grey, d^2 under black and
+/// 2 d - d^2 under white. Without the square root that other programs take above middle grey.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_SOFTLIGHT : ChannelBlendMode<BLEND_SOFTLIGHT<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const {
@@ -180,16 +194,19 @@ struct BLEND_SOFTLIGHT : ChannelBlendMode<BLEND_SOFTLIGHT<P, T, W, F, FORMAT>, P
     }
 };
 
+/// "Darken": the smaller of both, channel by channel.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_DARKEN : ChannelBlendMode<BLEND_DARKEN<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const { return std::min(s, d); }
 };
 
+/// "Lighten": the larger of both, channel by channel.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_LIGHTEN : ChannelBlendMode<BLEND_LIGHTEN<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const { return std::max(s, d); }
 };
 
+/// "Color Dodge": d / (1 - s), of a range of 1, not limited above; s where s is the maximum.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_COLORDODGE : ChannelBlendMode<BLEND_COLORDODGE<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const {
@@ -197,6 +214,7 @@ struct BLEND_COLORDODGE : ChannelBlendMode<BLEND_COLORDODGE<P, T, W, F, FORMAT>,
     }
 };
 
+/// "Color Burn": 1 - (1 - d) / s, of a range of 1, at least 0; 0 where s is 0.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_COLORBURN : ChannelBlendMode<BLEND_COLORBURN<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const {
@@ -207,6 +225,7 @@ struct BLEND_COLORBURN : ChannelBlendMode<BLEND_COLORBURN<P, T, W, F, FORMAT>, P
     }
 };
 
+/// "Exclusion": d + (1 - 2 d) s, of a range of 1: a softer difference, on straight colours.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_EXCLUSION : ChannelBlendMode<BLEND_EXCLUSION<P, T, W, F, FORMAT>, P, F> {
     [[nodiscard]] F channel(F s, F d) const { return d + P::multiply(this->maximum - 2 * d, s); }
@@ -215,6 +234,7 @@ struct BLEND_EXCLUSION : ChannelBlendMode<BLEND_EXCLUSION<P, T, W, F, FORMAT>, P
 // Of the four modes below only saturation and colour limit float components to 1.0 before they
 // convert: meant.
 
+/// "Hue": the hue in front with saturation and lightness of what is behind.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_HUE : HslBlendMode<BLEND_HUE<P, T, W, F, FORMAT>, P, T, F> {
     static constexpr bool clampsFloat = false;
@@ -223,6 +243,7 @@ struct BLEND_HUE : HslBlendMode<BLEND_HUE<P, T, W, F, FORMAT>, P, T, F> {
     }
 };
 
+/// "Saturation": the saturation in front with hue and lightness of what is behind.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_SAT : HslBlendMode<BLEND_SAT<P, T, W, F, FORMAT>, P, T, F> {
     static constexpr bool clampsFloat = true;
@@ -231,6 +252,7 @@ struct BLEND_SAT : HslBlendMode<BLEND_SAT<P, T, W, F, FORMAT>, P, T, F> {
     }
 };
 
+/// "Color": hue and saturation in front with the lightness of what is behind.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_COLOR : HslBlendMode<BLEND_COLOR<P, T, W, F, FORMAT>, P, T, F> {
     static constexpr bool clampsFloat = true;
@@ -239,6 +261,7 @@ struct BLEND_COLOR : HslBlendMode<BLEND_COLOR<P, T, W, F, FORMAT>, P, T, F> {
     }
 };
 
+/// "Luminosity": the lightness in front with hue and saturation of what is behind.
 template<typename P, typename T, typename W, typename F, typename FORMAT>
 struct BLEND_LUMA : HslBlendMode<BLEND_LUMA<P, T, W, F, FORMAT>, P, T, F> {
     static constexpr bool clampsFloat = false;

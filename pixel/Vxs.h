@@ -12,12 +12,14 @@
 /// it, for components of `unsigned char`, `float` and `double`.
 namespace orbel::Vxs {
 
+/// A point in pixels, x to the right, y downwards.
 template<typename T>
 struct VxPointT {
     T x;
     T y;
 };
 
+/// A rectangle in pixels.
 template<typename T>
 struct VxRectT {
     T left;
@@ -31,11 +33,13 @@ struct VxRectT {
 /// Stands for "the whole image" where a rectangle is asked for.
 inline constexpr VxRectT<long> VxRectZero{0, 0, 0, 0};
 
+/// The value, or the end of the range that it lies beyond. `low` is at most `high`.
 template<typename T>
 constexpr T Clamp(T value, T low, T high) {
     return value < low ? low : (value > high ? high : value);
 }
 
+/// A pixel as it lies in memory, alpha first.
 template<typename T>
 struct PixelARGB {
     PixelARGB(T alpha, T red, T green, T blue) : a(alpha), r(red), g(green), b(blue) {}
@@ -72,10 +76,12 @@ public:
     ImageBuffer(const ImageBuffer&) = default;
     ImageBuffer& operator=(const ImageBuffer&) = default;
 
+    /// The first byte of the row that comes first.
     [[nodiscard]] void* basePtr() const { return m_base; }
     [[nodiscard]] int rowbytes() const { return m_rowBytes; }
     [[nodiscard]] int width() const { return m_width; }
     [[nodiscard]] int height() const { return m_height; }
+    /// The part of the image that is meant; kept for whoever asks, pixels outside can be reached.
     [[nodiscard]] const VxRectT<long>& rect() const { return m_rect; }
     /// The first byte of a pixel; the position is not checked.
     [[nodiscard]] void* getRawPtr(int x, int y) const {
@@ -94,6 +100,7 @@ private:
     [[maybe_unused]] long m_reserved = 0;
 };
 
+/// What can be done to the pixels of a view. Without state: any thread may use one.
 template<typename T, typename P>
 class ImageProc {
 public:
@@ -101,9 +108,11 @@ public:
 
     /// As `ImageBuffer::baseTypeMax`.
     [[nodiscard]] virtual T baseTypeMax() const { return std::numeric_limits<T>::max(); }
+    /// Half of that, the maximum being counted as one more than it is.
     [[nodiscard]] virtual T halfBaseMax() const {
         return static_cast<T>((baseTypeMax() + T{1}) / T{2});
     }
+    /// One over the numeric maximum.
     [[nodiscard]] virtual double baseTypeMaxReciprocal() const { return 1.0 / baseTypeMax(); }
     /// Limits to 0 and the largest value that both `int` and the component type hold.
     [[nodiscard]] virtual T baseClamp(int value) const {
