@@ -133,7 +133,7 @@ public:
         overlay.asOne = m_frame.args.strokeSequentially;
         OutlineFollower follower(m_frame, &overlay);
         draw(m_whole, follower);
-        AnimatedParameters drawn = m_frame.args;
+        RenderArguments drawn = m_frame.args;
         drawn.end = std::max(drawn.end, drawn.start + leastPercent);
         EndFinder ends(m_frame, &overlay);
         draw(drawn, ends);
@@ -146,13 +146,13 @@ public:
     }
 
 private:
-    void draw(const AnimatedParameters& parameters, SpanRenderer& renderer) {
+    void draw(const RenderArguments& parameters, SpanRenderer& renderer) {
         static_cast<void>(
             drawSample(m_frame, parameters, m_frame.currentTime, renderer, &m_chords));
     }
 
     [[nodiscard]] std::optional<Point> centreAt(double right, double down) {
-        AnimatedParameters moved = m_whole;
+        RenderArguments moved = m_whole;
         moved.positionX += right;
         moved.positionY += down;
         CentreFinder finder(m_frame);
@@ -165,7 +165,7 @@ private:
     }
 
     const StrokeFrame& m_frame;
-    AnimatedParameters m_whole;
+    RenderArguments m_whole;
     FrameChords m_chords;
 };
 

@@ -45,7 +45,7 @@ bool hasPixels(PluginHost_API* host, const PluginRasterProxy& raster) {
     return raster.getImpl() != nullptr && describeRaster(host, raster.getImpl()).data != nullptr;
 }
 
-SampleLook sampleLook(const AnimatedParameters& p) {
+SampleLook sampleLook(const RenderArguments& p) {
     return {{p.colorRed, p.colorGreen, p.colorBlue, 0.0},
             p.hiAlphaBrightBoost * FRACTION_PER_PERCENT,
             p.lowAlphaHueRotation * TURNS_PER_DEGREE,
@@ -56,11 +56,11 @@ SampleLook sampleLook(const AnimatedParameters& p) {
 int drawSamples(const StrokeFrame& frame, const SamplePlan& plan, FrameTarget& target,
                 double& opacity) {
     FrameChords chords(frame.host);
-    AnimatedParameters p = frame.args;
+    RenderArguments p = frame.args;
     for (int s = 0; s < plan.levels; ++s) {
         const long time = plan.time(s);
         if (plan.blur) {
-            p = animatedParametersAt(frame.host, time, p);
+            frame.readSample(time, &p);
             opacity = p.opacity * FRACTION_PER_PERCENT;
         }
         target.beginSample(sampleLook(p));

@@ -79,9 +79,16 @@ SamplePlan StrokeFrame::planSamples(int* error) const {
     return isStill(plan, error) ? single : plan;
 }
 
+void StrokeFrame::readSample(long time, RenderArguments* sample) const {
+    HostParameterReader reader(host, timeObjectAt(host, time));
+    readSampledArguments(reader, sample);
+}
+
 bool StrokeFrame::isStill(const SamplePlan& plan, int* error) const {
-    const bool sameValues = sameSampledArguments(animatedParametersAt(host, plan.firstTime, args),
-                                                 animatedParametersAt(host, plan.lastTime, args));
+    RenderArguments first = args;
+    RenderArguments last = args;
+    readSample(plan.firstTime, &first);
+    readSample(plan.lastTime, &last);
     Vx_Matrix4 firstCamera;
     Vx_Matrix4 lastCamera;
     double firstZoom = 0.0;
@@ -96,8 +103,8 @@ bool StrokeFrame::isStill(const SamplePlan& plan, int* error) const {
         warnOfMissingCamera(host, CameraWarning::Planning, args.shutterPhase);
         return false;
     }
-    return sameValues && CmpMatrix(&firstCamera, &lastCamera) != 0 && firstZoom == lastZoom &&
-           host->getPathAPI() != nullptr &&
+    return sameSampledArguments(first, last) && CmpMatrix(&firstCamera, &lastCamera) != 0 &&
+           firstZoom == lastZoom && host->getPathAPI() != nullptr &&
            CmpMasks(host, nullptr, nullptr, 1, GetMaskID(host), plan.firstTime, plan.lastTime,
                     timeStep, timeScale) != 0;
 }

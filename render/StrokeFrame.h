@@ -3,7 +3,6 @@
 #include "host/Numeric.h"
 #include "host/PluginHost.h"
 #include "params/RenderArguments.h"
-#include "render/AnimatedParameters.h"
 #include "render/FrameGeometry.h"
 #include "render/Units.h"
 
@@ -48,6 +47,10 @@ struct StrokeFrame {
     /// The plan of the samples; a frame in which nothing moves is taken once. `error` receives a
     /// missing camera.
     [[nodiscard]] SamplePlan planSamples(int* error) const;
+
+    /// Reads again at `time` ticks what may move within a frame; what the host does not answer
+    /// keeps what it held.
+    void readSample(long time, RenderArguments* sample) const;
 
 private:
     [[nodiscard]] bool isStill(const SamplePlan& plan, int* error) const;

@@ -238,7 +238,7 @@ bool stretchIsEmpty(const SampleValues& values) {
 
 } // namespace
 
-SampleValues sampleValues(const StrokeFrame& frame, const AnimatedParameters& p) {
+SampleValues sampleValues(const StrokeFrame& frame, const RenderArguments& p) {
     const FrameGeometry& g = frame.geometry;
     SampleValues v{};
     v.feather = p.feather * FRACTION_PER_PERCENT;
@@ -362,7 +362,7 @@ int StampingSpanRenderer::drawSpan(void* path, OutlineChords* chords, const Brus
     return DrawBezierPathLin(m_host, m_matte, nullptr, path, stroke, setup, chords);
 }
 
-int drawSample(const StrokeFrame& frame, const AnimatedParameters& parameters, long time,
+int drawSample(const StrokeFrame& frame, const RenderArguments& parameters, long time,
                SpanRenderer& renderer, FrameChords* chords) {
     const SampleValues values = sampleValues(frame, parameters);
     SpanTable spans(frame.host);

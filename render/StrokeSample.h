@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/AnimatedParameters.h"
+#include "params/RenderArguments.h"
 #include "render/OutlineChords.h"
 #include "render/PathSpans.h"
 #include "render/Projection.h"
@@ -42,7 +42,7 @@ struct SampleValues {
     double sampleLength = 0.0; ///< target chord of the path walks, output pixels
 };
 
-[[nodiscard]] SampleValues sampleValues(const StrokeFrame& frame, const AnimatedParameters& p);
+[[nodiscard]] SampleValues sampleValues(const StrokeFrame& frame, const RenderArguments& p);
 
 /// The stretches of all outlines at one time, in memory of the host.
 class SpanTable {
@@ -100,7 +100,7 @@ private:
 
 /// Draws the stroke of one sample and its repeated copies. 0, or the first error or abort code.
 /// `chords` are kept from sample to sample.
-int drawSample(const StrokeFrame& frame, const AnimatedParameters& parameters, long time,
+int drawSample(const StrokeFrame& frame, const RenderArguments& parameters, long time,
                SpanRenderer& renderer, FrameChords* chords);
 
 } // namespace orbel

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <chrono>
+#include <functional>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -17,6 +18,7 @@ namespace {
 
 using test::Arguments;
 using test::words;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -37,13 +39,17 @@ protected:
         test::Process program = start(words({}, "render --size 640x360 --frames 0-100000",
                                             {"--shape", "Basic Star", "-o", film}));
         const std::string partial = film + ".part";
+        waitFor([&] {
+            return std::filesystem::exists(partial) &&
+                   std::filesystem::file_size(partial) >= 20'000;
+        });
+        return program;
+    }
+    static void waitFor(const std::function<bool()>& event) {
         const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (
-            std::chrono::steady_clock::now() < patience &&
-            (!std::filesystem::exists(partial) || std::filesystem::file_size(partial) < 20'000)) {
+        while (std::chrono::steady_clock::now() < patience && !event()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
-        return program;
     }
 
     /// Whether there is anything beside the log.
@@ -59,7 +65,7 @@ TEST_F(ProgramTest, rendersTheSameFilmFromASceneAndFromOptions) {
                    "Presets": "Basic Star", "Thickness": 5, "Color": [1, 0.5, 0],
                    "End": {"keys": [[0, 0], [3, 100]]}}})");
     EXPECT_EQ(run({"render", m_folder / "scene.json", "--raw", m_folder / "a"}), EXIT_DONE);
-    EXPECT_THAT(m_log, HasSubstr("4 frames in "));
+    EXPECT_THAT(m_log, AllOf(HasSubstr("4 frames in "), Not(HasSubstr("note: "))));
     EXPECT_EQ(
         run(words({},
                   "render --size 64x36 --fps 25 --frames 0-3 --set Thickness=5 --set "
@@ -181,6 +187,22 @@ TEST_F(ProgramTest, finishesTheFilmWhenInterrupted) {
         EXPECT_NO_THROW(static_cast<void>(reader->readFrame(*reader->properties().frameCount - 1)));
         std::filesystem::remove(film);
     }
+}
+
+// Ahead of the first frame, although only the last is long; and it can be ended in its middle.
+TEST_F(ProgramTest, saysThatFramesTakeLongBeforeTheyDo) {
+    const std::string film = m_folder / "film.mkv";
+    const test::Process program =
+        start(words({}, "render --size 64x36 --frames 0-2 --set Thickness=0.2",
+                    {"--set", "Adjust Step=1", "--set", "Enable Repeater=On", "--animate",
+                     "Instances=0:0,1:0,2:1000", "--shape", "Lots of Circles", "-o", film}));
+    waitFor([&] { return readBytes(m_folder / "log").ends_with("fewer\n"); });
+    EXPECT_EQ(readBytes(m_folder / "log"),
+              "note: a frame may take about 3 min: it has some 931 million stamps; a larger "
+              "\"Adjust Step\" takes fewer\n");
+    waitFor([&] { return std::filesystem::exists(film + ".part"); });
+    program.signal(SIGINT);
+    EXPECT_EQ(program.wait(), EXIT_INTERRUPTED);
 }
 
 TEST_F(ProgramTest, sharesNoOutputAndLeavesNoHalfFilm) {

@@ -38,6 +38,7 @@ protected:
         test::SceneHost<test::FailingHost> host(&m_scene, images);
         host.setPathAPI(&m_path);
         host.memoryFails = m_memoryFails;
+        host.lockFails = m_lockFails;
         const StrokeFrame frame(&host);
         FrameChords chords(&host);
         m_renderer.spans = 0;
@@ -55,6 +56,7 @@ protected:
     FakePath m_path;
     CountingRenderer m_renderer;
     bool m_memoryFails = false;
+    bool m_lockFails = false;
 };
 
 TEST_F(StrokeSample, stretchesThatAreEmptyAreNotDrawn) {
@@ -133,9 +135,12 @@ TEST_F(StrokeSample, hostsThatCannotDeliverEndTheSample) {
     m_path.checkoutStatus = 5;
     EXPECT_EQ(draw(), 5);
     m_path.checkoutStatus = 0;
-    m_memoryFails = true;
-    EXPECT_EQ(draw(), 1);
-    EXPECT_EQ(m_renderer.spans, 0);
+    for (bool* const fails : {&m_memoryFails, &m_lockFails}) {
+        *fails = true;
+        EXPECT_EQ(draw(), 1);
+        EXPECT_EQ(m_renderer.spans, 0);
+        *fails = false;
+    }
 }
 
 TEST_F(StrokeSample, outlinesThatAreMissingAreSkipped) {

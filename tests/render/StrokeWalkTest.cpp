@@ -264,7 +264,7 @@ TEST_F(StrokeWalk, noLegalWalkIsCut) {
         double step;
         double sampleLength;
     };
-    const Row rows[] = {{1.3e-6, 1}, {1, 1.7e-6}}; // each some 2^26 and more
+    const Row rows[] = {{1.3e-5, 1}, {1, 1.7e-5}}; // each some millions
     for (const Row& row : rows) {
         m_stroke.step = row.step;
         m_stroke.sampleLength = row.sampleLength;

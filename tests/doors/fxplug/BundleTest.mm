@@ -357,6 +357,10 @@ struct Lack {
     BOOL reacts;
 };
 
+void PrintTo(const Lack& lack, std::ostream* out) {
+    *out << lack.protocol;
+}
+
 class Missing : public Rendering, public testing::WithParamInterface<Lack> {};
 
 TEST_P(Missing, isAnsweredAsStated) {
