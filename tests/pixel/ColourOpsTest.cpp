@@ -11,9 +11,9 @@
 namespace orbel::test {
 namespace {
 
-using Bytes = Rgba<unsigned char>;
-using Words = Rgba<unsigned short>;
-using Floats = Rgba<float>;
+using Bytes = Components<unsigned char>;
+using Words = Components<unsigned short>;
+using Floats = Components<float>;
 
 /// The passes for one trait, with the other template arguments filled in.
 template<typename P>
@@ -54,9 +54,9 @@ struct Ops {
         };
     }
 
-    static Rgba<T> onPixel(const Pass& pass, const Rgba<T>& pixel) {
+    static Components<T> onPixel(const Pass& pass, const Components<T>& pixel) {
         RasterHost host;
-        GuardedImage<P> image(1, 1, {0, false});
+        PixelImage<P> image(1, 1, {0, false});
         image.set(0, 0, pixel);
         EXPECT_EQ(pass(host.get(), image.raster()), 0);
         return image.get(0, 0);
@@ -85,7 +85,7 @@ TEST(UnPremult, KnownAnswers) {
 
 TEST(UnPremult, EightBitsAreTheIntegerQuotientForEveryPair) {
     RasterHost host;
-    GuardedImage<PIXEL_RGBA8> image(256, 256, {0, false});
+    PixelImage<PIXEL_RGBA8> image(256, 256, {0, false});
     for (int alpha = 0; alpha < 256; ++alpha) {
         for (int c = 0; c < 256; ++c) {
             const auto byte = static_cast<unsigned char>(c);
@@ -126,8 +126,8 @@ TEST(FillColor, TruncatesWithoutAClamp) {
 TEST(AVXUnsetAlpha, CoversTheSecondRasterInBoth) {
     using P = PIXEL_ARGB8;
     RasterHost host;
-    GuardedImage<P> first(4, 3, {8, false});
-    GuardedImage<P> second(3, 2, {0, true});
+    PixelImage<P> first(4, 3, {8, false});
+    PixelImage<P> second(3, 2, {0, true});
     Ops<P>::setAlpha(host.get(), first.raster());
     Ops<P>::setAlpha(host.get(), second.raster());
     Ops<P>::unsetAlpha(second.raster())(host.get(), first.raster());
@@ -146,8 +146,8 @@ TEST(AVXUnsetAlpha, CoversTheSecondRasterInBoth) {
 TEST(AVXUnsetAlpha, SecondLargerThanFirstStaysInside) {
     using P = PIXEL_RGBA32;
     RasterHost host;
-    GuardedImage<P> first(2, 2, {16, false});
-    GuardedImage<P> second(5, 5, {0, false});
+    PixelImage<P> first(2, 2, {16, false});
+    PixelImage<P> second(5, 5, {0, false});
     Ops<P>::unsetAlpha(second.raster())(host.get(), first.raster());
     EXPECT_TRUE(first.guardsIntact());
 }
@@ -199,7 +199,7 @@ TEST(HSLModulate, HueIsWholeDegreesAndTurnsRoundOnce) {
 template<typename P>
 class ColourOps : public testing::Test {
 protected:
-    using Pixels = std::vector<Rgba<typename P::Component>>;
+    using Pixels = std::vector<Components<typename P::Component>>;
     using Pass = typename Ops<P>::Pass;
 
     static std::vector<std::pair<const char*, Pass>> passes() {
@@ -213,7 +213,7 @@ protected:
                 {"modulate down", Ops<P>::modulate(-0.2, -0.3, -0.4)}};
     }
     Pixels run(const Pass& pass, const Pixels& pixels, const RowLayout& layout) {
-        GuardedImage<P> image(37, static_cast<int>(pixels.size() / 37), layout);
+        PixelImage<P> image(37, static_cast<int>(pixels.size() / 37), layout);
         image.fillFrom(pixels);
         EXPECT_EQ(pass(m_host.get(), image.raster()), 0);
         EXPECT_TRUE(image.guardsIntact());
@@ -243,7 +243,7 @@ TYPED_TEST(ColourOps, ChannelOrderMakesNoDifference) {
         std::conditional_t<sizeof(typename P::Component) == 2, PIXEL_RGBA16, PIXEL_RGBA8>>;
     const auto pixels = randomPixels<P>(37 * 11, 2);
     const auto twins = Ops<Twin>::modulate(0.2, 0.3, 0.4);
-    GuardedImage<Twin> image(37, 11, {0, false});
+    PixelImage<Twin> image(37, 11, {0, false});
     image.fillFrom(pixels);
     twins(this->m_host.get(), image.raster());
     Ops<Twin>::premult(this->m_host.get(), image.raster());

@@ -14,14 +14,14 @@ TYPED_TEST(DiagnosticLine, IsOpaqueRedInEveryRowLayout) {
     using T = typename P::Component;
     RasterHost host;
     for (const RowLayout& layout : rowLayouts) {
-        GuardedImage<P> image(5, 4, layout);
+        PixelImage<P> image(5, 4, layout);
         drawLine(host.get(), image.info(), -3, 1, 9, 1);
         const auto maximum = static_cast<T>(P::MAX_VALUE());
-        const Rgba<T> red{maximum, T{0}, T{0}, maximum};
+        const Components<T> red{maximum, T{0}, T{0}, maximum};
         for (int x = 0; x < 5; ++x) {
             EXPECT_EQ(image.get(x, 1), red);
-            EXPECT_EQ(image.get(x, 0), Rgba<T>{});
-            EXPECT_EQ(image.get(x, 2), Rgba<T>{});
+            EXPECT_EQ(image.get(x, 0), Components<T>{});
+            EXPECT_EQ(image.get(x, 2), Components<T>{});
         }
         EXPECT_TRUE(image.guardsIntact());
     }
@@ -35,7 +35,7 @@ TEST(DiagnosticLineColour, MaximumFollowsTheDepthOfTheLayout) {
     };
     for (const Case& c : {Case{RF_ARGB15, 32767}, Case{RF_ARGB14, 16383}, Case{RF_ARGB16, 65535},
                           Case{RF_ARGB32F, 65535}}) {
-        GuardedImage<PIXEL_ARGB16> image(2, 2, {0, false});
+        PixelImage<PIXEL_ARGB16> image(2, 2, {0, false});
         image.info().pixelFormat = c.format;
         drawLine(host.get(), image.info(), 1, 1, 1, 1);
         EXPECT_EQ(image.get(1, 1)[0], c.maximum);
@@ -63,20 +63,20 @@ TEST(DiagnosticLineColour, AlphaIsZeroInTheAvxHosts) {
     ParameterStore parameters;
     for (const int version : {0, 1, 2}) {
         AvxHost host(&parameters, version);
-        GuardedImage<PIXEL_RGBA8> image(2, 2, {0, false});
+        PixelImage<PIXEL_RGBA8> image(2, 2, {0, false});
         drawLine(&host, image.info(), 0, 0, 0, 0);
         const auto alpha = static_cast<unsigned char>(version == 0 ? 255 : 0);
-        EXPECT_EQ(image.get(0, 0), (Rgba<unsigned char>{255, 0, 0, alpha}));
+        EXPECT_EQ(image.get(0, 0), (Components<unsigned char>{255, 0, 0, alpha}));
     }
 }
 
 TEST(DiagnosticLineColour, RecordWithTooFewBytesPerPixelIsLeftAlone) {
     RasterHost host;
-    GuardedImage<PIXEL_ARGB8> image(3, 3, {0, false});
+    PixelImage<PIXEL_ARGB8> image(3, 3, {0, false});
     for (const int bytes : {0, 2, 5, 7, 9, 15}) {
         image.info().bytesPerPixel = bytes;
         drawLine(host.get(), image.info(), 0, 0, 2, 2);
-        EXPECT_EQ(image.get(1, 1), (Rgba<unsigned char>{}));
+        EXPECT_EQ(image.get(1, 1), (Components<unsigned char>{}));
     }
 }
 

@@ -2,12 +2,11 @@
 
 #include "doors/memory/PluginHost_MEMORY_Impl.h"
 #include "pixel/PixelTraits.h"
+#include "tests/support/Pictures.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdint>
-#include <cstring>
 #include <limits>
 #include <list>
 #include <random>
@@ -32,37 +31,25 @@ constexpr RasterFormat rasterFormat() {
 
 /// Red, green, blue, alpha, whatever their order in memory.
 template<typename T>
-using Rgba = std::array<T, 4>;
+using Components = std::array<T, 4>;
 
-/// An image amid guard bytes, which also fill the gaps between its rows.
+/// A guarded image of one format, told and asked in its own components.
 template<typename P>
-class GuardedImage {
+class PixelImage : public GuardedImage {
 public:
     using T = typename P::Component;
 
-    GuardedImage(int width, int height, RowLayout layout)
-        : m_stride(width * bytesPerPixel + layout.padding),
-          m_bytes(static_cast<std::size_t>(height * m_stride + 2 * margin), guard) {
-        const int top = layout.bottomUp ? (height - 1) * m_stride : 0;
-        m_info.data = m_bytes.data() + margin + top;
-        m_info.pixelFormat = rasterFormat<P>();
-        m_info.width = width;
-        m_info.height = height;
-        m_info.rowBytes = layout.bottomUp ? -m_stride : m_stride;
-        m_info.bytesPerPixel = bytesPerPixel;
-        for (int y = 0; y < height; ++y) {
-            std::memset(m_info.row(y), 0, static_cast<std::size_t>(width * bytesPerPixel));
-        }
-    }
-    GuardedImage(const GuardedImage&) = delete;
-    GuardedImage& operator=(const GuardedImage&) = delete;
+    PixelImage(int width, int height, RowLayout layout)
+        : GuardedImage(width, height, rasterFormat<P>(), layout) {}
 
-    Rgba<T> get(int x, int y) const {
+    using GuardedImage::info;
+    RasterInfo& info() { return m_info; }
+    Components<T> get(int x, int y) const {
         const T* const pixel = at(x, y);
         using Order = typename P::FORMAT;
         return {pixel[Order::red], pixel[Order::green], pixel[Order::blue], pixel[Order::alpha]};
     }
-    void set(int x, int y, const Rgba<T>& value) {
+    void set(int x, int y, const Components<T>& value) {
         T* const pixel = at(x, y);
         using Order = typename P::FORMAT;
         pixel[Order::red] = value[0];
@@ -70,44 +57,27 @@ public:
         pixel[Order::blue] = value[2];
         pixel[Order::alpha] = value[3];
     }
-    std::vector<Rgba<T>> pixels() const {
-        std::vector<Rgba<T>> all;
-        for (int y = 0; y < m_info.height; ++y) {
-            for (int x = 0; x < m_info.width; ++x) {
-                all.push_back(get(x, y));
-            }
+    std::vector<Components<T>> pixels() const {
+        std::vector<Components<T>> all;
+        for (int i = 0; i < info().width * info().height; ++i) {
+            all.push_back(get(i % info().width, i / info().width));
         }
         return all;
     }
-    void fillFrom(const std::vector<Rgba<T>>& all) {
+    void fillFrom(const std::vector<Components<T>>& all) {
         for (std::size_t i = 0; i < all.size(); ++i) {
             const auto index = static_cast<int>(i);
-            set(index % m_info.width, index / m_info.width, all[i]);
+            set(index % info().width, index / info().width, all[i]);
         }
     }
-    bool guardsIntact() const {
-        std::vector<std::uint8_t> bytes = m_bytes;
-        for (int y = 0; y < m_info.height; ++y) {
-            const auto offset = m_info.row(y) - m_bytes.data();
-            std::memset(bytes.data() + offset, guard,
-                        static_cast<std::size_t>(m_info.width * bytesPerPixel));
-        }
-        return bytes == std::vector<std::uint8_t>(bytes.size(), guard);
-    }
-    RasterInfo& info() { return m_info; }
-    PluginRaster_API* raster() { return &m_raster.emplace_back(m_info); }
+    PluginRaster_API* raster() { return &m_rasters.emplace_back(info()); }
 
 private:
-    static constexpr int bytesPerPixel = 4 * static_cast<int>(sizeof(T));
-    static constexpr int margin = 64;
-    static constexpr std::uint8_t guard = 0xCD;
+    T* at(int x, int y) const {
+        return static_cast<T*>(static_cast<void*>(info().row(y))) + std::ptrdiff_t{4} * x;
+    }
 
-    T* at(int x, int y) const { return static_cast<T*>(static_cast<void*>(m_info.row(y))) + 4 * x; }
-
-    int m_stride;
-    std::vector<std::uint8_t> m_bytes;
-    RasterInfo m_info;
-    std::list<PluginRaster_MEMORY_Impl> m_raster;
+    std::list<PluginRaster_MEMORY_Impl> m_rasters;
 };
 
 /// The row layouts that every pass is tried on.
@@ -124,7 +94,7 @@ struct RasterHost {
 /// Repeatable pixels in which transparent and opaque ones and both ends of the range are frequent;
 /// float components leave the range 0 to 1.
 template<typename P>
-std::vector<Rgba<typename P::Component>> randomPixels(std::size_t count, unsigned seed) {
+std::vector<Components<typename P::Component>> randomPixels(std::size_t count, unsigned seed) {
     using T = typename P::Component;
     constexpr double maximum = P::MAX_VALUE();
     std::mt19937 engine(seed);
@@ -142,7 +112,7 @@ std::vector<Rgba<typename P::Component>> randomPixels(std::size_t count, unsigne
             return P::is32Bit() ? draw(-0.3, 1.4) : draw(0.0, maximum + 1.0);
         }
     };
-    std::vector<Rgba<T>> pixels(count);
+    std::vector<Components<T>> pixels(count);
     for (auto& pixel : pixels) {
         pixel = {component(), component(), component(), component()};
         const auto kind = engine() % 4;
@@ -157,7 +127,7 @@ std::vector<Rgba<typename P::Component>> randomPixels(std::size_t count, unsigne
 
 /// Pixels whose float components are NaN, infinite and huge; the ends of the range elsewhere.
 template<typename P>
-std::vector<Rgba<typename P::Component>> wildPixels() {
+std::vector<Components<typename P::Component>> wildPixels() {
     using T = typename P::Component;
     std::vector<T> values{T{0}, T{1}, std::numeric_limits<T>::max()};
     if constexpr (P::is32Bit()) {
@@ -166,7 +136,7 @@ std::vector<Rgba<typename P::Component>> wildPixels() {
                   infinity,  -infinity, T{1e30F},
                   T{-1e30F}, T{1e-40F}};
     }
-    std::vector<Rgba<T>> pixels;
+    std::vector<Components<T>> pixels;
     for (const T a : values) {
         for (const T b : values) {
             for (const T alpha : values) {

@@ -21,8 +21,8 @@ class RowKernelsTest : public testing::Test {
 protected:
     using Row = GuardedRow<typename P::Component>;
 
-    const std::vector<Rgba<typename P::Component>> m_first = testPixels<P>(1);
-    const std::vector<Rgba<typename P::Component>> m_second = testPixels<P>(2);
+    const std::vector<Components<typename P::Component>> m_first = testPixels<P>(1);
+    const std::vector<Components<typename P::Component>> m_second = testPixels<P>(2);
 
     /// Expects the same of every level as of the reference, for rows of one length.
     void compare(const std::string& what, const RowWork<P>& work, std::size_t start, int count,
@@ -193,7 +193,7 @@ TYPED_TEST(RowKernelsTest, untouchedPixelsAreFinishedAsOthers) {
 
 /// Every component with every alpha, as both take part in the divisions of 8-bit pixels.
 TEST(RowKernels8, divisionsOfEveryPairMatchTheReference) {
-    std::vector<Rgba<unsigned char>> pairs;
+    std::vector<Components<unsigned char>> pairs;
     for (int alpha = 0; alpha <= 255; ++alpha) {
         for (int c = 0; c <= 255; ++c) {
             const auto byte = static_cast<unsigned char>(c);

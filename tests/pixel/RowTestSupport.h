@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <type_traits>
 
 namespace orbel::test {
@@ -29,7 +30,7 @@ bool sameComponents(const T* a, const T* b, std::size_t count) {
 template<typename T>
 class GuardedRow {
 public:
-    GuardedRow(const std::vector<Rgba<T>>& pixels, std::size_t first, int count, int offset)
+    GuardedRow(const std::vector<Components<T>>& pixels, std::size_t first, int count, int offset)
         : m_begin(static_cast<std::size_t>(offset) + margin),
           m_count(static_cast<std::size_t>(count) * 4),
           m_components(m_begin + m_count + margin, guard()) {
@@ -63,9 +64,9 @@ private:
 
 /// Any bytes at all; of floats, any bit patterns.
 template<typename P>
-std::vector<Rgba<typename P::Component>> anyPixels(std::size_t count, unsigned seed) {
+std::vector<Components<typename P::Component>> anyPixels(std::size_t count, unsigned seed) {
     std::mt19937 engine(seed);
-    std::vector<Rgba<typename P::Component>> pixels(count);
+    std::vector<Components<typename P::Component>> pixels(count);
     auto* const bytes = reinterpret_cast<unsigned char*>(pixels.data());
     std::generate(bytes, bytes + count * sizeof(pixels[0]),
                   [&] { return static_cast<unsigned char>(engine()); });
@@ -73,7 +74,7 @@ std::vector<Rgba<typename P::Component>> anyPixels(std::size_t count, unsigned s
 }
 
 template<typename P>
-std::vector<Rgba<typename P::Component>> testPixels(unsigned seed) {
+std::vector<Components<typename P::Component>> testPixels(unsigned seed) {
     auto pixels = randomPixels<P>(3000, seed);
     for (const auto& more : {anyPixels<P>(600, seed), wildPixels<P>()}) {
         pixels.insert(pixels.end(), more.begin(), more.end());

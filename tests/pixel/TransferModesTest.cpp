@@ -10,8 +10,8 @@
 namespace orbel::test {
 namespace {
 
-using Bytes = Rgba<unsigned char>;
-using Floats = Rgba<float>;
+using Bytes = Components<unsigned char>;
+using Floats = Components<float>;
 
 constexpr int behindMode = 1;
 constexpr int inFrontMode = 2;
@@ -28,7 +28,7 @@ struct Settings {
 };
 
 template<typename P>
-using Pixels = std::vector<Rgba<typename P::Component>>;
+using Pixels = std::vector<Components<typename P::Component>>;
 
 /// Calls with the five arguments that name a format.
 template<typename P, typename Call>
@@ -38,8 +38,8 @@ int withFormat(const Call& call) {
 }
 
 template<typename P>
-int composite(PluginHost_API* host, const Settings& s, GuardedImage<P>& first,
-              GuardedImage<P>& second, GuardedImage<P>& out) {
+int composite(PluginHost_API* host, const Settings& s, PixelImage<P>& first, PixelImage<P>& second,
+              PixelImage<P>& out) {
     return withFormat<P>([&](auto... format) {
         return TransferComposite(format..., host, s.mode, s.opacity1, s.opacity2, first.raster(),
                                  second.raster(), out.raster(), false, s.opaqueOut, false);
@@ -47,8 +47,8 @@ int composite(PluginHost_API* host, const Settings& s, GuardedImage<P>& first,
 }
 
 template<typename P, template<typename, typename, typename, typename, typename> class Functor>
-int blend(PluginHost_API* host, const Settings& s, GuardedImage<P>& first, GuardedImage<P>& second,
-          GuardedImage<P>& out) {
+int blend(PluginHost_API* host, const Settings& s, PixelImage<P>& first, PixelImage<P>& second,
+          PixelImage<P>& out) {
     return withFormat<P>([&]<typename... Format>(Format... format) {
         return Blend(format..., Functor<Format...>{}, host, static_cast<float>(s.opacity1),
                      static_cast<float>(s.opacity2), first.raster(), second.raster(), out.raster(),
@@ -57,8 +57,8 @@ int blend(PluginHost_API* host, const Settings& s, GuardedImage<P>& first, Guard
 }
 
 template<typename P>
-int blendBehind(PluginHost_API* host, const Settings& s, GuardedImage<P>& first,
-                GuardedImage<P>& second, GuardedImage<P>& out) {
+int blendBehind(PluginHost_API* host, const Settings& s, PixelImage<P>& first,
+                PixelImage<P>& second, PixelImage<P>& out) {
     return withFormat<P>([&](auto... format) {
         return BlendBehind(format..., host, static_cast<float>(s.opacity1),
                            static_cast<float>(s.opacity2), first.raster(), second.raster(),
@@ -67,7 +67,7 @@ int blendBehind(PluginHost_API* host, const Settings& s, GuardedImage<P>& first,
 }
 
 template<typename P>
-int fade(PluginHost_API* host, float amount, GuardedImage<P>& from, GuardedImage<P>& to) {
+int fade(PluginHost_API* host, float amount, PixelImage<P>& from, PixelImage<P>& to) {
     return BlendImages<P, typename P::Component, typename P::Wide, typename P::Float,
                        typename P::FORMAT>(P{}, host, amount, from.raster(), to.raster());
 }
@@ -78,9 +78,9 @@ Pixels<P> pixelsBy(const Combine& combine, const Settings& settings, const Pixel
                    const Pixels<P>& second) {
     RasterHost host;
     const auto width = static_cast<int>(first.size());
-    GuardedImage<P> front(width, 1, {0, false});
-    GuardedImage<P> behind(width, 1, {0, false});
-    GuardedImage<P> out(width, 1, {0, false});
+    PixelImage<P> front(width, 1, {0, false});
+    PixelImage<P> behind(width, 1, {0, false});
+    PixelImage<P> out(width, 1, {0, false});
     front.fillFrom(first);
     behind.fillFrom(second);
     EXPECT_EQ(combine(host.get(), settings, front, behind, out), 0);
@@ -95,9 +95,9 @@ Pixels<P> compositePixels(const Settings& settings, const Pixels<P>& first,
 }
 
 template<typename P>
-Rgba<typename P::Component> compositePixel(const Settings& settings,
-                                           const Rgba<typename P::Component>& first,
-                                           const Rgba<typename P::Component>& second) {
+Components<typename P::Component> compositePixel(const Settings& settings,
+                                                 const Components<typename P::Component>& first,
+                                                 const Components<typename P::Component>& second) {
     return compositePixels<P>(settings, {first}, {second}).front();
 }
 
@@ -196,7 +196,7 @@ private:
 TEST(TransferComposite, AeHostBlendsItselfUnlessForbidden) {
     ParameterStore parameters;
     AfterEffectsHost host(&parameters);
-    GuardedImage<PIXEL_ARGB8> image(1, 1, {0, false});
+    PixelImage<PIXEL_ARGB8> image(1, 1, {0, false});
     image.set(0, 0, {100, 100, 100, 255});
     PluginRaster_API* const first = image.raster();
     PluginRaster_API* const second = image.raster();
@@ -218,8 +218,8 @@ TYPED_TEST_SUITE(TransferModes, AllPixelFormats);
 
 /// One number for all components of the pixels, in their order (FNV-1a).
 template<typename T>
-std::uint64_t digest(std::uint64_t hash, const std::vector<Rgba<T>>& pixels) {
-    for (const Rgba<T>& pixel : pixels) {
+std::uint64_t digest(std::uint64_t hash, const std::vector<Components<T>>& pixels) {
+    for (const Components<T>& pixel : pixels) {
         std::array<unsigned char, sizeof pixel> bytes;
         std::memcpy(bytes.data(), pixel.data(), bytes.size());
         for (const unsigned char byte : bytes) {
@@ -322,9 +322,9 @@ TYPED_TEST(TransferModes, OutputMayBeEitherInputInAnyRowLayout) {
         const Settings settings{mode, 0.8, 1.0, false};
         const auto expected = compositePixels<P>(settings, first, second);
         for (const RowLayout& layout : rowLayouts) {
-            GuardedImage<P> front(7, 5, layout);
-            GuardedImage<P> behind(7, 5, {16, !layout.bottomUp});
-            for (GuardedImage<P>* const out : {&front, &behind}) {
+            PixelImage<P> front(7, 5, layout);
+            PixelImage<P> behind(7, 5, {16, !layout.bottomUp});
+            for (PixelImage<P>* const out : {&front, &behind}) {
                 front.fillFrom(first);
                 behind.fillFrom(second);
                 composite<P>(host.get(), settings, front, behind, *out);
@@ -338,16 +338,16 @@ TYPED_TEST(TransferModes, OutputMayBeEitherInputInAnyRowLayout) {
 TYPED_TEST(TransferModes, OnlyTheCommonAreaIsTouched) {
     using P = TypeParam;
     RasterHost host;
-    GuardedImage<P> first(3, 6, {0, false});
-    GuardedImage<P> second(8, 8, {16, true});
-    GuardedImage<P> out(5, 2, {0, false});
+    PixelImage<P> first(3, 6, {0, false});
+    PixelImage<P> second(8, 8, {16, true});
+    PixelImage<P> out(5, 2, {0, false});
     for (const int mode : allModes) {
         composite<P>(host.get(), {mode, 1.0, 1.0, true}, first, second, out);
     }
     fade<P>(host.get(), 0.5F, second, out);
     fade<P>(host.get(), 1.0F, out, second);
     EXPECT_TRUE(out.guardsIntact());
-    EXPECT_EQ(out.get(3, 0), (Rgba<typename P::Component>{}));
+    EXPECT_EQ(out.get(3, 0), (Components<typename P::Component>{}));
 }
 
 TYPED_TEST(TransferModes, BlendImagesMixesInSinglePrecision) {
@@ -358,8 +358,8 @@ TYPED_TEST(TransferModes, BlendImagesMixesInSinglePrecision) {
     const auto to = randomPixels<P>(35, 17);
     for (const RowLayout& layout : rowLayouts) {
         for (const float amount : {0.0F, 0.3F, 0.5F, 1.0F / 3, 1.0F}) {
-            GuardedImage<P> source(7, 5, layout);
-            GuardedImage<P> target(7, 5, {16, !layout.bottomUp});
+            PixelImage<P> source(7, 5, layout);
+            PixelImage<P> target(7, 5, {16, !layout.bottomUp});
             source.fillFrom(from);
             target.fillFrom(to);
             EXPECT_EQ(fade<P>(host.get(), amount, source, target), 0);

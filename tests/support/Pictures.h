@@ -26,9 +26,11 @@ public:
     /// Whether nothing but pixels was written.
     [[nodiscard]] bool guardsIntact() const;
 
+protected:
+    RasterInfo m_info;
+
 private:
     std::vector<std::uint8_t> m_memory;
-    RasterInfo m_info;
 };
 
 /// Red, green, blue, alpha; 1.0 is a component's maximum.
