@@ -50,6 +50,7 @@ TEST(CommandLine, refusesWhatItDoesNotKnow) {
                                                {"render", "--colour", "x"},
                                                {"render", "a", "b"},
                                                {"check"},
+                                               {"farm"},
                                                {"render", "a", "--threads", "0"},
                                                {"params", "--json", "--markdown"}}) {
         const Output output = orbelProgram(arguments);
@@ -124,6 +125,8 @@ TEST(CommandLine, drawsTheGallery) {
         }
     }
     EXPECT_GT(brightest, 0.8);
+    EXPECT_NEAR(componentOf(*sheet, 0, 0, 3), 1.0, 1e-9); // on a ground of its own, not on nothing
+    EXPECT_NEAR(componentOf(*sheet, 0, 0, 2), 0.07, 1.0 / 255);
     EXPECT_EQ(orbelProgram({"shapes", "--sheet", "/nowhere/sheet.png"}).code, EXIT_BAD_INPUT);
 }
 

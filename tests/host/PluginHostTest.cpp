@@ -10,24 +10,6 @@ namespace orbel {
 namespace {
 
 using Base = PluginHost_API;
-using Time = PluginHost_API::TimeObject;
-
-TEST(PluginHost, whatNoHostAnswersIsLeftAlone) {
-    test::BareHost host;
-    int a = 5;
-    int b = 6;
-    double d = 9.0;
-    EXPECT_NE(host.Base::getAppColor(0, a, b, a), 0);
-    EXPECT_NE(host.Base::getHostVersionNum(a, b), 0);
-    EXPECT_NE(host.Base::getFloatColor(3, 0, &d, &d, &d, nullptr), 0);
-    EXPECT_EQ(a + b + d, 20);
-    host.parameters.set(4, 12.5);
-    EXPECT_EQ(host.GetFixedFloatValue(4, 0, Time(0, 100, 0), d), 0);
-    EXPECT_EQ(d, 12.5);
-    host.Base::getParamTriggerChangedEvent(a, b);
-    EXPECT_EQ(a, -1);
-    EXPECT_EQ(b, -1);
-}
 
 // The place of an operation in the table of virtual functions, as this ABI keeps it in a pointer to
 // a member.

@@ -274,14 +274,21 @@ private:
 };
 
 TEST(MediaWriter, AFullDiskIsReportedWithFileAndFrame) {
-    for (const std::string name : {"a.mkv", "a.mov", "a.mp4", "a-%03d.png"}) {
+    struct Row {
+        std::string name;
+        long frames;
+        rlim_t room;
+    };
+    for (const auto& [name, frames, room] :
+         {Row{"a.mkv", 200, 300000}, Row{"a.mov", 200, 300000}, Row{"a.mp4", 200, 300000},
+          Row{"a-%03d.png", 200, 1000}, Row{"one.mkv", 1, 4000}}) {
         const TestFolder folder;
         TestRaster raster(RF_RGBA16, 128, 128, RowOrder::Tight);
         std::string place;
         {
-            const FullDisk full(name == "a-%03d.png" ? 1000 : 300000);
+            const FullDisk full(room);
             try {
-                writeNoise(folder / name, raster, specFor(raster), 0, 200);
+                writeNoise(folder / name, raster, specFor(raster), 0, frames);
             } catch (const MediaError& error) {
                 place = error.place();
                 EXPECT_THAT(error.what(), HasSubstr("cannot be written"));

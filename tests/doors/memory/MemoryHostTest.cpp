@@ -1,4 +1,3 @@
-#include "host/RasterProxy.h"
 #include "tests/consumer/project/SmallestDoor.h"
 #include "tests/support/HostContract.h"
 #include "tests/support/Scene.h"
@@ -72,6 +71,8 @@ TEST_F(MemoryHost, readsAtTheTimeAsked) {
     EXPECT_EQ(y, 0.75);
     m_host.GetPoint2DValue(PARAM_CAMERA_XY, 0, Time(125, 50, 0), x, y);
     EXPECT_EQ(x, 0.25);
+    m_host.GetFixedFloatValue(PARAM_CAMERA_XY, 0, Time(125, 50, 0), y);
+    EXPECT_EQ(y, 0.25);
 }
 
 TEST_F(MemoryHost, updatesAreConstantsOfTheStore) {
@@ -96,19 +97,6 @@ TEST_F(MemoryHost, updatesAreConstantsOfTheStore) {
         m_scene.parameters.evaluate(param, 0.0, read);
         EXPECT_EQ(read, value) << param;
     }
-}
-
-TEST_F(MemoryHost, allocatesRastersInTheLayoutOfTheOutput) {
-    int rowBytes = 0;
-    const PluginRasterProxy raster(
-        &m_host, m_host.allocRaster(9, 5, PluginRaster_API::PIXEL_TYPE_FLOAT, rowBytes, 0), true,
-        true);
-    RasterInfo info;
-    m_host.getRasterInfo(raster.getImpl(), &info);
-    EXPECT_EQ(info.pixelFormat, RF_RGBA8);
-    EXPECT_EQ(rowBytes, 36);
-    EXPECT_EQ(raster->getRowBytes(), 36);
-    EXPECT_EQ(raster->getPixelType(), PluginRaster_API::PIXEL_TYPE_8);
 }
 
 TEST_F(MemoryHost, answersFromItsSettings) {

@@ -1,8 +1,6 @@
 #include "doors/ofx/platform/OfxNames.h"
 #include "params/ParameterTable.h"
-#include "tests/doors/ofx/Stage.h"
-
-#include <gmock/gmock.h>
+#include "tests/doors/ofx/RenderFixture.h"
 
 #include <cstring>
 #include <functional>
@@ -12,23 +10,15 @@ namespace {
 
 using testing::IsEmpty;
 
-class OfxFailure : public testing::Test {
+// A host that keeps a part of what it should give.
+class OfxFailure : public OfxRender {
 protected:
-    // The frame that comes out when the host keeps a part of what it should give.
-    static void expectFrame(Stage& stage, const Shot& shot) {
-        EXPECT_EQ(stage.render(), ofx::STAT_OK);
-        EXPECT_TRUE(shows(stage.output, shot.rendered().info(), shot.frame, shot.frame));
-        EXPECT_THAT(stage.instance.effect().faults(), IsEmpty());
-    }
     // Nothing is written, everything goes back.
     static void expectNothing(Stage& stage, OfxStatus status) {
         EXPECT_EQ(stage.render(), status);
         EXPECT_TRUE(stage.output.intactOutside({}));
         EXPECT_THAT(stage.instance.effect().faults(), IsEmpty());
     }
-
-    TestHost m_host;
-    LoadedPlugin m_plugin{ORBEL_OFX_BINARY, &m_host};
 };
 
 TEST_F(OfxFailure, aSourceThatFailsIsTransparent) {
@@ -47,11 +37,8 @@ TEST_F(OfxFailure, aSourceThatFailsIsTransparent) {
         [](Stage& stage) { stage.source.properties.silent = true; }};
     for (const auto& fail : failures) {
         Stage stage(&m_plugin, shot, Layouts(shot));
-        stage.source.takeFrom(shot.picture().info());
         fail(stage);
-        EXPECT_EQ(stage.render(), ofx::STAT_OK);
-        EXPECT_TRUE(shows(stage.output, expected.info(), shot.frame, shot.frame));
-        EXPECT_THAT(stage.instance.effect().faults(), IsEmpty());
+        EXPECT_EQ(stageRender(stage, shot, expected), ofx::STAT_OK);
     }
 }
 
@@ -83,7 +70,6 @@ TEST_F(OfxFailure, anOutputThatCannotBeWrittenIsLeftAlone) {
     for (const Row& row : rows) {
         Shot shot;
         Stage stage(&m_plugin, shot, Layouts(shot));
-        stage.source.takeFrom(shot.picture().info());
         row.fail(stage);
         expectNothing(stage, row.status);
     }
@@ -98,7 +84,6 @@ TEST_F(OfxFailure, regionsMayBeMissingOrEndless) {
         for (const bool project : {true, false}) {
             Shot shot;
             Stage stage(&m_plugin, shot, Layouts(shot));
-            stage.source.takeFrom(shot.picture().info());
             stage.output.properties.set(ofx::PROP_IMAGE_REGION, region);
             stage.source.properties.set(ofx::PROP_IMAGE_REGION, region);
             stage.instance.clip("Source").region = {};
@@ -117,7 +102,6 @@ TEST_F(OfxFailure, clipsAnswerForTheirImages) {
     Shot shot;
     shot.alpha = {SourceAlpha::Straight, OutputAlpha::Straight};
     Stage stage(&m_plugin, shot, Layouts(shot));
-    stage.source.takeFrom(shot.picture().info());
     for (const auto& [name, picture] :
          {std::pair{"Source", &stage.source}, {"Output", &stage.output}}) {
         PropertySet& clip = stage.instance.clip(name).properties;
@@ -135,7 +119,6 @@ TEST_F(OfxFailure, parametersThatCannotBeReadHaveTheirDefaults) {
         Shot shot;
         shot.parameters = {};
         Stage stage(&m_plugin, shot, Layouts(shot));
-        stage.source.takeFrom(shot.picture().info());
         for (auto& [name, param] : stage.instance.effect().params) {
             param->status = status;
             param->silent = true;
@@ -151,7 +134,6 @@ TEST_F(OfxFailure, whatAHostWritesCountsWhateverItAnswers) {
         shot.set(PARAM_ENABLE_REPEATER, toggle == 1.0 ? 1 : 0).set(PARAM_INSTANCES, 3);
         shot.set(PARAM_REPEATER_ROTATION_Z, 40);
         Stage stage(&m_plugin, shot, Layouts(shot));
-        stage.source.takeFrom(shot.picture().info());
         for (auto& [name, param] : stage.instance.effect().params) {
             param->status = ofx::STAT_ERR_UNKNOWN;
         }
@@ -167,7 +149,6 @@ TEST_F(OfxFailure, anInstanceWithoutHandlesStillRenders) {
     Shot shot;
     shot.parameters = {};
     Stage stage(&m_plugin, shot, Layouts(shot));
-    stage.source.takeFrom(shot.picture().info());
     Effect& effect = stage.instance.effect();
     m_plugin.call(ofx::ACTION_DESTROY_INSTANCE, &effect);
     effect.noParams = true;

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 namespace orbel::ofxtest {
 namespace {
 
@@ -199,6 +201,10 @@ TEST_F(OfxInstance, regionsAreTheSourcesOrTheProjects) {
     EXPECT_EQ(stage.instance.call(action, &in, &out), ofx::STAT_REPLY_DEFAULT);
     stage.instance.clip("Source").properties.set(ofx::PROP_CONNECTED, {0});
     EXPECT_EQ(stage.instance.call(action, &in, &out), ofx::STAT_REPLY_DEFAULT); // no project
+    for (const double endless : {HUGE_VAL, 1e308, 0.0}) {
+        stage.instance.effect().properties.set(ofx::PROP_PROJECT_SIZE, {endless, endless});
+        EXPECT_EQ(stage.instance.call(action, &in, &out), ofx::STAT_REPLY_DEFAULT);
+    }
     stage.instance.effect().properties.set(ofx::PROP_PROJECT_SIZE, {64.0, 48.0});
     stage.instance.effect().properties.set(ofx::PROP_PROJECT_OFFSET, {-8.0, 4.0});
     EXPECT_EQ(stage.instance.call(action, &in, &out), ofx::STAT_OK);

@@ -11,10 +11,12 @@ class OfxRender : public testing::Test {
 protected:
     void expectFrame(const Shot& shot, const Layouts& layouts) {
         Stage stage(&m_plugin, shot, layouts);
+        expectFrame(stage, shot);
+    }
+    static void expectFrame(Stage& stage, const Shot& shot) {
         EXPECT_EQ(stageRender(stage, shot, shot.rendered()), 0);
     }
     static OfxStatus stageRender(Stage& stage, const Shot& shot, const MemoryImage& expected) {
-        stage.source.takeFrom(shot.picture().info());
         const OfxStatus status = stage.render();
         EXPECT_TRUE(shows(stage.output, expected.info(), shot.frame, stage.output.layout().bounds));
         EXPECT_THAT(stage.instance.effect().faults(), testing::IsEmpty());

@@ -46,7 +46,6 @@ TEST_F(OfxRender, tilesAreTheWholeFrame) {
             Stage small(&m_plugin, shot, layouts);
             EXPECT_EQ(stageRender(small, shot, expected), ofx::STAT_OK);
             Stage large(&m_plugin, shot, Layouts(shot)); // a window of a whole image
-            large.source.takeFrom(shot.picture().info());
             large.setWindow(tile);
             EXPECT_EQ(large.render(), ofx::STAT_OK);
             EXPECT_TRUE(shows(large.output, expected.info(), shot.frame, tile));
@@ -84,7 +83,6 @@ TEST_F(OfxRender, theSourceIsNeverChanged) {
         EXPECT_TRUE(shows(stage.source, picture.info(), shot.frame, shot.frame));
 
         Stage inPlace(&m_plugin, shot, Layouts(shot));
-        inPlace.source.takeFrom(picture.info());
         inPlace.instance.clip("Output").image = inPlace.instance.clip("Source").image;
         EXPECT_EQ(inPlace.render(), ofx::STAT_OK);
         EXPECT_TRUE(shows(inPlace.source, expected.info(), shot.frame, shot.frame));
@@ -154,7 +152,6 @@ TEST_F(OfxRender, fieldsStretchedByTheHostTakeTheirOwnRowsOnly) {
         Layouts layouts(shot);
         layouts.source.field = field;
         Stage stage(&m_plugin, shot, layouts);
-        stage.source.takeFrom(shot.picture().info());
         stage.arguments.set(ofx::PROP_FIELD_TO_RENDER, {std::string(field)});
         EXPECT_EQ(stage.render(), ofx::STAT_OK);
         for (int y = 0; y < shot.height(); ++y) {

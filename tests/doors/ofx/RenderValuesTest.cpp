@@ -123,7 +123,6 @@ TEST_F(OfxValues, severalThreadsShareAnInstanceAndHaveTheirOwn) {
     Shot shot;
     shot.parameters.setKeys(PARAM_END, {{0, {10}, Easing::Linear}, {8, {100}, Easing::Linear}});
     Stage shared(&m_plugin, shot, Layouts(shot));
-    shared.source.takeFrom(shot.picture().info());
     shared.instance.clip("Output").image = nullptr;
     std::vector<std::thread> threads;
     std::vector<int> wrong(8, 0);
@@ -139,7 +138,6 @@ TEST_F(OfxValues, severalThreadsShareAnInstanceAndHaveTheirOwn) {
             own.time = static_cast<double>(i);
             const MemoryImage expected = own.rendered();
             Stage mine(&m_plugin, own, Layouts(own));
-            mine.source.takeFrom(own.picture().info());
             {
                 const std::lock_guard lock(images);
                 outputs[std::this_thread::get_id()] = &mine.output.properties;

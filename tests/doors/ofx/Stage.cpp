@@ -58,6 +58,10 @@ Stage::Stage(const LoadedPlugin* plugin, const Shot& shot, const Layouts& layout
       instance(plugin, context),
       m_parameters(shot.parameters) {
     EXPECT_EQ(instance.created(), 0);
+    const OfxRectI& region = layouts.source.region;
+    if (region.x2 - region.x1 == shot.width() && region.y2 - region.y1 == shot.height()) {
+        source.takeFrom(shot.picture().info());
+    }
     connectParameters(&m_parameters, instance.effect());
     instance.param("shapeFile").text = shot.shapeFile;
     instance.param("shapeText").text = shot.shapeText;

@@ -39,7 +39,8 @@ struct Layouts {
     explicit Layouts(const Shot& shot);
 };
 
-/// An instance with a shot's parameters and clips, ready to render into its own pictures.
+/// An instance with a shot's parameters and clips, ready to render into its own pictures. The
+/// source has the shot's picture, unless it lies in a frame of another size.
 class Stage {
 public:
     Stage(const LoadedPlugin* plugin, const Shot& shot, const Layouts& layouts,
