@@ -8,6 +8,7 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <thread>
 
@@ -125,7 +126,10 @@ EngineState LocalEngine::state(const std::vector<std::string>& ids) {
     for (const std::string& id : ids) {
         std::ifstream words("/proc/" + id + "/cmdline", std::ios::binary);
         const std::string line{std::istreambuf_iterator<char>(words), {}};
-        state.running += line.find("supervise") != std::string::npos ? 1 : 0;
+        if (line.find("supervise") != std::string::npos) {
+            ++state.running;
+            state.chunks = std::numeric_limits<long>::max(); // all that are missing
+        }
     }
     return state;
 }

@@ -11,6 +11,7 @@ public:
     std::vector<std::string> submit(const Job& job, const Submission& submission) override;
     std::string describe(const Job& job, const Submission& submission) override;
     EngineState state(const std::vector<std::string>& ids) override;
+    void release(const std::vector<std::string>& /*ids*/) override {}
     void cancel(const std::vector<std::string>& ids) override;
 };
 

@@ -25,12 +25,13 @@ bool namesChecksum(const char* text) {
 void noteChecksum(void* sender, const char* text) {
     const bool isCodec =
         sender != nullptr && *static_cast<AVClass**>(sender) == avcodec_get_class();
-    if (!isCodec || !namesChecksum(text)) {
+    const auto* const codec = isCodec ? static_cast<AVCodecContext*>(sender) : nullptr;
+    if (codec == nullptr || codec->opaque == nullptr || av_codec_is_decoder(codec->codec) == 0) {
         return;
     }
-    const auto* const codec = static_cast<AVCodecContext*>(sender);
-    if (av_codec_is_decoder(codec->codec) != 0 && codec->opaque != nullptr) {
-        static_cast<DecoderWatch*>(codec->opaque)->checksumFailed = true;
+    auto& watch = *static_cast<DecoderWatch*>(codec->opaque);
+    if (watch.anyErrorCounts || namesChecksum(text)) {
+        watch.checksumFailed = true;
     }
 }
 

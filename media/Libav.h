@@ -87,6 +87,7 @@ void silenceLog();
 /// `AVCodecContext::opaque` of a decoder points to one.
 struct DecoderWatch {
     std::atomic<bool> checksumFailed = false; ///< it concealed data whose checksum was wrong
+    bool anyErrorCounts = false;              ///< whatever else it calls an error, too
     void* owner = nullptr;
 };
 
