@@ -145,14 +145,21 @@ private:
 
     int resume() {
         const Job job = readJob(m_options.job);
-        if (const long held = engineState(job).held; held > 0) {
-            releaseHeld(job);
-            m_out << held << (held == 1 ? " task was" : " tasks were")
-                  << " held and may go on; look with: orbel farm status " << job.folder << '\n';
-            return EXIT_DONE;
+        if (const JobStatus status = statusOf(job); status.engine && status.engine->held > 0) {
+            if (status.lost == 0 || status.engine->running > 0) {
+                return letGo(job, status.engine->held);
+            }
+            cancelJob(job); // what an engine that lost its memory still has is of no use
         }
         const ScenePlan plan = planJob(job, m_options.threads);
         return handIn(job, plan.format);
+    }
+
+    int letGo(const Job& job, long held) {
+        releaseHeld(job);
+        m_out << held << (held == 1 ? " task was" : " tasks were")
+              << " held and may go on; look with: orbel farm status " << job.folder << '\n';
+        return EXIT_DONE;
     }
 
     int cancel() {
@@ -187,6 +194,7 @@ private:
             text["running"] = status.engine->running;
             text["waiting"] = status.engine->waiting;
             text["held"] = status.engine->held;
+            text["away"] = status.engine->away;
         }
         text["unfit"] = nlohmann::json::object();
         for (const MachineCheck& check : status.checks) {
@@ -234,6 +242,11 @@ private:
             m_out << status.engine->held << (status.engine->held == 1 ? " task is" : " tasks are")
                   << " held (" << status.engine->heldWhy << "): type \"orbel farm resume "
                   << m_options.job << "\"\n";
+        }
+        for (const std::string& machine : status.engine->away) {
+            m_out << machine << " takes no tasks: whoever looks after the cluster types \""
+                  << "scontrol update nodename=" << machine.substr(0, machine.find(' '))
+                  << " state=resume\"\n";
         }
     }
 

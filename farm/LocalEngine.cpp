@@ -121,12 +121,12 @@ std::string LocalEngine::describe(const Job& job, const Submission& submission) 
     return text + "\n";
 }
 
-EngineState LocalEngine::state(const std::vector<std::string>& ids) {
+EngineState LocalEngine::state(const Job& job, const std::vector<std::string>& ids) {
     EngineState state;
     for (const std::string& id : ids) {
         std::ifstream words("/proc/" + id + "/cmdline", std::ios::binary);
         const std::string line{std::istreambuf_iterator<char>(words), {}};
-        if (line.find("supervise") != std::string::npos) {
+        if (line.find("supervise" + std::string(1, '\0') + job.folder) != std::string::npos) {
             ++state.running;
             state.chunks = std::numeric_limits<long>::max(); // all that are missing
         }
@@ -134,9 +134,9 @@ EngineState LocalEngine::state(const std::vector<std::string>& ids) {
     return state;
 }
 
-void LocalEngine::cancel(const std::vector<std::string>& ids) {
+void LocalEngine::cancel(const Job& job, const std::vector<std::string>& ids) {
     for (const std::string& id : ids) {
-        if (state({id}).running > 0) {
+        if (state(job, {id}).running > 0) {
             kill(-processOf(id), SIGTERM);
         }
     }

@@ -193,7 +193,7 @@ std::vector<std::string> SlurmEngine::submit(const Job& job, const Submission& s
         static_cast<void>(run({"scontrol", "release", check}, ""));
     } catch (const MediaError&) {
         if (!ids.empty()) {
-            cancel(ids);
+            cancel(job, ids);
         }
         throw;
     }
@@ -242,28 +242,48 @@ private:
     }
 };
 
-std::vector<QueuedTask> queueOf(const std::vector<std::string>& ids) {
+std::vector<QueuedTask> queueOf(const Job& job, const std::vector<std::string>& ids) {
     const CommandResult queue =
-        runCommand({"squeue", "-h", "-r", "-o", "%i|%T|%r", "-j", joined(ids, ',')}, "");
+        runCommand({"squeue", "-h", "-r", "-o", "%i|%T|%r|%Z", "-j", joined(ids, ',')}, "");
     // A single job that is long gone is an error, too; it neither waits nor runs.
     if (queue.code != 0 && queue.err.find("Invalid job id") == std::string::npos) {
         refuse("squeue", queue.err);
     }
     std::vector<QueuedTask> tasks;
     std::istringstream lines(queue.out);
-    for (QueuedTask task; std::getline(lines, task.id, '|') &&
-                          std::getline(lines, task.state, '|') &&
-                          std::getline(lines, task.reason);) {
-        tasks.push_back(task);
+    QueuedTask task;
+    std::string folder;
+    while (std::getline(lines, task.id, '|') && std::getline(lines, task.state, '|') &&
+           std::getline(lines, task.reason, '|') && std::getline(lines, folder)) {
+        // A controller that lost its memory begins to count anew.
+        if (folder == job.folder) {
+            tasks.push_back(task);
+        }
     }
     return tasks;
 }
 
+/// Machines that are drained or down: "n2 (Duplicate jobid)".
+std::vector<std::string> machinesAway() {
+    std::vector<std::string> words{"sinfo", "-h", "-N", "-t", "drain,down,fail", "-o", "%N|%E"};
+    if (const std::string name = partition(); !name.empty()) {
+        words.insert(words.end(), {"-p", name});
+    }
+    std::istringstream lines(runCommand(words, "").out);
+    std::vector<std::string> away;
+    std::string name;
+    std::string reason;
+    while (std::getline(lines, name, '|') && std::getline(lines, reason)) {
+        away.push_back(name.append(" (").append(reason).append(")"));
+    }
+    return away;
+}
+
 } // namespace
 
-EngineState SlurmEngine::state(const std::vector<std::string>& ids) {
+EngineState SlurmEngine::state(const Job& job, const std::vector<std::string>& ids) {
     EngineState state;
-    for (const QueuedTask& task : queueOf(ids)) {
+    for (const QueuedTask& task : queueOf(job, ids)) {
         state.waiting += task.waits() ? 1 : 0;
         state.running += task.runs() ? 1 : 0;
         state.chunks += task.id.find('_') != std::string::npos ? 1 : 0;
@@ -272,21 +292,30 @@ EngineState SlurmEngine::state(const std::vector<std::string>& ids) {
             state.heldWhy = task.reason;
         }
     }
+    if (state.waiting > 0) {
+        state.away = machinesAway();
+    }
     return state;
 }
 
-void SlurmEngine::release(const std::vector<std::string>& ids) {
-    for (const QueuedTask& task : queueOf(ids)) {
+void SlurmEngine::release(const Job& job, const std::vector<std::string>& ids) {
+    for (const QueuedTask& task : queueOf(job, ids)) {
         if (task.isHeld()) {
             static_cast<void>(run({"scontrol", "release", task.id}, ""));
         }
     }
 }
 
-void SlurmEngine::cancel(const std::vector<std::string>& ids) {
-    std::vector<std::string> words{"scancel"};
-    words.insert(words.end(), ids.begin(), ids.end());
-    static_cast<void>(run(words, ""));
+void SlurmEngine::cancel(const Job& job, const std::vector<std::string>& ids) {
+    std::set<std::string> own;
+    for (const QueuedTask& task : queueOf(job, ids)) {
+        own.insert(task.id.substr(0, task.id.find('_')));
+    }
+    if (!own.empty()) {
+        std::vector<std::string> words{"scancel"};
+        words.insert(words.end(), own.begin(), own.end());
+        static_cast<void>(run(words, ""));
+    }
 }
 
 } // namespace orbel

@@ -115,11 +115,12 @@ std::string describeSubmission(const Job& job, const SubmitOptions& options) {
 EngineState engineState(const Job& job) {
     EngineState all;
     for (const SubmissionRecord& record : submissionsOf(job)) {
-        const EngineState state = engineNamed(record.engine)->state(record.ids);
+        const EngineState state = engineNamed(record.engine)->state(job, record.ids);
         all.waiting += state.waiting;
         all.running += state.running;
         all.held += state.held;
-        all.heldWhy += state.heldWhy;
+        all.heldWhy = state.held > 0 ? state.heldWhy : all.heldWhy;
+        all.away = state.away.empty() ? all.away : state.away;
         all.chunks = std::max(all.chunks, state.chunks);
     }
     return all;
@@ -127,16 +128,16 @@ EngineState engineState(const Job& job) {
 
 void releaseHeld(const Job& job) {
     for (const SubmissionRecord& record : submissionsOf(job)) {
-        engineNamed(record.engine)->release(record.ids);
+        engineNamed(record.engine)->release(job, record.ids);
     }
 }
 
 void cancelJob(const Job& job) {
     for (const SubmissionRecord& record : submissionsOf(job)) {
         const std::unique_ptr<Engine> engine = engineNamed(record.engine);
-        if (const EngineState state = engine->state(record.ids);
+        if (const EngineState state = engine->state(job, record.ids);
             state.waiting + state.running > 0) {
-            engine->cancel(record.ids);
+            engine->cancel(job, record.ids);
         }
     }
 }

@@ -220,7 +220,7 @@ int VideoDecoder::quarterTurns() const {
 
 bool VideoDecoder::forgives(int code) const {
     // A recording may begin between two key frames.
-    return code == AVERROR_INVALIDDATA && !m_still && !m_decodedAny;
+    return code == AVERROR_INVALIDDATA && !m_still && !m_begun;
 }
 
 int VideoDecoder::feed() {
@@ -235,8 +235,14 @@ int VideoDecoder::feed() {
         }
         const bool ours = m_packet->stream_index == m_stream->index;
         const std::int64_t time = m_packet->pts;
+        const bool isKey = (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
         code = ours ? avcodec_send_packet(m_codec.get(), m_packet.get()) : 0;
         av_packet_unref(m_packet.get());
+        // What refers to the damaged frame comes behind it, also where it is shown before.
+        if (ours && code == 0 && !worksAhead() && tookDamage()) {
+            code = AVERROR_INVALIDDATA;
+        }
+        m_begun = m_begun || (ours && code == 0 && isKey);
         if (ours && code < 0 && !forgives(code)) {
             endAt(code, time);
             return 0;
@@ -245,6 +251,16 @@ int VideoDecoder::feed() {
             return 0;
         }
     }
+}
+
+/// Several packets at once: which one is damaged cannot be told.
+bool VideoDecoder::worksAhead() const {
+    return (m_codec->active_thread_type & FF_THREAD_FRAME) != 0;
+}
+
+/// Before the first key frame that is no sign of damage: a recording may begin between two.
+bool VideoDecoder::tookDamage() {
+    return m_watch.damaged.exchange(false) && (m_still || m_begun);
 }
 
 /// No more packets: what is still inside the decoder comes out.
@@ -273,7 +289,7 @@ bool VideoDecoder::isGuessed(const AVFrame& frame) const {
 
 int VideoDecoder::receive(AVFrame& frame) {
     const int code = avcodec_receive_frame(m_codec.get(), &frame);
-    if (code == 0 && (m_watch.checksumFailed.exchange(false) || isGuessed(frame))) {
+    if (code == 0 && (tookDamage() || isGuessed(frame))) {
         m_damage = m_damage.value_or(Damage{AVERROR_INVALIDDATA, frame.best_effort_timestamp});
     }
     return code == 0 && isBehindDamage(frame) ? m_damage->code : code;

@@ -32,6 +32,9 @@ public:
     /// Clockwise quarter turns that the file asks for, 0 to 3.
     [[nodiscard]] int quarterTurns() const;
 
+    /// Decodes several frames at once: damage is then reported early, with frames before it
+    /// missing.
+    [[nodiscard]] bool worksAhead() const;
     /// 1 with the next frame in presentation order, 0 at the end, else the library's error code.
     /// Data that fails its checksum or had to be guessed is an error, too, which comes in the place
     /// of the frame that is damaged: those before it are given out first.
@@ -62,6 +65,7 @@ private:
     [[nodiscard]] int feed();
     [[nodiscard]] int receive(AVFrame& frame);
     [[nodiscard]] bool forgives(int code) const;
+    [[nodiscard]] bool tookDamage();
     [[nodiscard]] bool isGuessed(const AVFrame& frame) const;
     void endAt(int code, std::int64_t time);
     [[nodiscard]] bool isBehindDamage(const AVFrame& frame) const;
@@ -73,6 +77,7 @@ private:
     AVStream* m_stream = nullptr; // owned by the input
     bool m_still = false;
     bool m_decodedAny = false;
+    bool m_begun = false; ///< a key frame went in
     std::optional<Damage> m_damage;
     std::int64_t m_nextTime = AV_NOPTS_VALUE; ///< of a frame that follows without a gap
     std::int64_t m_duration = 0;              ///< of the newest frame

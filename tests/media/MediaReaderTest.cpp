@@ -123,6 +123,26 @@ void spoil(const std::string& path, std::size_t count) {
     writeBytes(path, bytes);
 }
 
+/// Writes frames with something in them that moves: noise is coded as it is, where a coding without
+/// checksums takes each byte for as good as another.
+void makeMoving(const std::string& path, long count) {
+    const TestRaster raster(RF_RGBA8, 128, 96, RowOrder::Tight); // smaller ones have no checksums
+    const auto writer = openWriter(path, specFor(raster));
+    for (long frame = 0; frame < count; ++frame) {
+        for (int y = 0; y < 96; ++y) {
+            std::uint8_t* pixel = raster.info().row(y);
+            for (int x = 0; x < 128; ++x, pixel += 4) {
+                pixel[0] = static_cast<std::uint8_t>(2 * x + 9 * frame);
+                pixel[1] = static_cast<std::uint8_t>(2 * y);
+                pixel[2] = static_cast<std::uint8_t>(x * y / 16 + 5 * frame);
+                pixel[3] = 255;
+            }
+        }
+        writer->write(raster.info(), frame);
+    }
+    writer->finish();
+}
+
 // Whatever threads read ahead: the frames before the damage are as they were, and it is no other
 // frame that is named.
 TEST(MediaReader, DamageIsAnErrorThatNamesTheFrame) {
@@ -135,15 +155,14 @@ TEST(MediaReader, DamageIsAnErrorThatNamesTheFrame) {
     } cases[] = {
         {"a.mkv", "", 1},
         {"s-%d.png", "s-5.png", 1},
-        {"s-%d.tif", "s-5.tif", 40},
+        {"s-%d.tif", "s-5.tif", 9000},
         {"s-%d.exr", "s-5.exr", 40},
         {"a.mov", "", 300},
-        {"a.mp4", "", 20000},
+        {"a.mp4", "", 300},
     };
-    const TestRaster raster(RF_RGBA8, 128, 96, RowOrder::Tight); // smaller ones have no checksums
     for (const auto& c : cases) {
         const TestFolder folder;
-        writeNoise(folder / c.name, raster, specFor(raster), 0, 10);
+        makeMoving(folder / c.name, 10);
         std::vector<Picture> whole;
         for (long index = 0; index < 10; ++index) {
             whole.push_back(*openMedia(folder / c.name, 1)->readFrame(index));
@@ -157,11 +176,11 @@ TEST(MediaReader, DamageIsAnErrorThatNamesTheFrame) {
                     const PicturePtr picture = reader->readFrame(index);
                     EXPECT_TRUE(picture->components ==
                                 whole[static_cast<std::size_t>(index)].components)
-                        << c.name << " " << index;
+                        << c.name << " " << index << " of " << threads;
                 }
                 ADD_FAILURE() << "the damage went unnoticed: " << c.name;
             } catch (const MediaError& error) {
-                EXPECT_TRUE(index > 2 && index < 8) << c.name << " " << index;
+                EXPECT_TRUE(index > 0 && index < 8) << c.name << " " << index;
                 EXPECT_EQ(error.place(), framePlace(index)) << c.name;
                 EXPECT_THAT(error.what(), HasSubstr(" is damaged ")) << c.name;
             }
