@@ -144,7 +144,7 @@ void addSubmit(CLI::App* farm, FarmOptions& options) {
 
 /// What the tasks themselves are called with.
 void addTasks(CLI::App* farm, FarmOptions& options) {
-    for (const char* const name : {"task", "join", "supervise"}) {
+    for (const char* const name : {"check", "task", "join", "supervise"}) {
         CLI::App* const command = addJobCommand(farm, options, name, "");
         command->group(""); // not for people
         command->add_option("--list", options.list);

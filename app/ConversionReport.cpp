@@ -1,35 +1,24 @@
 #include "app/ConversionReport.h"
 
+#include "media/MediaError.h"
+#include "media/PendingFile.h"
 #include "scene/Diagnostics.h"
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <ostream>
-
-#include <unistd.h>
 
 namespace orbel::app {
 
 bool writeWholeFile(const std::string& file, const std::string& text, std::ostream& err) {
-    const std::string beside = file + "." + std::to_string(getpid()) + ".part";
-    std::error_code error;
-    {
-        std::ofstream stream(beside, std::ios::binary);
-        stream << text;
-        stream.close();
-        if (!stream.fail()) {
-            std::filesystem::rename(beside, file, error);
-            if (!error) {
-                return true;
-            }
-        }
+    try {
+        orbel::writeWholeFile(file, text);
+        return true;
+    } catch (const MediaError& error) {
+        err << sentence({error.file(), "", error.message(),
+                         "check its folder, and the space on the disk"})
+            << '\n';
+        return false;
     }
-    std::filesystem::remove(beside, error);
-    err << sentence({file, "", "the file cannot be written",
-                     "check its folder, and the space on the disk"})
-        << '\n';
-    return false;
 }
 
 std::string summaryOf(const ConvertedShape& shape) {

@@ -3,6 +3,7 @@
 #include "app/FilmTeller.h"
 #include "app/Interrupt.h"
 #include "app/SceneDrawings.h"
+#include "farm/Check.h"
 #include "farm/DiskEstimate.h"
 #include "farm/LocalEngine.h"
 #include "farm/Report.h"
@@ -76,9 +77,9 @@ public:
             setRenderThreads(m_options.threads);
         }
         static const std::map<std::string, int (Farm::*)()> commands{
-            {"submit", &Farm::submit}, {"status", &Farm::status},      {"resume", &Farm::resume},
-            {"cancel", &Farm::cancel}, {"verify", &Farm::verify},      {"task", &Farm::task},
-            {"join", &Farm::join},     {"supervise", &Farm::supervise}};
+            {"submit", &Farm::submit}, {"status", &Farm::status},       {"resume", &Farm::resume},
+            {"cancel", &Farm::cancel}, {"verify", &Farm::verify},       {"task", &Farm::task},
+            {"join", &Farm::join},     {"supervise", &Farm::supervise}, {"check", &Farm::check}};
         try {
             return (this->*commands.at(m_options.command))();
         } catch (const MediaError& error) {
@@ -144,8 +145,21 @@ private:
 
     int resume() {
         const Job job = readJob(m_options.job);
+        if (const JobStatus status = statusOf(job); status.engine && status.engine->held > 0) {
+            if (status.lost == 0 || status.engine->running > 0) {
+                return letGo(job, status.engine->held);
+            }
+            cancelJob(job); // what an engine that lost its memory still has is of no use
+        }
         const ScenePlan plan = planJob(job, m_options.threads);
         return handIn(job, plan.format);
+    }
+
+    int letGo(const Job& job, long held) {
+        releaseHeld(job);
+        m_out << held << (held == 1 ? " task was" : " tasks were")
+              << " held and may go on; look with: orbel farm status " << job.folder << '\n';
+        return EXIT_DONE;
     }
 
     int cancel() {
@@ -170,6 +184,7 @@ private:
                             {"done", status.chunksDone},
                             {"running", nullptr},
                             {"waiting", nullptr},
+                            {"held", nullptr},
                             {"lost", status.lost},
                             {"frames", status.frames},
                             {"framesDone", status.framesDone},
@@ -178,6 +193,14 @@ private:
         if (status.engine) {
             text["running"] = status.engine->running;
             text["waiting"] = status.engine->waiting;
+            text["held"] = status.engine->held;
+            text["away"] = status.engine->away;
+        }
+        text["unfit"] = nlohmann::json::object();
+        for (const MachineCheck& check : status.checks) {
+            if (!check.problem.empty()) {
+                text["unfit"][check.machine] = check.problem;
+            }
         }
         text["secondsLeft"] = status.secondsLeft ? nlohmann::json(*status.secondsLeft) : nullptr;
         return text;
@@ -192,6 +215,7 @@ private:
         }
         m_out << ", " << status.engine->running << " tasks running, " << status.engine->waiting
               << " waiting, " << status.lost << " chunks lost\n";
+        tellHindrances(status);
         if (status.filmDone) {
             m_out << "the film is there\n";
         } else if (status.secondsLeft) {
@@ -199,6 +223,30 @@ private:
                   << std::lround(*status.secondsLeft) << " s left\n";
         } else if (status.engine->running + status.engine->waiting == 0) {
             m_out << "nothing runs for it: type \"orbel farm resume " << m_options.job << "\"\n";
+        }
+    }
+
+    /// Machines that cannot make the film, and tasks that nothing will start.
+    void tellHindrances(const JobStatus& status) {
+        long fit = 0;
+        for (const MachineCheck& check : status.checks) {
+            fit += check.problem.empty() ? 1 : 0;
+            if (!check.problem.empty()) {
+                m_out << check.machine << " cannot make this film: " << check.problem << '\n';
+            }
+        }
+        if (!status.checks.empty() && fit == 0) {
+            m_out << "no machine can, so that no task has begun\n";
+        }
+        if (status.engine->held > 0) {
+            m_out << status.engine->held << (status.engine->held == 1 ? " task is" : " tasks are")
+                  << " held (" << status.engine->heldWhy << "): type \"orbel farm resume "
+                  << m_options.job << "\"\n";
+        }
+        for (const std::string& machine : status.engine->away) {
+            m_out << machine << " takes no tasks: whoever looks after the cluster types \""
+                  << "scontrol update nodename=" << machine.substr(0, machine.find(' '))
+                  << " state=resume\"\n";
         }
     }
 
@@ -226,6 +274,13 @@ private:
         const Job job = readJob(m_options.job);
         return watched([&](const ChunkOptions& options, const FilmCallbacks& callbacks) {
             return runJoin(job, options, callbacks);
+        });
+    }
+
+    int check() {
+        const Job job = readJob(m_options.job);
+        return watched([&](const ChunkOptions& options, const FilmCallbacks& /*callbacks*/) {
+            return runCheck(job, options.threads);
         });
     }
 

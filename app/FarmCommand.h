@@ -10,7 +10,7 @@ namespace orbel::app {
 
 /// What `orbel farm` is asked to do.
 struct FarmOptions {
-    std::string command; ///< submit, status, resume, cancel, verify; task, join, supervise
+    std::string command; ///< submit, status, resume, cancel, verify; check, task, join, supervise
     std::string scene;
     std::string job; ///< the job's folder
     std::optional<std::string> output;

@@ -173,16 +173,7 @@ private:
                         {"sha256", record.hash},
                         {"seconds", record.seconds},
                         {"attempt", record.attempt}};
-        const std::string path = recordPath(m_job, m_chunk);
-        const std::string own = path + "." + m_name;
-        std::ofstream stream(own, std::ios::binary);
-        stream << text.dump(2) << '\n';
-        stream.close();
-        if (!stream || !publishFile(own, path)) {
-            fs::remove(own);
-            throw MediaError(path, "", "the chunk cannot be recorded", outOfRoom,
-                             MediaError::Passing);
-        }
+        writeWholeFile(recordPath(m_job, m_chunk), text.dump(2) + "\n");
     }
 
     const Job& m_job;
@@ -262,8 +253,9 @@ void removeAttempts(const Job& job) {
         const std::string name = entry->path().filename().string();
         if (entry.depth() == 1) {
             entry.disable_recursion_pending();
-            if (std::count(name.begin(), name.end(), '.') + (endingOf(job).empty() ? 1 : 0) > 1 &&
-                !name.ends_with(".done")) {
+            if ((std::count(name.begin(), name.end(), '.') + (endingOf(job).empty() ? 1 : 0) > 1 &&
+                 !name.ends_with(".done")) ||
+                name.starts_with(".orbel-")) {
                 left.push_back(entry->path());
             }
         }

@@ -22,6 +22,11 @@ struct Submission {
 struct EngineState {
     long waiting = 0; ///< tasks
     long running = 0;
+    long chunks = 0; ///< that these tasks are for, at most
+    long held = 0;   ///< of those that wait: that wait for ever unless somebody lets them go
+    std::string heldWhy;
+    /// While tasks wait: machines that take none, and why, in words of the engine.
+    std::vector<std::string> away;
 };
 
 /// Something that runs programs on machines. What it has done shows in the job's folder, so it is
@@ -33,14 +38,20 @@ public:
     Engine& operator=(const Engine&) = delete;
     virtual ~Engine() = default;
 
-    /// Hands in `orbel farm task` for every chunk and `orbel farm join` behind them. Returns what
-    /// the engine calls them.
+    /// Hands in `orbel farm task` for every chunk and `orbel farm join` behind them, and, where
+    /// there are several machines, `orbel farm check` before them. Returns what the engine calls
+    /// them.
     [[nodiscard]] virtual std::vector<std::string> submit(const Job& job,
                                                           const Submission& submission) = 0;
     /// What `submit` would do, for people; does nothing.
     [[nodiscard]] virtual std::string describe(const Job& job, const Submission& submission) = 0;
-    [[nodiscard]] virtual EngineState state(const std::vector<std::string>& ids) = 0;
-    virtual void cancel(const std::vector<std::string>& ids) = 0;
+    /// What an engine calls by these names now: it may have forgotten a job's tasks and given their
+    /// names to another's, which is then left alone.
+    [[nodiscard]] virtual EngineState state(const Job& job,
+                                            const std::vector<std::string>& ids) = 0;
+    /// Lets tasks go that are held.
+    virtual void release(const Job& job, const std::vector<std::string>& ids) = 0;
+    virtual void cancel(const Job& job, const std::vector<std::string>& ids) = 0;
 };
 
 /// The engine of this name: "slurm", or "local" for processes on this machine. Throws MediaError.

@@ -200,15 +200,8 @@ void writeJob(const Job& job) {
                            {"files", files},
                            {"shapeText", job.shapeText},
                            {"scene", json::parse(job.scene)}};
-    PendingFile file(descriptionOf(job.folder));
-    std::ofstream stream(file.path(), std::ios::binary | std::ios::trunc);
-    stream << description.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
-    stream.close();
-    if (!stream) {
-        throw MediaError(descriptionOf(job.folder), "", "the job cannot be written", outOfRoom,
-                         MediaError::Passing);
-    }
-    file.complete();
+    writeWholeFile(descriptionOf(job.folder),
+                   description.dump(2, ' ', false, json::error_handler_t::replace) + "\n");
 }
 
 bool holdsJob(const std::string& folder) {

@@ -8,6 +8,7 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <thread>
 
@@ -120,19 +121,22 @@ std::string LocalEngine::describe(const Job& job, const Submission& submission) 
     return text + "\n";
 }
 
-EngineState LocalEngine::state(const std::vector<std::string>& ids) {
+EngineState LocalEngine::state(const Job& job, const std::vector<std::string>& ids) {
     EngineState state;
     for (const std::string& id : ids) {
         std::ifstream words("/proc/" + id + "/cmdline", std::ios::binary);
         const std::string line{std::istreambuf_iterator<char>(words), {}};
-        state.running += line.find("supervise") != std::string::npos ? 1 : 0;
+        if (line.find("supervise" + std::string(1, '\0') + job.folder) != std::string::npos) {
+            ++state.running;
+            state.chunks = std::numeric_limits<long>::max(); // all that are missing
+        }
     }
     return state;
 }
 
-void LocalEngine::cancel(const std::vector<std::string>& ids) {
+void LocalEngine::cancel(const Job& job, const std::vector<std::string>& ids) {
     for (const std::string& id : ids) {
-        if (state({id}).running > 0) {
+        if (state(job, {id}).running > 0) {
             kill(-processOf(id), SIGTERM);
         }
     }

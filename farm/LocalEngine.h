@@ -10,8 +10,9 @@ class LocalEngine final : public Engine {
 public:
     std::vector<std::string> submit(const Job& job, const Submission& submission) override;
     std::string describe(const Job& job, const Submission& submission) override;
-    EngineState state(const std::vector<std::string>& ids) override;
-    void cancel(const std::vector<std::string>& ids) override;
+    EngineState state(const Job& job, const std::vector<std::string>& ids) override;
+    void release(const Job& /*job*/, const std::vector<std::string>& /*ids*/) override {}
+    void cancel(const Job& job, const std::vector<std::string>& ids) override;
 };
 
 /// What that process does: a task for each line of the list, so many at once, each tried again as

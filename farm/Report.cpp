@@ -148,10 +148,10 @@ JobStatus statusOf(const Job& job) {
     status.frames = job.frames.count();
     countChunks(job, &status);
     status.filmDone = finishedFilm(job).has_value();
+    status.checks = checksOf(job);
     try {
         status.engine = engineState(job);
-        const long coming = status.engine->waiting + status.engine->running;
-        status.lost = std::max(0L, status.chunks - status.chunksDone - coming);
+        status.lost = std::max(0L, status.chunks - status.chunksDone - status.engine->chunks);
     } catch (const MediaError& error) {
         status.silence = error.what();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "farm/Check.h"
 #include "farm/Submit.h"
 
 #include <optional>
@@ -17,6 +18,7 @@ struct JobStatus {
     std::optional<EngineState> engine; ///< absent when it does not answer
     std::string silence;               ///< why it does not
     long lost = 0;                     ///< chunks that are neither there nor to come
+    std::vector<MachineCheck> checks;
     bool filmDone = false;
     double framesPerSecond = 0.0; ///< 0 when it cannot be told yet
     std::optional<double> secondsLeft;

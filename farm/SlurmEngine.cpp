@@ -1,10 +1,14 @@
 #include "farm/SlurmEngine.h"
 
 #include "farm/Command.h"
+#include "farm/SlurmScripts.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <set>
 #include <sstream>
 
 namespace orbel {
@@ -57,66 +61,83 @@ std::string joined(const std::vector<std::string>& words, char separator) {
     return text;
 }
 
-/// The program's words, and what becomes of a task that could go well another time.
-std::string taskScript(const Job& job, const Submission& submission, long offset) {
-    std::ostringstream script;
-    script << "#!/bin/sh\n"
-           << shellQuoted(submission.program) << " farm task " << shellQuoted(job.folder)
-           << " --list " << shellQuoted(submission.list) << " --index $((SLURM_ARRAY_TASK_ID + "
-           << offset << "))"
-           << " --threads "
-           << (submission.threads > 0 ? std::to_string(submission.threads)
-                                      : "\"${SLURM_CPUS_ON_NODE:-1}\"")
-           << " --scratch \"${TMPDIR:-/tmp}\"\ncode=$?\n"
-           << "case $code in 130|143) exit $code ;; esac\n" // somebody wants it to end
-           << "if [ $code -ge 75 ] && [ \"${SLURM_RESTART_COUNT:-0}\" -lt " << mostAttempts - 1
-           << " ]; then\n"
-           << "    scontrol requeue \"$SLURM_JOB_ID\" && sleep 30\n"
-           << "fi\nexit $code\n";
-    return script.str();
-}
-
-std::string joinScript(const Job& job, const Submission& submission) {
-    return "#!/bin/sh\nexec " + shellQuoted(submission.program) + " farm join " +
-           shellQuoted(job.folder) + "\n";
-}
-
-/// Machines that can be left out: none when nothing would remain.
-std::vector<std::string> excludable(const std::vector<std::string>& machines) {
-    if (machines.empty()) {
-        return {};
+/// The partition that jobs go to when they name none, as these do not.
+std::string partition() {
+    if (const char* const named = std::getenv("SBATCH_PARTITION")) {
+        return named;
     }
-    std::istringstream nodes(runCommand({"sinfo", "-h", "-N", "-o", "%N"}, "").out);
-    std::vector<std::string> found;
-    bool othersRemain = false;
-    for (std::string node; nodes >> node;) {
-        const bool named = std::find(machines.begin(), machines.end(), node) != machines.end();
-        othersRemain = othersRemain || !named;
-        if (named && std::find(found.begin(), found.end(), node) == found.end()) {
-            found.push_back(node);
+    std::istringstream all(runCommand({"sinfo", "-h", "-o", "%P"}, "").out);
+    for (std::string name; all >> name;) {
+        if (name.ends_with('*')) {
+            return name.substr(0, name.size() - 1);
         }
     }
-    return othersRemain ? found : std::vector<std::string>{};
+    return {};
+}
+
+/// The machines there that answer.
+std::set<std::string> machines() {
+    std::vector<std::string> words{"sinfo", "-h", "-N", "-t", "idle,mix,alloc,comp", "-o", "%N"};
+    if (const std::string name = partition(); !name.empty()) {
+        words.insert(words.end(), {"-p", name});
+    }
+    std::istringstream nodes(runCommand(words, "").out);
+    return {std::istream_iterator<std::string>(nodes), {}};
+}
+
+/// The submission without machines that this cluster does not know, or with all of them when
+/// nothing would remain.
+Submission settled(const Submission& submission) {
+    Submission own = submission;
+    own.without.clear();
+    if (submission.without.empty()) {
+        return own;
+    }
+    const std::set<std::string> all = machines();
+    std::copy_if(submission.without.begin(), submission.without.end(),
+                 std::back_inserter(own.without),
+                 [&all](const std::string& machine) { return all.count(machine) > 0; });
+    if (own.without.size() == all.size()) {
+        own.without.clear();
+    }
+    return own;
 }
 
 std::vector<std::string> common(const Job& job, const Submission& submission,
                                 const std::string& log) {
-    std::vector<std::string> words{"sbatch",
-                                   "--parsable",
-                                   "--requeue",
-                                   "--open-mode=append",
-                                   "--chdir=" + job.folder,
-                                   "--output=" + job.folder + "/logs/" + log,
-                                   "--job-name=orbel-" +
-                                       std::filesystem::path(job.folder).stem().string()};
-    if (const std::vector<std::string> without = excludable(submission.without); !without.empty()) {
-        words.push_back("--exclude=" + joined(without, ','));
+    std::vector<std::string> words{
+        "sbatch",
+        "--parsable",
+        "--requeue",
+        "--open-mode=append",
+        "--chdir=" + job.folder,
+        "--output=" + (log.empty() ? "/dev/null" : job.folder + "/logs/" + log),
+        "--job-name=orbel-" + std::filesystem::path(job.folder).stem().string()};
+    if (!submission.without.empty()) {
+        words.push_back("--exclude=" + joined(submission.without, ','));
     }
     return words;
 }
 
-std::vector<std::string> taskCommand(const Job& job, const Submission& submission, long count) {
+/// On as many machines as are free, one at least.
+std::vector<std::string> checkCommand(const Job& job, const Submission& submission) {
+    const auto most = std::min(machines().size(), submission.chunks.size());
+    std::vector<std::string> words = common(job, submission, "");
+    words.insert(
+        words.end(),
+        {"--hold", "--nodes=1-" + std::to_string(std::max<std::size_t>(most, 1)), "--spread-job"});
+    return words;
+}
+
+void dependOn(std::vector<std::string>* words, const std::string& condition) {
+    words->push_back("--dependency=" + condition);
+    words->emplace_back("--kill-on-invalid-dep=yes");
+}
+
+std::vector<std::string> taskCommand(const Job& job, const Submission& submission, long count,
+                                     const std::string& check) {
     std::vector<std::string> words = common(job, submission, "task-%A-%a-%N.log");
+    dependOn(&words, "afterok:" + check);
     std::string array = "--array=0-";
     array.append(std::to_string(count - 1));
     if (submission.workers > 0) {
@@ -130,11 +151,11 @@ std::vector<std::string> taskCommand(const Job& job, const Submission& submissio
 }
 
 std::vector<std::string> joinCommand(const Job& job, const Submission& submission,
-                                     const std::vector<std::string>& after) {
+                                     const std::string& check,
+                                     const std::vector<std::string>& arrays) {
     std::vector<std::string> words = common(job, submission, "join-%j.log");
-    if (!after.empty()) {
-        words.push_back("--dependency=afterany:" + joined(after, ':'));
-    }
+    dependOn(&words,
+             "afterok:" + check + (arrays.empty() ? "" : ",afterany:" + joined(arrays, ':')));
     return words;
 }
 
@@ -156,16 +177,23 @@ std::string idIn(const std::string& answer) {
 } // namespace
 
 std::vector<std::string> SlurmEngine::submit(const Job& job, const Submission& submission) {
+    const Submission own = settled(submission);
     std::vector<std::string> ids;
+    std::vector<std::string> arrays;
     try {
-        forEachArray(submission, [&](long offset, long count) {
-            ids.push_back(idIn(
-                run(taskCommand(job, submission, count), taskScript(job, submission, offset))));
+        // Held until the others wait for it: it may change what they wait for.
+        ids.push_back(idIn(run(checkCommand(job, own), checkScript(job, own))));
+        const std::string check = ids.front();
+        forEachArray(own, [&](long offset, long count) {
+            arrays.push_back(
+                idIn(run(taskCommand(job, own, count, check), taskScript(job, own, offset))));
+            ids.push_back(arrays.back());
         });
-        ids.push_back(idIn(run(joinCommand(job, submission, ids), joinScript(job, submission))));
+        ids.push_back(idIn(run(joinCommand(job, own, check, arrays), joinScript(job, own))));
+        static_cast<void>(run({"scontrol", "release", check}, ""));
     } catch (const MediaError&) {
         if (!ids.empty()) {
-            cancel(ids);
+            cancel(job, ids);
         }
         throw;
     }
@@ -173,42 +201,121 @@ std::vector<std::string> SlurmEngine::submit(const Job& job, const Submission& s
 }
 
 std::string SlurmEngine::describe(const Job& job, const Submission& submission) {
+    const Submission own = settled(submission);
     std::ostringstream text;
-    std::vector<std::string> ids;
-    forEachArray(submission, [&](long offset, long count) {
-        text << "$ " << joined(taskCommand(job, submission, count), ' ') << '\n'
-             << taskScript(job, submission, offset) << '\n';
-        ids.push_back("ARRAY" + std::to_string(ids.size() + 1));
+    const auto add = [&text](const std::vector<std::string>& command, const std::string& script) {
+        text << "$ " << joined(command, ' ') << '\n' << script << '\n';
+    };
+    std::vector<std::string> arrays;
+    add(checkCommand(job, own), checkScript(job, own));
+    forEachArray(own, [&](long offset, long count) {
+        add(taskCommand(job, own, count, "CHECK"), taskScript(job, own, offset));
+        arrays.push_back("ARRAY" + std::to_string(arrays.size() + 1));
     });
-    text << "$ " << joined(joinCommand(job, submission, ids), ' ') << '\n'
-         << joinScript(job, submission);
+    add(joinCommand(job, own, "CHECK", arrays), joinScript(job, own));
+    text << "$ scontrol release CHECK\n";
     return text.str();
 }
 
-EngineState SlurmEngine::state(const std::vector<std::string>& ids) {
-    EngineState state;
+namespace {
+
+/// A line of the queue.
+struct QueuedTask {
+    std::string id; ///< "12_3" in an array
+    std::string state;
+    std::string reason;
+
+    [[nodiscard]] bool isHeld() const {
+        return waits() && (reason.find("held") != std::string::npos ||
+                           reason.find("Held") != std::string::npos);
+    }
+    [[nodiscard]] bool waits() const {
+        return isOneOf({"PENDING", "CONFIGURING", "REQUEUED", "REQUEUE_HOLD", "SPECIAL_EXIT"});
+    }
+    [[nodiscard]] bool runs() const {
+        return isOneOf({"RUNNING", "COMPLETING", "SUSPENDED", "STOPPED", "SIGNALING"});
+    }
+
+private:
+    [[nodiscard]] bool isOneOf(std::initializer_list<const char*> states) const {
+        return std::find(states.begin(), states.end(), state) != states.end();
+    }
+};
+
+std::vector<QueuedTask> queueOf(const Job& job, const std::vector<std::string>& ids) {
     const CommandResult queue =
-        runCommand({"squeue", "-h", "-r", "-o", "%A %T", "-j", joined(ids, ',')}, "");
+        runCommand({"squeue", "-h", "-r", "-o", "%i|%T|%r|%Z", "-j", joined(ids, ',')}, "");
     // A single job that is long gone is an error, too; it neither waits nor runs.
     if (queue.code != 0 && queue.err.find("Invalid job id") == std::string::npos) {
         refuse("squeue", queue.err);
     }
+    std::vector<QueuedTask> tasks;
     std::istringstream lines(queue.out);
-    std::string id;
-    std::string word;
-    while (lines >> id >> word) {
-        const bool waits = word == "PENDING" || word == "CONFIGURING" || word == "REQUEUED";
-        const bool runs = word == "RUNNING" || word == "COMPLETING" || word == "SUSPENDED";
-        state.waiting += waits ? 1 : 0;
-        state.running += runs ? 1 : 0;
+    QueuedTask task;
+    std::string folder;
+    while (std::getline(lines, task.id, '|') && std::getline(lines, task.state, '|') &&
+           std::getline(lines, task.reason, '|') && std::getline(lines, folder)) {
+        // A controller that lost its memory begins to count anew.
+        if (folder == job.folder) {
+            tasks.push_back(task);
+        }
+    }
+    return tasks;
+}
+
+/// Machines that are drained or down: "n2 (Duplicate jobid)".
+std::vector<std::string> machinesAway() {
+    std::vector<std::string> words{"sinfo", "-h", "-N", "-t", "drain,down,fail", "-o", "%N|%E"};
+    if (const std::string name = partition(); !name.empty()) {
+        words.insert(words.end(), {"-p", name});
+    }
+    std::istringstream lines(runCommand(words, "").out);
+    std::vector<std::string> away;
+    std::string name;
+    std::string reason;
+    while (std::getline(lines, name, '|') && std::getline(lines, reason)) {
+        away.push_back(name.append(" (").append(reason).append(")"));
+    }
+    return away;
+}
+
+} // namespace
+
+EngineState SlurmEngine::state(const Job& job, const std::vector<std::string>& ids) {
+    EngineState state;
+    for (const QueuedTask& task : queueOf(job, ids)) {
+        state.waiting += task.waits() ? 1 : 0;
+        state.running += task.runs() ? 1 : 0;
+        state.chunks += task.id.find('_') != std::string::npos ? 1 : 0;
+        if (task.isHeld()) {
+            ++state.held;
+            state.heldWhy = task.reason;
+        }
+    }
+    if (state.waiting > 0) {
+        state.away = machinesAway();
     }
     return state;
 }
 
-void SlurmEngine::cancel(const std::vector<std::string>& ids) {
-    std::vector<std::string> words{"scancel"};
-    words.insert(words.end(), ids.begin(), ids.end());
-    static_cast<void>(run(words, ""));
+void SlurmEngine::release(const Job& job, const std::vector<std::string>& ids) {
+    for (const QueuedTask& task : queueOf(job, ids)) {
+        if (task.isHeld()) {
+            static_cast<void>(run({"scontrol", "release", task.id}, ""));
+        }
+    }
+}
+
+void SlurmEngine::cancel(const Job& job, const std::vector<std::string>& ids) {
+    std::set<std::string> own;
+    for (const QueuedTask& task : queueOf(job, ids)) {
+        own.insert(task.id.substr(0, task.id.find('_')));
+    }
+    if (!own.empty()) {
+        std::vector<std::string> words{"scancel"};
+        words.insert(words.end(), own.begin(), own.end());
+        static_cast<void>(run(words, ""));
+    }
 }
 
 } // namespace orbel

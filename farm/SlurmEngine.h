@@ -4,14 +4,15 @@
 
 namespace orbel {
 
-/// Tasks of a Slurm cluster: arrays for the chunks, a job that joins when they have ended. Needs no
-/// accounting. A task that died or says "try again" is put back into the queue, twice at most.
+/// Tasks of a Slurm cluster: a job that looks whether its machines can make the film, arrays for
+/// the chunks behind it, and a job that joins when they have ended. Needs no accounting.
 class SlurmEngine final : public Engine {
 public:
     std::vector<std::string> submit(const Job& job, const Submission& submission) override;
     std::string describe(const Job& job, const Submission& submission) override;
-    EngineState state(const std::vector<std::string>& ids) override;
-    void cancel(const std::vector<std::string>& ids) override;
+    EngineState state(const Job& job, const std::vector<std::string>& ids) override;
+    void release(const Job& job, const std::vector<std::string>& ids) override;
+    void cancel(const Job& job, const std::vector<std::string>& ids) override;
 };
 
 } // namespace orbel

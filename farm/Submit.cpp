@@ -1,5 +1,6 @@
 #include "farm/Submit.h"
 
+#include "farm/Check.h"
 #include "farm/LocalEngine.h"
 #include "farm/SlurmEngine.h"
 #include "media/PendingFile.h"
@@ -7,12 +8,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <set>
-
-#include <unistd.h>
 
 namespace orbel {
 
@@ -20,13 +18,6 @@ namespace {
 
 using nlohmann::json;
 namespace fs = std::filesystem;
-
-std::string hostName() {
-    std::array<char, 256> host{};
-    gethostname(host.data(), host.size() - 1);
-    const char* const node = std::getenv("SLURMD_NODENAME");
-    return node != nullptr ? node : host.data();
-}
 
 std::string recordsOf(const Job& job) {
     return job.folder + "/submissions.json";
@@ -41,17 +32,6 @@ std::vector<std::string> failedMachines(const Job& job) {
         machines.insert(name.substr(name.find('@') + 1));
     }
     return {machines.begin(), machines.end()};
-}
-
-void writeWhole(const std::string& path, const std::string& text) {
-    PendingFile file(path);
-    std::ofstream stream(file.path(), std::ios::binary | std::ios::trunc);
-    stream << text;
-    stream.close();
-    if (!stream) {
-        throw MediaError(path, "", "the file cannot be written", outOfRoom, MediaError::Passing);
-    }
-    file.complete();
 }
 
 Submission submissionFor(const Job& job, const SubmitOptions& options, std::size_t number) {
@@ -73,7 +53,7 @@ void record(const Job& job, const std::vector<SubmissionRecord>& records) {
     for (const SubmissionRecord& item : records) {
         list.push_back({{"engine", item.engine}, {"ids", item.ids}});
     }
-    writeWhole(recordsOf(job), list.dump(2) + "\n");
+    writeWholeFile(recordsOf(job), list.dump(2) + "\n");
 }
 
 std::string listed(const std::vector<long>& chunks) {
@@ -120,7 +100,8 @@ long submitMissing(const Job& job, const SubmitOptions& options) {
     std::vector<SubmissionRecord> records = submissionsOf(job);
     const Submission submission = submissionFor(job, options, records.size());
     fs::create_directories(job.folder + "/logs");
-    writeWhole(submission.list, listed(submission.chunks));
+    forgetChecks(job);
+    writeWholeFile(submission.list, listed(submission.chunks));
     records.push_back({options.engine, engineNamed(options.engine)->submit(job, submission)});
     record(job, records);
     return static_cast<long>(submission.chunks.size());
@@ -134,19 +115,29 @@ std::string describeSubmission(const Job& job, const SubmitOptions& options) {
 EngineState engineState(const Job& job) {
     EngineState all;
     for (const SubmissionRecord& record : submissionsOf(job)) {
-        const EngineState state = engineNamed(record.engine)->state(record.ids);
+        const EngineState state = engineNamed(record.engine)->state(job, record.ids);
         all.waiting += state.waiting;
         all.running += state.running;
+        all.held += state.held;
+        all.heldWhy = state.held > 0 ? state.heldWhy : all.heldWhy;
+        all.away = state.away.empty() ? all.away : state.away;
+        all.chunks = std::max(all.chunks, state.chunks);
     }
     return all;
+}
+
+void releaseHeld(const Job& job) {
+    for (const SubmissionRecord& record : submissionsOf(job)) {
+        engineNamed(record.engine)->release(job, record.ids);
+    }
 }
 
 void cancelJob(const Job& job) {
     for (const SubmissionRecord& record : submissionsOf(job)) {
         const std::unique_ptr<Engine> engine = engineNamed(record.engine);
-        if (const EngineState state = engine->state(record.ids);
+        if (const EngineState state = engine->state(job, record.ids);
             state.waiting + state.running > 0) {
-            engine->cancel(record.ids);
+            engine->cancel(job, record.ids);
         }
     }
 }
@@ -154,7 +145,7 @@ void cancelJob(const Job& job) {
 void noteFailure(const Job& job, long chunk, const std::string& why) {
     std::error_code error;
     fs::create_directories(job.folder + "/failures", error);
-    std::ofstream(job.folder + "/failures/" + std::to_string(chunk) + "@" + hostName(),
+    std::ofstream(job.folder + "/failures/" + std::to_string(chunk) + "@" + machineName(),
                   std::ios::app)
         << why << '\n';
 }

@@ -34,6 +34,8 @@ long submitMissing(const Job& job, const SubmitOptions& options);
 
 /// What all engines still have of a job.
 [[nodiscard]] EngineState engineState(const Job& job);
+/// Lets tasks go that an engine holds.
+void releaseHeld(const Job& job);
 void cancelJob(const Job& job);
 
 /// Remembers that a task failed on this machine.

@@ -58,17 +58,16 @@ void recordFilm(const Job& job) {
         record["bytes"] = fs::file_size(*job.outputs.file);
         record["sha256"] = hashOfFiles({*job.outputs.file});
     }
-    PendingFile file(filmRecordPath(job));
-    std::ofstream(file.path(), std::ios::binary | std::ios::trunc) << record.dump(2) << '\n';
-    file.complete();
+    writeWholeFile(filmRecordPath(job), record.dump(2) + "\n");
 }
 
 FilmResult join(const Job& job, const ChunkOptions& options, const FilmCallbacks& callbacks) {
     if (const std::vector<long> missing = missingForGood(job); missing.size() > mostRepairs) {
+        // Trying again here would change nothing.
         return refused(job,
                        {job.folder, "", std::to_string(missing.size()) + " chunks are missing",
                         "type \"orbel farm resume " + job.folder + "\""},
-                       true);
+                       false);
     }
     ScenePlan plan = planJob(job, options.threads);
     FilmResult film = joinFilm(job, &plan, options, callbacks);
@@ -122,7 +121,7 @@ FilmResult runTask(const Job& job, long chunk, const ChunkOptions& options,
         ScenePlan plan = planJob(job, options.threads);
         film = renderChunk(job, &plan, chunk, options, callbacks);
     } catch (const MediaError& error) {
-        film = refused(job, problemOf(error), error.isPassing());
+        film = refused(job, problemOf(error), true); // another machine may see what this one lacks
     }
     if (film.problem) {
         noteFailure(job, chunk, sentence(*film.problem));

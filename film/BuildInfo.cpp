@@ -1,12 +1,7 @@
 #include "film/BuildInfo.h"
 
+#include "media/CodecLibraries.h"
 #include "pixel/Acceleration.h"
-
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-#include <libswscale/swscale.h>
-}
 
 namespace orbel {
 
@@ -19,29 +14,17 @@ constexpr const char* compiler =
     "GCC " __VERSION__;
 #endif
 
-std::string libraryVersion(const char* name, unsigned version) {
-    return std::string(name) + " " + std::to_string(AV_VERSION_MAJOR(version)) + "." +
-           std::to_string(AV_VERSION_MINOR(version)) + "." +
-           std::to_string(AV_VERSION_MICRO(version));
-}
-
-std::string codecs() {
-    return libraryVersion("libavcodec", avcodec_version()) + ", " +
-           libraryVersion("libavformat", avformat_version()) + ", " +
-           libraryVersion("libswscale", swscale_version()) + " (" + av_version_info() + ")";
-}
-
 } // namespace
 
 std::string buildIdentity() {
     return std::string(ORBEL_VERSION) + ", commit " + buildCommit() + ", " + compiler + ", " +
-           codecs();
+           codecLibraries();
 }
 
 std::string buildText() {
     return std::string("orbel ") + ORBEL_VERSION + "\ncommit " + buildCommit() + "\ncompiler " +
            compiler + "\nacceleration level " + std::to_string(accelerationLevel()) + "\ncodecs " +
-           codecs();
+           codecLibraries();
 }
 
 } // namespace orbel

@@ -76,8 +76,28 @@ std::int64_t ClipReader::timeOf(long index) const {
            m_frameDuration / 4;
 }
 
+int ClipReader::nextFrame(AVFrame& frame) {
+    const int code = m_decoder->next(frame);
+    const bool early = code < 0 && m_decoder->worksAhead() && m_timesKnown;
+    return early ? nextFrameAlone(frame) : code;
+}
+
+/// Where several threads came upon damage, one alone tells with which frame it begins.
+int ClipReader::nextFrameAlone(AVFrame& frame) {
+    m_threads = 1;
+    m_decoder = std::make_unique<VideoDecoder>(m_path, m_threads);
+    if (m_hasPrevious) {
+        static_cast<void>(m_decoder->seek(m_previousStart)); // or decodes from the beginning
+    }
+    int code = m_decoder->next(frame);
+    while (m_hasPrevious && code == 1 && frame.best_effort_timestamp <= m_previousStart) {
+        code = m_decoder->next(frame);
+    }
+    return code;
+}
+
 void ClipReader::decodeInto(Shown& shown) {
-    const int code = m_decoder->next(*shown.frame);
+    const int code = nextFrame(*shown.frame);
     shown.valid = code == 1;
     shown.failure = code < 0 ? libav::reason(code) : std::string();
     if (!shown.valid) {

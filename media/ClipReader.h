@@ -34,6 +34,8 @@ private:
     void restart();
     void goTo(std::int64_t time);
     [[nodiscard]] bool seekBefore(std::int64_t time);
+    [[nodiscard]] int nextFrame(AVFrame& frame);
+    [[nodiscard]] int nextFrameAlone(AVFrame& frame);
     void decodeInto(Shown& shown);
     [[nodiscard]] PicturePtr currentPicture(long index);
     [[noreturn]] void refuse(long index) const;

@@ -1,5 +1,6 @@
 #include "media/Libav.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -17,20 +18,25 @@ Text& lastError() {
     return text;
 }
 
-bool namesChecksum(const char* text) {
-    return strcasestr(text, "crc mismatch") != nullptr || strcasestr(text, "checksum") != nullptr;
+/// Wrong checksums, and what decoders of films say of a part of a frame that makes no sense.
+bool namesDamage(const char* text) {
+    constexpr std::array<const char*, 5> words{
+        "crc mismatch", "checksum", "error while decoding MB", "damaged at", "Error at MB"};
+    return std::any_of(words.begin(), words.end(),
+                       [text](const char* word) { return strcasestr(text, word) != nullptr; });
 }
 
-/// A wrong checksum is told nowhere but in the log: the picture that follows looks whole.
-void noteChecksum(void* sender, const char* text) {
+/// Damage that is concealed is told nowhere but in the log: the picture that follows looks whole.
+void noteDamage(void* sender, const char* text) {
     const bool isCodec =
         sender != nullptr && *static_cast<AVClass**>(sender) == avcodec_get_class();
-    if (!isCodec || !namesChecksum(text)) {
+    const auto* const codec = isCodec ? static_cast<AVCodecContext*>(sender) : nullptr;
+    if (codec == nullptr || codec->opaque == nullptr || av_codec_is_decoder(codec->codec) == 0) {
         return;
     }
-    const auto* const codec = static_cast<AVCodecContext*>(sender);
-    if (av_codec_is_decoder(codec->codec) != 0 && codec->opaque != nullptr) {
-        static_cast<DecoderWatch*>(codec->opaque)->checksumFailed = true;
+    auto& watch = *static_cast<DecoderWatch*>(codec->opaque);
+    if (watch.anyErrorCounts || namesDamage(text)) {
+        watch.damaged = true;
     }
 }
 
@@ -38,7 +44,7 @@ void remember(void* sender, int level, const char* format, va_list arguments) {
     if (level <= AV_LOG_ERROR) {
         Text& text = lastError();
         std::vsnprintf(text.data(), text.size(), format, arguments);
-        noteChecksum(sender, text.data());
+        noteDamage(sender, text.data());
     }
 }
 

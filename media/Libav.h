@@ -86,7 +86,8 @@ void silenceLog();
 /// What a coder's context says about itself in the log, on whichever thread:
 /// `AVCodecContext::opaque` of a decoder points to one.
 struct DecoderWatch {
-    std::atomic<bool> checksumFailed = false; ///< it concealed data whose checksum was wrong
+    std::atomic<bool> damaged = false; ///< it concealed data that it could not use
+    bool anyErrorCounts = false;       ///< whatever else it calls an error, too
     void* owner = nullptr;
 };
 

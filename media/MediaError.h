@@ -12,21 +12,23 @@ public:
     /// Whether the same may go well another time: once there is room on the disk.
     enum Outlook { Lasting, Passing };
 
-    /// `place` ("frame 12") and `remedy` may be empty.
+    /// `place` ("frame 12") and `remedy` may be empty; `code` is the system's, where it has one.
     MediaError(std::string file, std::string place, std::string message, std::string remedy,
-               Outlook outlook = Lasting)
+               Outlook outlook = Lasting, int code = 0)
         : std::runtime_error(sentence(file, place, message, remedy)),
           m_file(std::move(file)),
           m_place(std::move(place)),
           m_message(std::move(message)),
           m_remedy(std::move(remedy)),
-          m_outlook(outlook) {}
+          m_outlook(outlook),
+          m_code(code) {}
 
     [[nodiscard]] const std::string& file() const { return m_file; }
     [[nodiscard]] const std::string& place() const { return m_place; }
     [[nodiscard]] const std::string& message() const { return m_message; }
     [[nodiscard]] const std::string& remedy() const { return m_remedy; }
     [[nodiscard]] bool isPassing() const { return m_outlook == Passing; }
+    [[nodiscard]] int code() const { return m_code; }
 
 private:
     static std::string sentence(const std::string& file, const std::string& place,
@@ -47,6 +49,7 @@ private:
     std::string m_message;
     std::string m_remedy;
     Outlook m_outlook;
+    int m_code;
 };
 
 /// What to do when an output cannot be written any further.

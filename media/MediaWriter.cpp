@@ -6,8 +6,6 @@
 #include "media/PendingFile.h"
 #include "media/SequencePattern.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <exception>
 #include <stdexcept>
 #include <system_error>
@@ -15,20 +13,6 @@
 namespace orbel {
 
 namespace {
-
-struct FileClose {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-bool writeWhole(const std::string& path, const AVPacket& packet) {
-    std::unique_ptr<std::FILE, FileClose> file(std::fopen(path.c_str(), "wb"));
-    if (file == nullptr) {
-        return false;
-    }
-    const auto size = static_cast<std::size_t>(packet.size);
-    const bool written = std::fwrite(packet.data, 1, size, file.get()) == size;
-    return std::fclose(file.release()) == 0 && written;
-}
 
 /// A picture, or a numbered sequence of them. A picture's packet is the whole file.
 class PictureWriter final : public MediaWriter {
@@ -76,16 +60,28 @@ private:
 
     void save(long frame) {
         const std::string path = m_pattern.pathOf(frame);
-        const std::string partial = m_isSequence ? path + ".part" : m_pending.path();
-        if (!writeWhole(partial, *m_packet) || (m_isSequence && !publishFile(partial, path))) {
-            const std::string why = std::generic_category().message(errno);
-            std::remove(partial.c_str());
-            throw MediaError(path, framePlace(frame), "the picture cannot be written (" + why + ")",
+        try {
+            if (m_isSequence) {
+                PendingFile picture(path);
+                put(&picture);
+            } else {
+                put(&m_pending);
+            }
+        } catch (const MediaError& error) {
+            if (error.code() == 0) {
+                throw;
+            }
+            throw MediaError(path, framePlace(frame),
+                             "the picture cannot be written (" +
+                                 std::generic_category().message(error.code()) + ")",
                              outOfRoom, MediaError::Passing);
         }
-        if (!m_isSequence) {
-            m_pending.complete();
-        }
+    }
+
+    void put(PendingFile* file) {
+        const void* const bytes = m_packet->data;
+        file->write({static_cast<const char*>(bytes), static_cast<std::size_t>(m_packet->size)});
+        file->complete();
     }
 
     SequencePattern m_pattern;

@@ -2,9 +2,11 @@
 
 #include "media/MediaError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <random>
 #include <system_error>
 
 #include <fcntl.h>
@@ -45,36 +47,44 @@ bool syncFile(int file) {
     return fsync(file) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+[[noreturn]] void refuse(const std::string& file, const std::string& what, int code) {
+    throw MediaError(file, "", what + " (" + std::generic_category().message(code) + ")",
+                     "free some room or write elsewhere, then try again", MediaError::Passing,
+                     code);
+}
+
 } // namespace
 
-PendingFile::PendingFile(const std::string& target)
+PendingFile::PendingFile(const std::string& target, Writers writers)
     : m_named(target), m_target(linkedFile(target)), m_path(m_target + ".part") {
     std::error_code error;
     const auto status = std::filesystem::status(m_target, error);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    m_isSpecial = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+    if (m_isSpecial) {
         m_path = m_target;
-        return;
+    } else if (writers == Writers::One) {
+        takeShared();
+    } else {
+        takeOwn();
     }
-    take();
 }
 
 void PendingFile::release() {
     if (m_file >= 0) {
-        unlink(m_path.c_str());
+        if (!m_isSpecial) {
+            unlink(m_path.c_str());
+        }
         close();
     }
 }
 
 /// The lock belongs to the open file, so that it ends with the program, however that ends.
-void PendingFile::take() {
+void PendingFile::takeShared() {
     do {
         close();
         m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, usualMode);
         if (m_file < 0) {
-            throw MediaError(m_named, "",
-                             "the file cannot be made (" + std::generic_category().message(errno) +
-                                 ")",
-                             "choose another name", MediaError::Passing);
+            refuse(m_named, "the file cannot be made", errno);
         }
         if (flock(m_file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
             close();
@@ -83,6 +93,31 @@ void PendingFile::take() {
         }
         // Between opening and locking, the one before may have completed or removed it.
     } while (!holdsItsName());
+    static_cast<void>(ftruncate(m_file, 0));
+}
+
+void PendingFile::takeOwn() {
+    std::random_device random;
+    do {
+        m_path = folderOf(m_target) + "/.orbel-" + std::to_string(random());
+        m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, usualMode);
+    } while (m_file < 0 && errno == EEXIST);
+    if (m_file < 0) {
+        refuse(m_named, "the file cannot be made", errno);
+    }
+}
+
+void PendingFile::write(std::string_view bytes) {
+    if (m_file < 0 && m_isSpecial) {
+        m_file = open(m_path.c_str(), O_WRONLY | O_CLOEXEC);
+    }
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(m_file, bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR) {
+            refuse(m_named, "the file cannot be written", errno);
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
 }
 
 bool PendingFile::holdsItsName() const {
@@ -99,18 +134,40 @@ void PendingFile::close() {
     }
 }
 
-void PendingFile::complete() {
+void PendingFile::takePermissions() const {
+    struct stat old {};
+    if (stat(m_target.c_str(), &old) == 0) {
+        static_cast<void>(fchmod(m_file, old.st_mode & 07777));
+    }
+}
+
+/// A second name never takes the place of what came there in the meantime.
+bool PendingFile::giveName(Existing existing) const {
+    if (existing == Existing::Replaced) {
+        return std::rename(m_path.c_str(), m_target.c_str()) == 0;
+    }
+    return link(m_path.c_str(), m_target.c_str()) == 0 && unlink(m_path.c_str()) == 0;
+}
+
+void PendingFile::complete(Existing existing) {
+    if (m_isSpecial) {
+        close();
+    }
     if (m_file < 0) {
         return;
     }
-    if (!syncFile(m_file) || std::rename(m_path.c_str(), m_target.c_str()) != 0) {
-        throw MediaError(
-            m_named, "",
-            "the output cannot be completed (" + std::generic_category().message(errno) + ")",
-            "free some room or write elsewhere, then render again", MediaError::Passing);
+    takePermissions();
+    if (!syncFile(m_file) || !giveName(existing)) {
+        refuse(m_named, "the output cannot be completed", errno);
     }
     syncFolder(m_target);
     close();
+}
+
+void writeWholeFile(const std::string& path, std::string_view text) {
+    PendingFile file(path, Writers::Any);
+    file.write(text);
+    file.complete();
 }
 
 bool publishFile(const std::string& from, const std::string& to) {
@@ -124,7 +181,11 @@ bool publishFile(const std::string& from, const std::string& to) {
         errno = code;
         return false;
     }
-    return std::rename(from.c_str(), to.c_str()) == 0;
+    if (std::rename(from.c_str(), to.c_str()) != 0) {
+        return false;
+    }
+    syncFolder(to);
+    return true;
 }
 
 } // namespace orbel

@@ -18,10 +18,6 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "a dump is little-endian and written as it lies in memory");
 
-struct DumpClose {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 std::string lastError() {
     return std::generic_category().message(errno);
 }
@@ -57,36 +53,31 @@ public:
 
     void write(const RasterInfo& raster, long frame) override {
         const std::string path = (m_folder / rawFrameName(frame)).string();
-        const std::string partial = path + ".part";
-        if (!writeRows(partial, raster) || !publishFile(partial, path)) {
-            const std::string reason = lastError();
-            std::remove(partial.c_str());
+        try {
+            PendingFile file(path);
+            writeRows(raster, &file);
+            file.complete();
+        } catch (const MediaError& error) {
+            if (error.code() == 0) {
+                throw;
+            }
             throw MediaError(path, framePlace(frame),
-                             "the frame cannot be written (" + reason + ")", outOfRoom,
-                             MediaError::Passing);
+                             "the frame cannot be written (" +
+                                 std::generic_category().message(error.code()) + ")",
+                             outOfRoom, MediaError::Passing);
         }
     }
 
     void finish() override { m_pending.release(); }
 
 private:
-    static bool writeRows(const std::string& path, const RasterInfo& raster) {
-        std::unique_ptr<std::FILE, DumpClose> file(std::fopen(path.c_str(), "wb"));
-        if (file == nullptr) {
-            return false;
-        }
+    static void writeRows(const RasterInfo& raster, PendingFile* file) {
         const std::size_t row =
             static_cast<std::size_t>(raster.width) * static_cast<std::size_t>(raster.bytesPerPixel);
-        bool written = true;
-        for (int y = 0; y < raster.height && written; ++y) {
-            written = std::fwrite(raster.row(y), 1, row, file.get()) == row;
+        for (int y = 0; y < raster.height; ++y) {
+            const void* const bytes = raster.row(y);
+            file->write({static_cast<const char*>(bytes), row});
         }
-        const int code = errno;
-        const bool closed = std::fclose(file.release()) == 0;
-        if (!written) {
-            errno = code;
-        }
-        return written && closed;
     }
 
     std::filesystem::path m_folder;

@@ -152,8 +152,10 @@ void VideoDecoder::openCodec(const std::string& path, int threads) {
     }
     if (m_still) {
         // A clip may be concealed over a scratch; half a picture is no picture.
-        if (decoder->id != AV_CODEC_ID_TIFF) {
-            m_codec->err_recognition |= AV_EF_EXPLODE; // TIFF takes every unknown tag for damage
+        if (decoder->id == AV_CODEC_ID_TIFF) {
+            m_watch.anyErrorCounts = true; // asked to stop, it does so at every unknown tag, too
+        } else {
+            m_codec->err_recognition |= AV_EF_EXPLODE;
         }
         m_codec->thread_type = FF_THREAD_SLICE;
     }
@@ -218,7 +220,7 @@ int VideoDecoder::quarterTurns() const {
 
 bool VideoDecoder::forgives(int code) const {
     // A recording may begin between two key frames.
-    return code == AVERROR_INVALIDDATA && !m_still && !m_decodedAny;
+    return code == AVERROR_INVALIDDATA && !m_still && !m_begun;
 }
 
 int VideoDecoder::feed() {
@@ -228,44 +230,95 @@ int VideoDecoder::feed() {
             return avcodec_send_packet(m_codec.get(), nullptr);
         }
         if (code < 0) {
-            return code;
+            endAt(code, AV_NOPTS_VALUE);
+            return 0;
         }
         const bool ours = m_packet->stream_index == m_stream->index;
+        const std::int64_t time = m_packet->pts;
+        const bool isKey = (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
         code = ours ? avcodec_send_packet(m_codec.get(), m_packet.get()) : 0;
         av_packet_unref(m_packet.get());
-        if (ours && !forgives(code)) {
-            return code;
+        // What refers to the damaged frame comes behind it, also where it is shown before.
+        if (ours && code == 0 && !worksAhead() && tookDamage()) {
+            code = AVERROR_INVALIDDATA;
+        }
+        m_begun = m_begun || (ours && code == 0 && isKey);
+        if (ours && code < 0 && !forgives(code)) {
+            endAt(code, time);
+            return 0;
+        }
+        if (ours && code == 0) {
+            return 0;
         }
     }
 }
 
+/// Several packets at once: which one is damaged cannot be told.
+bool VideoDecoder::worksAhead() const {
+    return (m_codec->active_thread_type & FF_THREAD_FRAME) != 0;
+}
+
+/// Before the first key frame that is no sign of damage: a recording may begin between two.
+bool VideoDecoder::tookDamage() {
+    return m_watch.damaged.exchange(false) && (m_still || m_begun);
+}
+
+/// No more packets: what is still inside the decoder comes out.
+void VideoDecoder::endAt(int code, std::int64_t time) {
+    m_damage = Damage{code, time};
+    static_cast<void>(avcodec_send_packet(m_codec.get(), nullptr));
+}
+
+/// Frames of several packets may be in the works when one fails.
+bool VideoDecoder::isBehindDamage(const AVFrame& frame) const {
+    const std::int64_t time = frame.best_effort_timestamp;
+    if (!m_damage || time == AV_NOPTS_VALUE) {
+        return m_damage.has_value();
+    }
+    return m_damage->time == AV_NOPTS_VALUE
+               ? m_nextTime == AV_NOPTS_VALUE || time > m_nextTime + m_duration / 2
+               : time >= m_damage->time;
+}
+
+/// What a decoder made up in the place of data that it could not use. Of what comes before the
+/// first whole frame that is no sign of damage: a recording may begin between two key frames.
+bool VideoDecoder::isGuessed(const AVFrame& frame) const {
+    const bool marked = frame.decode_error_flags != 0 || (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0;
+    return m_partFailed || (marked && (m_still || m_decodedAny));
+}
+
 int VideoDecoder::receive(AVFrame& frame) {
     const int code = avcodec_receive_frame(m_codec.get(), &frame);
-    if (code == 0 && m_watch.checksumFailed.exchange(false)) {
-        return AVERROR_INVALIDDATA;
+    if (code == 0 && (tookDamage() || isGuessed(frame))) {
+        m_damage = m_damage.value_or(Damage{AVERROR_INVALIDDATA, frame.best_effort_timestamp});
     }
-    const bool damaged =
-        m_partFailed || frame.decode_error_flags != 0 || (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0;
-    return code == 0 && m_still && damaged ? AVERROR_INVALIDDATA : code;
+    return code == 0 && isBehindDamage(frame) ? m_damage->code : code;
 }
 
 int VideoDecoder::next(AVFrame& frame) {
     libav::forgetReason();
     for (;;) {
-        int code = receive(frame);
+        const int code = receive(frame);
         if (code == 0) {
             m_decodedAny = true;
+            m_duration = frame.pkt_duration;
+            m_nextTime = frame.best_effort_timestamp == AV_NOPTS_VALUE
+                             ? AV_NOPTS_VALUE
+                             : frame.best_effort_timestamp + m_duration;
             return 1;
+        }
+        if (m_damage) {
+            return m_damage->code;
         }
         if (code == AVERROR_EOF) {
             return 0;
         }
         if (code != AVERROR(EAGAIN) && !forgives(code)) {
-            return code;
+            endAt(code, AV_NOPTS_VALUE);
+            continue;
         }
-        code = feed();
-        if (code < 0) {
-            return code == AVERROR_EOF ? 0 : code;
+        if (const int fed = feed(); fed < 0) {
+            return fed == AVERROR_EOF ? 0 : fed;
         }
     }
 }
@@ -286,6 +339,8 @@ bool VideoDecoder::seek(std::int64_t timestamp) {
         return false;
     }
     avcodec_flush_buffers(m_codec.get());
+    m_damage.reset();
+    m_nextTime = AV_NOPTS_VALUE;
     return true;
 }
 

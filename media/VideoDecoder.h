@@ -32,8 +32,12 @@ public:
     /// Clockwise quarter turns that the file asks for, 0 to 3.
     [[nodiscard]] int quarterTurns() const;
 
+    /// Decodes several frames at once: damage is then reported early, with frames before it
+    /// missing.
+    [[nodiscard]] bool worksAhead() const;
     /// 1 with the next frame in presentation order, 0 at the end, else the library's error code.
-    /// Data that fails its checksum is an error, too.
+    /// Data that fails its checksum or had to be guessed is an error, too, which comes in the place
+    /// of the frame that is damaged: those before it are given out first.
     [[nodiscard]] int next(AVFrame& frame);
     /// The next packet in the file's order, not decoded; false at the end or where the file cannot
     /// be read any further. For decoders whose frames nobody wants.
@@ -46,6 +50,12 @@ public:
     [[nodiscard]] std::optional<std::int64_t> findEnd();
 
 private:
+    /// Data that nothing came out of; nothing behind it is decoded any more.
+    struct Damage {
+        int code = 0;
+        std::int64_t time = AV_NOPTS_VALUE; ///< that it would be shown at, where that is known
+    };
+
     using Part = int(AVCodecContext* codec, void* data, int index, int thread);
     using Execute = int(AVCodecContext* codec, Part* part, void* data, int* results, int count);
 
@@ -55,6 +65,10 @@ private:
     [[nodiscard]] int feed();
     [[nodiscard]] int receive(AVFrame& frame);
     [[nodiscard]] bool forgives(int code) const;
+    [[nodiscard]] bool tookDamage();
+    [[nodiscard]] bool isGuessed(const AVFrame& frame) const;
+    void endAt(int code, std::int64_t time);
+    [[nodiscard]] bool isBehindDamage(const AVFrame& frame) const;
 
     libav::DecoderWatch m_watch; // outlives the codec, which may still write to it
     libav::InputPtr m_input;
@@ -63,7 +77,11 @@ private:
     AVStream* m_stream = nullptr; // owned by the input
     bool m_still = false;
     bool m_decodedAny = false;
-    Execute* m_execute = nullptr; // the codec's own way to run the parts of a frame
+    bool m_begun = false; ///< a key frame went in
+    std::optional<Damage> m_damage;
+    std::int64_t m_nextTime = AV_NOPTS_VALUE; ///< of a frame that follows without a gap
+    std::int64_t m_duration = 0;              ///< of the newest frame
+    Execute* m_execute = nullptr;             // the codec's own way to run the parts of a frame
     bool m_partFailed = false;
 };
 

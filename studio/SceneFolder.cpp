@@ -1,5 +1,7 @@
 #include "studio/SceneFolder.h"
 
+#include "media/MediaError.h"
+#include "media/PendingFile.h"
 #include "scene/Diagnostics.h"
 
 #include <algorithm>
@@ -65,7 +67,12 @@ bool isPlainName(const std::string& name) {
            });
 }
 
-[[noreturn]] void refuseWriting(const fs::path& file, int code) {
+[[noreturn]] void refuseWriting(const fs::path& file, const MediaError& error) {
+    const int code = error.code();
+    if (code == EEXIST) {
+        throw Refusal{409, inQuotes(file.filename().string()) + " exists already",
+                      "choose another name, or overwrite it"};
+    }
     const bool full = code == ENOSPC || code == EDQUOT || code == EFBIG;
     throw Refusal{full ? 507 : 500,
                   inQuotes(file.filename().string()) + " cannot be written (" +
@@ -73,66 +80,6 @@ bool isPlainName(const std::string& name) {
                   full ? "free some room; what was there before is unharmed"
                        : "check the folder and its permissions"};
 }
-
-/// A file under a passing name, gone again unless it is put in its place.
-class PassingFile {
-public:
-    explicit PassingFile(const fs::path& target)
-        : m_target(target), m_name((target.parent_path() / ".orbel-XXXXXX").string()) {
-        m_handle = mkstemp(m_name.data());
-        if (m_handle < 0) {
-            refuseWriting(target, errno);
-        }
-    }
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-    ~PassingFile() {
-        close(m_handle);
-        unlink(m_name.c_str());
-    }
-
-    void write(std::string_view bytes) const {
-        while (!bytes.empty()) {
-            const ssize_t written = ::write(m_handle, bytes.data(), bytes.size());
-            if (written < 0 && errno != EINTR) {
-                refuseWriting(m_target, errno);
-            }
-            bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-        }
-        if (fsync(m_handle) != 0) {
-            refuseWriting(m_target, errno);
-        }
-    }
-
-    void takePermissions() const {
-        struct stat old = {};
-        const bool exists = stat(m_target.c_str(), &old) == 0;
-        static_cast<void>(fchmod(m_handle, exists ? old.st_mode & 07777 : usualMode()));
-    }
-
-    void putInPlace(Overwrite overwrite) const {
-        const int code = overwrite == Overwrite::Yes ? rename(m_name.c_str(), m_target.c_str())
-                                                     : link(m_name.c_str(), m_target.c_str());
-        if (code != 0 && errno == EEXIST) {
-            throw Refusal{409, inQuotes(m_target.filename().string()) + " exists already",
-                          "choose another name, or overwrite it"};
-        }
-        if (code != 0) {
-            refuseWriting(m_target, errno);
-        }
-    }
-
-private:
-    static mode_t usualMode() {
-        const mode_t mask = umask(022);
-        umask(mask);
-        return 0666 & ~mask;
-    }
-
-    const fs::path& m_target;
-    std::string m_name;
-    int m_handle = -1;
-};
 
 /// When the file was written: "2026-01-31T12:00:00Z".
 std::string timeOf(const fs::path& file) {
@@ -216,12 +163,18 @@ std::optional<std::string> SceneFolder::read(const fs::path& file) {
 
 void SceneFolder::write(const fs::path& file, std::string_view bytes, Overwrite overwrite) {
     std::error_code error;
-    const bool linked = fs::is_symlink(file, error);
-    const fs::path target = linked ? fs::weakly_canonical(file, error) : file;
-    const PassingFile passing(target);
-    passing.takePermissions();
-    passing.write(bytes);
-    passing.putInPlace(overwrite);
+    const fs::file_status status = fs::status(file, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw Refusal{400, inQuotes(file.filename().string()) + " is not a file",
+                      "choose another name"};
+    }
+    try {
+        PendingFile pending(file.string(), Writers::Any);
+        pending.write(bytes);
+        pending.complete(overwrite == Overwrite::Yes ? Existing::Replaced : Existing::Kept);
+    } catch (const MediaError& failure) {
+        refuseWriting(file, failure);
+    }
 }
 
 bool SceneFolder::holds(const fs::path& file, std::string_view bytes) {

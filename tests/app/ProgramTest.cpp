@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <set>
@@ -58,6 +59,41 @@ protected:
     TestFolder m_folder;
     std::string m_log;
 };
+
+// Whoever makes a film again, on whatever machine, gets the same file.
+TEST_F(ProgramTest, makesTheDemoTheSameFileWithAnyNumberOfThreads) {
+    const std::string scene = ORBEL_SOURCE_DIR "/resources/scenes/demo.json";
+    for (const std::string name :
+         {"a-%03d.png", "a-%03d.tif", "a-%03d.tiff", "a-%03d.exr", "a.mp4", "a.mov", "a.mkv"}) {
+        for (const char* format : {"rgba8", "argb16"}) {
+            std::vector<std::string> first;
+            for (const char* threads : {"1", "2", "5"}) {
+                const TestFolder made;
+                ASSERT_EQ(run(words({}, "render --size 128x72 --frames 50-65 -q",
+                                    {scene, "--format", format, "--threads", threads, "-o",
+                                     made / name})),
+                          EXIT_DONE)
+                    << m_log;
+                std::vector<std::string> files;
+                for (const auto& entry : std::filesystem::directory_iterator(made.path())) {
+                    files.push_back(entry.path().filename().string() + readBytes(entry.path()));
+                }
+                std::sort(files.begin(), files.end());
+                EXPECT_EQ(files.size(), name.find('%') == std::string::npos ? 1U : 16U);
+                first = first.empty() ? files : first;
+                EXPECT_TRUE(files == first) << name << " " << format << " " << threads;
+            }
+        }
+    }
+}
+
+TEST_F(ProgramTest, namesItsBuildAndTheLibrariesOfItsCodecs) {
+    ASSERT_EQ(run({"--version"}), EXIT_DONE);
+    for (const char* part : {"orbel ", "commit ", "compiler ", "acceleration level ", "libavcodec ",
+                             "libavformat ", "x264 core ", "zlib "}) {
+        EXPECT_THAT(m_log, HasSubstr(part));
+    }
+}
 
 TEST_F(ProgramTest, rendersTheSameFilmFromASceneAndFromOptions) {
     writeBytes(m_folder / "scene.json",

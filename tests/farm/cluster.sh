@@ -39,24 +39,28 @@ for ending in mp4 mov; do "$program" render scene.json -q -o "one.$ending"; done
 status() { "$program" farm status "$job" --json; }
 field() { status | sed -n "s/.*\"$1\":\([^,}]*\).*/\1/p"; }
 
-begin() { # NAME ENDING: a film in twelve chunks
+begin() { # NAME ENDING [PROGRAM]: a film in twelve chunks
     name="$1"
     film="$work/$1.$2"
     one="$work/one.$2"
     job="$film.orbel"
-    "$program" farm submit scene.json -o "$film" --chunk 5 >/dev/null
+    "$program" farm submit scene.json -o "$film" --chunk 5 --program "${3:-$program}" >/dev/null
+}
+
+# The program as a machine has it on which something is wrong: NAME, and what happens to commands.
+make_program() {
+    printf '#!/bin/sh\n%s\nexec "%s" "$@"\n' "$2" "$program" >"$work/$1"
+    chmod +x "$work/$1"
 }
 
 # What somebody who looks after a cluster does: a requeued task would wait for two minutes before it
-# may start, and one that a dying controller had just handed out is held, its node drained.
+# may start, and a node is drained on which a dying controller had just started one; that task is held.
 nudge() {
-    for id in $(squeue -h -r -t PENDING -o '%A %r' | awk '/held/ { print $1 }'); do
-        scontrol release "$id" 2>/dev/null || true
-    done
+    if [ "$(field held)" -gt 0 ]; then "$program" farm resume "$job" >/dev/null; fi
     for node in $(sinfo -h -N -t drain -o %N); do
         scontrol update "nodename=$node" state=resume 2>/dev/null || true
     done
-    for id in $(squeue -h -r -t PENDING -o '%A %r' | awk '$2 == "BeginTime" { print $1 }'); do
+    for id in $(squeue -h -r -t PENDING -o '%i %r' | awk '$2 == "BeginTime" { print $1 }'); do
         scontrol update "jobid=$id" starttime=now 2>/dev/null || true
     done
 }
@@ -94,6 +98,37 @@ grep -q "still wait or run" log || fail "submitted twice: $(cat log)"
 wait_for_end
 same
 "$program" farm verify "$job" --sample 3 >/dev/null || fail "verify"
+
+make_program unfit '[ "$SLURMD_NODENAME" != n2 ] || exit 127'
+begin unfit-node mov "$work/unfit"
+wait_for_end
+same
+status | grep -q '"n2":"[^"]*unfit does not run"' || fail "unfit node: $(status)"
+if grep -q "on n2" "$job"/logs/task-*; then fail "unfit node: it was given a task"; fi
+
+make_program other 'exit 3'
+begin unfit-all mov "$work/other"
+wait_for_end
+"$program" farm status "$job" >log
+grep -q "n1 cannot make this film: .*other does not run" log || fail "no node: $(cat log)"
+grep -q "no machine can, so that no task has begun" log || fail "no node: $(cat log)"
+if ls "$job"/logs/task-* 2>/dev/null; then fail "no node: a task has begun"; fi
+
+make_program bad '[ "$SLURMD_NODENAME $2" != "n2 task" ] || exit 137'
+begin bad-node mov "$work/bad"
+wait_for_end
+same
+ls "$job/failures" | grep -q '@n2$' || fail "bad node: it has not failed"
+if ls "$job/failures" | grep -v '@n2$'; then fail "bad node: others have failed"; fi
+grep -l "on n2" "$job"/logs/*-attempt-* 2>/dev/null && fail "bad node: it was given a task again"
+
+begin held mp4
+scontrol hold "$(squeue -h -o %F -n "orbel-held.mp4" | sort -n | sed -n 2p)" 2>/dev/null || true
+"$program" farm status "$job" >log
+grep -q "held (JobHeld.*): type \"orbel farm resume $job\"" log || fail "held: $(cat log)"
+"$program" farm resume "$job" | grep -q "were held and may go on" || fail "held: not let go"
+wait_for_end
+same
 
 begin damaged mov
 wait_for done 3
