@@ -28,12 +28,17 @@ export type SceneInput =
   | { kind: "none" }
   | { kind: "color"; rgba: readonly number[] }
   | { kind: "raw"; file: string }
-  | { kind: "file"; file: string };
+  /** `numbered`: a sequence, `first` the number of its first file where the scene states it. */
+  | { kind: "file"; file: string; numbered: boolean; first: number | null };
+
+/** What a scene states about a conversion; what it leaves out is absent. */
+export type ShapeOptions = Readonly<Record<string, unknown>>;
 
 export type SceneShape =
   | { kind: "none" }
-  | { kind: "file" | "import"; file: string }
-  | { kind: "text"; text: string };
+  | { kind: "file"; file: string }
+  | { kind: "import"; file: string; options: ShapeOptions }
+  | { kind: "text"; text: string; options: ShapeOptions };
 
 export interface Scene {
   root: Node;
@@ -43,6 +48,7 @@ export interface Scene {
   frames: readonly [number, number] | null;
   format: string;
   pixelAspect: number;
+  renderScale: readonly [number, number];
   input: SceneInput;
   shape: SceneShape;
   tracks: ReadonlyMap<number, Track>;
@@ -68,6 +74,7 @@ export function readScene(text: string, table: Table): Scene | BrokenScene {
     frames: pair(valueOf(root, "frames")),
     format: typeof format === "string" ? format : "rgba8",
     pixelAspect: positive(aspect) ?? 1,
+    renderScale: pair(valueOf(root, "renderScale")) ?? [1, 1],
     input: readInput(valueOf(root, "input")),
     shape: readShape(valueOf(root, "shape")),
     tracks: readTracks(root, table),
@@ -91,18 +98,24 @@ function pair(value: unknown): readonly [number, number] | null {
 
 function readInput(value: unknown): SceneInput {
   if (typeof value !== "object" || value === null) return { kind: "none" };
-  const { color, raw, file } = value as Record<string, unknown>;
+  const { color, raw, file, first } = value as Record<string, unknown>;
   if (Array.isArray(color)) return { kind: "color", rgba: color as number[] };
   if (typeof raw === "string") return { kind: "raw", file: raw };
-  return typeof file === "string" ? { kind: "file", file } : { kind: "none" };
+  if (typeof file !== "string") return { kind: "none" };
+  const numbered = /%\d*d/.test(file.replaceAll("%%", ""));
+  return { kind: "file", file, numbered, first: typeof first === "number" ? first : null };
 }
 
 function readShape(value: unknown): SceneShape {
   if (typeof value === "string" && value) return { kind: "file", file: value };
   if (typeof value !== "object" || value === null) return { kind: "none" };
-  const { file, text } = value as Record<string, unknown>;
-  if (typeof file === "string") return { kind: "import", file };
-  return typeof text === "string" ? { kind: "text", text } : { kind: "none" };
+  const options = value as ShapeOptions;
+  const { file, text, import: choices } = options;
+  if (typeof file === "string") {
+    const stated = typeof choices === "object" && choices !== null ? choices : {};
+    return { kind: "import", file, options: stated as ShapeOptions };
+  }
+  return typeof text === "string" ? { kind: "text", text, options } : { kind: "none" };
 }
 
 /** The shape as a row shows it: a plain file by its name alone. */
