@@ -1,7 +1,6 @@
 #include "film/FrameInput.h"
 
 #include "host/Numeric.h"
-#include "media/PixelConversion.h"
 #include "pixel/TraitsByFormat.h"
 
 #include <cstring>
@@ -53,7 +52,7 @@ FrameInput::FrameInput(ScenePlan* plan) : m_plan(plan) {
 
 void FrameInput::fillStill(const MemoryImage& image) {
     if (m_plan->media != nullptr) {
-        fillFromMedia(*m_plan->media->readFrame(0), image);
+        m_plan->media->fillFrame(0, image.info(), m_plan->alpha.source);
     } else if (!m_plan->rawFrame.empty()) {
         fillRaw(m_plan->rawFrame, image);
     } else {
@@ -70,17 +69,7 @@ void FrameInput::fill(long frame, const MemoryImage& image) {
         return;
     }
     const long index = mediaFrame(m_plan->media->properties(), m_plan->frameRate, frame);
-    fillFromMedia(*m_plan->media->readFrame(index), image);
-}
-
-void FrameInput::fillFromMedia(const Picture& picture, const MemoryImage& image) {
-    const RasterInfo& info = image.info();
-    const SourceAlpha alpha = m_plan->alpha.source;
-    if (picture.width == info.width && picture.height == info.height) {
-        fillRaster(picture, info, alpha);
-    } else {
-        fillRaster(m_scaler.scale(picture, info.width, info.height), info, alpha);
-    }
+    m_plan->media->fillFrame(index, image.info(), m_plan->alpha.source);
 }
 
 } // namespace orbel

@@ -2,7 +2,6 @@
 
 #include "doors/memory/MemoryImage.h"
 #include "film/ScenePlan.h"
-#include "media/ScalePicture.h"
 
 #include <optional>
 
@@ -20,10 +19,8 @@ public:
 
 private:
     void fillStill(const MemoryImage& image);
-    void fillFromMedia(const Picture& picture, const MemoryImage& image);
 
     ScenePlan* m_plan;
-    PictureScaler m_scaler;
     std::optional<MemoryImage> m_still; ///< what every frame is a copy of; absent when it moves
 };
 

@@ -168,7 +168,8 @@ void ClipReader::refuse(long index) const {
                      "choose fewer frames or a longer clip");
 }
 
-PicturePtr ClipReader::readFrame(long index) {
+/// Makes that frame the current one.
+void ClipReader::show(long index) {
     if (index < 0 || index > lastIndex) {
         throw MediaError(m_path, framePlace(index), "a clip has no such frame", "begin at frame 0");
     }
@@ -185,7 +186,20 @@ PicturePtr ClipReader::readFrame(long index) {
     if (!m_current.valid || (!m_next.valid && time >= m_current.end)) {
         refuse(index);
     }
+}
+
+PicturePtr ClipReader::readFrame(long index) {
+    show(index);
     return currentPicture(index);
+}
+
+void ClipReader::fillFrame(long index, const RasterInfo& raster, SourceAlpha alpha) {
+    show(index);
+    if (m_decoder->quarterTurns() == 0 && FrameScaler::takes(*m_current.frame, raster)) {
+        m_frameScaler.fill(*m_current.frame, raster, alpha);
+    } else {
+        MediaReader::fillFrame(index, raster, alpha);
+    }
 }
 
 } // namespace orbel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/FramePicture.h"
+#include "media/FrameScaler.h"
 #include "media/MediaReader.h"
 #include "media/VideoDecoder.h"
 
@@ -16,6 +17,7 @@ public:
     ClipReader(std::string path, std::unique_ptr<VideoDecoder> decoder, int threads);
 
     PicturePtr readFrame(long index) override;
+    void fillFrame(long index, const RasterInfo& raster, SourceAlpha alpha) override;
 
 private:
     /// A decoded frame and when it is shown, in stream time.
@@ -32,6 +34,7 @@ private:
     [[nodiscard]] long framesBefore(std::int64_t end) const;
     [[nodiscard]] std::int64_t timeOf(long index) const;
     void restart();
+    void show(long index);
     void goTo(std::int64_t time);
     [[nodiscard]] bool seekBefore(std::int64_t time);
     [[nodiscard]] int nextFrame(AVFrame& frame);
@@ -44,6 +47,7 @@ private:
     int m_threads;
     std::unique_ptr<VideoDecoder> m_decoder;
     FrameConverter m_converter;
+    FrameScaler m_frameScaler;
     FrameRate m_rate;
     std::int64_t m_origin = 0;        // when frame 0 is shown
     std::int64_t m_frameDuration = 1; // rounded, at least 1

@@ -29,12 +29,16 @@ private:
     void configure(const WriterSpec& spec, const OutputTarget& target);
     void open(OutputKind kind, libav::Options& options);
     [[nodiscard]] libav::FramePtr toFrame(const RasterInfo& raster);
+    [[nodiscard]] libav::FramePtr opaqueFrame(const RasterInfo& raster);
     [[noreturn]] void fail(int code, long frame) const;
 
     std::string m_path;
     OutputAlpha m_alpha;
     libav::CodecPtr m_codec;
     libav::ScalerPtr m_scaler;
+    // Used again when the coder is done with them.
+    libav::FramePtr m_opaque;
+    libav::FramePtr m_halved;
 };
 
 } // namespace orbel

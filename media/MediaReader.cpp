@@ -3,6 +3,7 @@
 #include "media/ClipReader.h"
 #include "media/FramePicture.h"
 #include "media/MediaError.h"
+#include "media/PixelConversion.h"
 #include "media/SequencePattern.h"
 #include "media/VideoDecoder.h"
 
@@ -136,6 +137,15 @@ private:
 };
 
 } // namespace
+
+void MediaReader::fillFrame(long index, const RasterInfo& raster, SourceAlpha alpha) {
+    const PicturePtr picture = readFrame(index);
+    if (picture->width == raster.width && picture->height == raster.height) {
+        fillRaster(*picture, raster, alpha);
+    } else {
+        fillRaster(m_scaler.scale(*picture, raster.width, raster.height), raster, alpha);
+    }
+}
 
 std::unique_ptr<MediaReader> openMedia(const std::string& path, int threads,
                                        std::optional<long> first) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "host/AlphaHandling.h"
 #include "host/FrameRate.h"
+#include "host/PluginHost.h"
 #include "media/Picture.h"
+#include "media/ScalePicture.h"
 
 #include <memory>
 #include <optional>
@@ -40,10 +43,17 @@ public:
     /// frames that cannot be decoded.
     [[nodiscard]] virtual PicturePtr readFrame(long index) = 0;
 
+    /// Fills a raster with that frame, brought to the raster's size; see `PictureScaler` and
+    /// `fillRaster`. A clip may go there in one pass, without the picture's rounding in between.
+    virtual void fillFrame(long index, const RasterInfo& raster, SourceAlpha alpha);
+
 protected:
     MediaReader() = default;
 
     MediaProperties m_properties;
+
+private:
+    PictureScaler m_scaler;
 };
 
 /// Opens a still picture, a clip, or a numbered sequence given as `name-%04d.png`. A file that has

@@ -1,58 +1,18 @@
 #include "media/ScalePicture.h"
 
+#include "media/AlignedPlane.h"
 #include "media/ComponentScale.h"
-
-#include <zimg++.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <stdexcept>
-#include <string>
 #include <tuple>
 #include <type_traits>
 
 namespace orbel {
 
 namespace {
-
-/// Rows begin at multiples of this, as the scaling library wants them.
-constexpr std::size_t alignment = 64;
-
-struct alignas(alignment) Cell {
-    std::array<std::byte, alignment> bytes;
-};
-
-using Cells = std::vector<Cell>;
-
-std::size_t cellsFor(std::size_t bytes) {
-    return (bytes + alignment - 1) / alignment;
-}
-
-/// One component of a picture by itself.
-template<typename T>
-class Plane {
-public:
-    void resize(int width, int height) {
-        m_cellsPerRow = cellsFor(static_cast<std::size_t>(width) * sizeof(T));
-        m_cells.resize(m_cellsPerRow * static_cast<std::size_t>(height));
-    }
-    [[nodiscard]] T* row(int y) {
-        void* const cells = m_cells.data() + static_cast<std::size_t>(y) * m_cellsPerRow;
-        return static_cast<T*>(cells);
-    }
-    [[nodiscard]] zimgxx::zimage_buffer view() {
-        zimgxx::zimage_buffer buffer;
-        buffer.data() = m_cells.data();
-        buffer.stride() = static_cast<std::ptrdiff_t>(m_cellsPerRow * alignment);
-        buffer.mask() = ZIMG_BUFFER_MAX;
-        return buffer;
-    }
-
-private:
-    std::size_t m_cellsPerRow = 0;
-    Cells m_cells;
-};
 
 template<typename T>
 zimgxx::zimage_format planeFormat(int width, int height) {
@@ -66,14 +26,6 @@ zimgxx::zimage_format planeFormat(int width, int height) {
                         : sizeof(T) == 1            ? ZIMG_PIXEL_BYTE
                                                     : ZIMG_PIXEL_WORD;
     return format;
-}
-
-[[noreturn]] void fail(const zimgxx::zerror& error) {
-    if (error.code == ZIMG_ERROR_OUT_OF_MEMORY) {
-        throw std::bad_alloc();
-    }
-    throw std::runtime_error(std::string("the picture cannot be scaled (") +
-                             static_cast<const char*>(error.msg) + ")");
 }
 
 /// Scales the components of a picture, each by itself, from one size to another.
@@ -90,12 +42,10 @@ public:
             return;
         }
         m_sizes = {}; // nothing is prepared until everything is
-        zimgxx::zfilter_graph_builder_params how;
-        how.resample_filter = ZIMG_RESIZE_BICUBIC;
-        how.filter_param_a = 0.0;
-        how.filter_param_b = 0.6;
-        // Vectors round floats in their own way on each processor; integers they do not.
-        how.cpu_type = std::is_floating_point_v<T> ? ZIMG_CPU_NONE : ZIMG_CPU_AUTO_64B;
+        zimgxx::zfilter_graph_builder_params how = bicubic();
+        if constexpr (std::is_floating_point_v<T>) {
+            how.cpu_type = ZIMG_CPU_NONE; // vectors round floats in their own way on each processor
+        }
         m_graph = zimgxx::FilterGraph::build(planeFormat<T>(from.width, from.height),
                                              planeFormat<T>(width, height), &how);
         m_scratch.resize(cellsFor(m_graph.get_tmp_size()));
@@ -105,7 +55,7 @@ public:
         }
         m_sizes = sizes;
     } catch (const zimgxx::zerror& error) {
-        fail(error);
+        failToScale(error);
     }
 
     [[nodiscard]] Planes& from() { return m_from; }
@@ -117,7 +67,7 @@ public:
             m_graph.process(m_from[c].view().as_const(), m_to[c].view(), m_scratch.data());
         }
     } catch (const zimgxx::zerror& error) {
-        fail(error);
+        failToScale(error);
     }
 
 private:

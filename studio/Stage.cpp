@@ -17,6 +17,9 @@ public:
         m_properties = media->properties();
     }
     PicturePtr readFrame(long index) override { return m_media->readFrame(index); }
+    void fillFrame(long index, const RasterInfo& raster, SourceAlpha alpha) override {
+        m_media->fillFrame(index, raster, alpha);
+    }
 
 private:
     MediaReader* m_media;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pixel/RowKernels.h"
+#include "pixel/YCbCrRows.h"
 
 namespace orbel {
 
@@ -14,5 +15,9 @@ void enterColourKernels(int level, RowKernels<P>& table);
 /// The transfer modes.
 template<typename P>
 void enterModeKernels(int level, RowKernels<P>& table);
+
+/// The ways to and from Y'CbCr, of the 8-bit formats.
+template<typename P>
+void enterYCbCrKernels(int level, YCbCrRows<P>& table);
 
 } // namespace orbel
