@@ -34,7 +34,8 @@ constexpr const char* renderExamples = R"(Examples:
       --animate "Transform/XY Position=0:0.3/0.5:ease,30:0.7/0.5" -o logo.mov
 
 The ending of OUT decides: .png, .tif (one frame, or name-%04d.png), .exr (premultiplied float),
-.mp4 (H.264 over black), .mov (ProRes 4444 with alpha), .mkv (FFV1, lossless, with alpha).
+.mp4 (H.264 over black), .mov (ProRes 4444 with alpha), .mkv (FFV1, lossless, with alpha); for
+pages .webp, .gif (256 colours) and .apng (lossless), all three with alpha.
 Options that describe the scene replace what SCENE says. Without "Transfer Mode" the stroke
 stands alone; "Normal" lays it over the input.)";
 

@@ -17,6 +17,11 @@ foreach(package IN ITEMS orbel:program orbel-dev:development)
     install(FILES "${packaging}/changelog.gz" packaging/copyright
             DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${name}" COMPONENT ${component})
 endforeach()
+install(
+    FILES packaging/lintian-overrides
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides"
+    RENAME orbel
+    COMPONENT program)
 if(ORBEL_HAVE_STUDIO)
     install(FILES packaging/orbel-studio.desktop
             DESTINATION "${CMAKE_INSTALL_DATADIR}/applications" COMPONENT program)
@@ -45,28 +50,27 @@ endif()
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME orbel)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION video)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
+    "animated three-dimensional strokes along vector paths
+Orbel draws strokes along built-in shapes and SVG files, animates, bends,
+repeats and blurs them, and lays them over pictures and films. This package
+holds the program with its shapes, and plug-ins for hosts of OpenFX and of
+frei0r: ffmpeg, MLT with Kdenlive, Shotcut and Flowblade, GStreamer, Natron.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "hershey-fonts-data, xdg-utils")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "ffmpeg, melt, slurm-client")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME orbel-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "animated strokes along vector paths (development files)
+Orbel's render core as a static library with its headers and its CMake
+package, for programs that draw strokes of their own.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "orbel (= ${PROJECT_VERSION}), libexpat1-dev, libhwy-dev, libtbb-dev")
 
 include(CPack)
-cpack_add_component_group(
-    runtime
-    DISPLAY_NAME "animated three-dimensional strokes along vector paths"
-    DESCRIPTION
-        "Orbel draws strokes along built-in shapes and SVG files, animates, bends,
-repeats and blurs them, and lays them over pictures and films. This package
-holds the program with its shapes, and plug-ins for hosts of OpenFX and of
-frei0r: ffmpeg, MLT with Kdenlive, Shotcut and Flowblade, GStreamer, Natron.")
-cpack_add_component_group(
-    development
-    DISPLAY_NAME "library that draws animated strokes along vector paths (development)"
-    DESCRIPTION "Orbel's render core as a static library with its headers and its CMake
-package, for programs that draw strokes of their own.")
+cpack_add_component_group(runtime)
+cpack_add_component_group(development)
 foreach(component IN ITEMS program ofx frei0r)
     cpack_add_component(${component} GROUP runtime)
 endforeach()

@@ -4,6 +4,7 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavfilter/avfilter.h>
 #include <libavformat/avformat.h>
 #include <libswscale/swscale.h>
 }
@@ -28,7 +29,8 @@ std::string libraryVersion(const char* name, unsigned version) {
 std::string codecs() {
     return libraryVersion("libavcodec", avcodec_version()) + ", " +
            libraryVersion("libavformat", avformat_version()) + ", " +
-           libraryVersion("libswscale", swscale_version()) + " (" + av_version_info() + ")";
+           libraryVersion("libswscale", swscale_version()) + ", " +
+           libraryVersion("libavfilter", avfilter_version()) + " (" + av_version_info() + ")";
 }
 
 } // namespace

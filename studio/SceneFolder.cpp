@@ -25,7 +25,7 @@ namespace {
 constexpr std::size_t mostListed = 2000;
 
 using Ending = std::pair<std::string_view, FileKind>;
-constexpr std::array<Ending, 16> endings{{{".svg", FileKind::Svg},
+constexpr std::array<Ending, 18> endings{{{".svg", FileKind::Svg},
                                           {".png", FileKind::Picture},
                                           {".jpg", FileKind::Picture},
                                           {".jpeg", FileKind::Picture},
@@ -37,6 +37,8 @@ constexpr std::array<Ending, 16> endings{{{".svg", FileKind::Svg},
                                           {".mp4", FileKind::Clip},
                                           {".mov", FileKind::Clip},
                                           {".mkv", FileKind::Clip},
+                                          {".gif", FileKind::Clip},
+                                          {".apng", FileKind::Clip},
                                           {".webm", FileKind::Clip},
                                           {".avi", FileKind::Clip},
                                           {".m4v", FileKind::Clip},
