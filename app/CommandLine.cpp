@@ -34,9 +34,18 @@ constexpr const char* renderExamples = R"(Examples:
       --animate "Transform/XY Position=0:0.3/0.5:ease,30:0.7/0.5" -o logo.mov
 
 The ending of OUT decides: .png, .tif (one frame, or name-%04d.png), .exr (premultiplied float),
-.mp4 (H.264 over black), .mov (ProRes 4444 with alpha), .mkv (FFV1, lossless, with alpha).
+.mp4 (H.264 over black), .mov (ProRes 4444 with alpha), .mkv (FFV1, lossless, with alpha); for
+pages .webp, .gif (256 colours) and .apng (lossless), all three with alpha.
 Options that describe the scene replace what SCENE says. Without "Transfer Mode" the stroke
 stands alone; "Normal" lays it over the input.)";
+
+constexpr const char* programName = "orbel";
+constexpr const char* programDescription =
+    "Draws animated three-dimensional strokes along vector paths";
+constexpr const char* programFooter = R"("orbel COMMAND --help" tells more.
+
+Exit codes: 0 done; 1 stopped on the way, finished frames stay; 2 nothing was written, something
+asked for is wrong; 75 the same may go well later; 130 and 143 interrupted.)";
 
 struct Commands {
     RenderOptions render;
@@ -314,6 +323,28 @@ void addStudio(CLI::App& program, StudioOptions& options) {
                     "8080");
 }
 
+void addCommands(CLI::App& program, Commands& commands) {
+    program.set_version_flag("--version", buildText(), "Tell the version and what it was made of");
+    program.require_subcommand(1);
+    addRender(program, commands.render);
+    addImport(program, commands.import);
+    addText(program, commands.text);
+    addFarm(program, commands.farm);
+    CLI::App* const check = program.add_subcommand(
+        "check", "Tell everything that is wrong with a scene, or that a shape loses");
+    check->add_option("scene", commands.checkedScene, "Scene file, or shape (.svg)")
+        ->type_name("FILE")
+        ->required();
+    CLI::App* const params = program.add_subcommand("params", "List the parameters");
+    CLI::Option* const json = params->add_flag("--json", commands.json, "As JSON");
+    params->add_flag("--markdown", commands.markdown, "As a Markdown page")->excludes(json);
+    CLI::App* const shapes = program.add_subcommand("shapes", "List the built-in shapes");
+    addText(shapes, "--sheet", commands.sheet, "Draw them all into a picture", "OUT.png");
+    addStudio(program, commands.studio);
+    program.add_subcommand("doctor", "Tell whether hosts find the plug-ins and their shapes");
+    program.footer(programFooter);
+}
+
 int runChosen(const CLI::App& program, const Commands& commands, std::ostream& out,
               std::ostream& err) {
     if (program.got_subcommand("render")) {
@@ -349,28 +380,17 @@ int runChosen(const CLI::App& program, const Commands& commands, std::ostream& o
 
 } // namespace
 
+void describeCommands(const std::function<void(const CLI::App&)>& describe) {
+    Commands commands;
+    CLI::App program(programDescription, programName);
+    addCommands(program, commands);
+    describe(program);
+}
+
 int runCommandLine(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
     Commands commands;
-    CLI::App program("Draws animated three-dimensional strokes along vector paths", "orbel");
-    program.set_version_flag("--version", buildText());
-    program.require_subcommand(1);
-    addRender(program, commands.render);
-    addImport(program, commands.import);
-    addText(program, commands.text);
-    addFarm(program, commands.farm);
-    CLI::App* const check = program.add_subcommand(
-        "check", "Tell everything that is wrong with a scene, or that a shape loses");
-    check->add_option("scene", commands.checkedScene, "Scene file, or shape (.svg)")
-        ->type_name("FILE")
-        ->required();
-    CLI::App* const params = program.add_subcommand("params", "List the parameters");
-    CLI::Option* const json = params->add_flag("--json", commands.json, "As JSON");
-    params->add_flag("--markdown", commands.markdown, "As a Markdown page")->excludes(json);
-    CLI::App* const shapes = program.add_subcommand("shapes", "List the built-in shapes");
-    addText(shapes, "--sheet", commands.sheet, "Draw them all into a picture", "OUT.png");
-    addStudio(program, commands.studio);
-    program.add_subcommand("doctor", "Tell whether hosts find the plug-ins and their shapes");
-    program.footer("\"orbel COMMAND --help\" tells more.");
+    CLI::App program(programDescription, programName);
+    addCommands(program, commands);
     if (refusesCommand(program, argc, argv, err)) {
         return EXIT_BAD_INPUT;
     }

@@ -100,7 +100,8 @@ ExitCode run(const Rendering& rendering, std::ostream& err) {
 void checkNamed(const RenderOptions& options, Problems* problems) {
     if (!options.output && !options.rawFolder) {
         problems->add({commandLine, "-o", "no output is named",
-                       "add -o FILE (.png, .tif, .exr, .mp4, .mov or .mkv) or --raw FOLDER"});
+                       "add -o FILE (.png, .tif, .exr, .mp4, .mov, .mkv, .gif, .webp or .apng) or "
+                       "--raw FOLDER"});
     }
     if (options.output && options.rawFolder && (options.resume || options.restart)) {
         problems->add({commandLine, "--resume", "two outputs are named",

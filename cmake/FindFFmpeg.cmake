@@ -1,6 +1,6 @@
 # Finds the FFmpeg libraries through pkg-config.
 #
-#   find_package(FFmpeg REQUIRED COMPONENTS avformat avcodec avutil swscale)
+#   find_package(FFmpeg REQUIRED COMPONENTS avfilter avformat avcodec avutil swscale)
 #
 # gives one imported target per component: FFmpeg::avformat, FFmpeg::avcodec, ...
 find_package(PkgConfig QUIET)
@@ -21,4 +21,4 @@ find_package_handle_standard_args(
     HANDLE_COMPONENTS
     REQUIRED_VARS PKG_CONFIG_FOUND
     REASON_FAILURE_MESSAGE
-        "install libavformat-dev, libavcodec-dev, libavutil-dev and libswscale-dev, and pkg-config")
+        "install libavfilter-dev, libavformat-dev, libavcodec-dev, libavutil-dev and libswscale-dev, and pkg-config")

@@ -25,6 +25,21 @@ if(ORBEL_ACCELERATE)
     endif()
 endif()
 
+# A plug-in that goes to hosts with other versions of its libraries carries its own in itself.
+set(ORBEL_STATIC_LIBRARIES "" CACHE PATH
+    "Folder of libhwy.a and libtbb.a to be linked instead of what is shared with other programs")
+if(ORBEL_STATIC_LIBRARIES)
+    foreach(library IN ITEMS hwy::hwy TBB::tbb)
+        string(REGEX MATCH "[^:]*$" name "${library}")
+        get_target_property(configurations ${library} IMPORTED_CONFIGURATIONS)
+        foreach(configuration IN LISTS configurations)
+            set_target_properties(
+                ${library} PROPERTIES IMPORTED_LOCATION_${configuration}
+                                      "${ORBEL_STATIC_LIBRARIES}/lib${name}.a")
+        endforeach()
+    endforeach()
+endif()
+
 # Links a target with what was found and tells its units: ORBEL_HAVE_HIGHWAY, ORBEL_HAVE_TASKS.
 function(orbel_accelerate target)
     target_compile_definitions(

@@ -7,17 +7,19 @@ set(data_folder "${CMAKE_INSTALL_DATADIR}/orbel")
 install(
     TARGETS orbel
     EXPORT orbelTargets
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(
     EXPORT orbelTargets
     NAMESPACE orbel::
-    DESTINATION ${package_folder})
+    DESTINATION ${package_folder}
+    COMPONENT development)
 
 # Template bodies are for the units that instantiate them; nobody else can use them.
 install(
     DIRECTORY host pixel shapes params render doors
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orbel
+    COMPONENT development
     FILES_MATCHING
     PATTERN "*.h"
     REGEX "(pixel|render)/[^/]*Impl[.]h$" EXCLUDE
@@ -32,7 +34,8 @@ configure_package_config_file(
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/orbelConfigVersion.cmake"
                                  COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/orbelConfig.cmake"
-              "${PROJECT_BINARY_DIR}/orbelConfigVersion.cmake" DESTINATION ${package_folder})
+              "${PROJECT_BINARY_DIR}/orbelConfigVersion.cmake" DESTINATION ${package_folder}
+        COMPONENT development)
 
-install(DIRECTORY resources/Tessaly/SVG DESTINATION ${data_folder}/Tessaly)
-install(DIRECTORY resources/scenes DESTINATION ${data_folder})
+install(DIRECTORY resources/Tessaly/SVG DESTINATION ${data_folder}/Tessaly COMPONENT program)
+install(DIRECTORY resources/scenes DESTINATION ${data_folder} COMPONENT program)

@@ -24,6 +24,9 @@ double bytesOfAPixel(const Job& job, RasterFormat format) {
     case OutputKind::Mov:
         return 1.3;
     case OutputKind::Mp4:
+    case OutputKind::Gif:
+    case OutputKind::WebP:
+    case OutputKind::Apng:
         return 0.65;
     case OutputKind::Mkv:
         break;

@@ -16,13 +16,17 @@ constexpr const char* compiler =
 
 } // namespace
 
+const char* buildVersion() {
+    return ORBEL_VERSION;
+}
+
 std::string buildIdentity() {
-    return std::string(ORBEL_VERSION) + ", commit " + buildCommit() + ", " + compiler + ", " +
+    return std::string(buildVersion()) + ", commit " + buildCommit() + ", " + compiler + ", " +
            codecLibraries();
 }
 
 std::string buildText() {
-    return std::string("orbel ") + ORBEL_VERSION + "\ncommit " + buildCommit() + "\ncompiler " +
+    return std::string("orbel ") + buildVersion() + "\ncommit " + buildCommit() + "\ncompiler " +
            compiler + "\nacceleration level " + std::to_string(accelerationLevel()) + "\ncodecs " +
            codecLibraries();
 }

@@ -4,6 +4,9 @@
 
 namespace orbel {
 
+/// The version of this program, as "1.2.3".
+[[nodiscard]] const char* buildVersion();
+
 /// The commit that was built, with "-dirty" behind it when the sources had been changed.
 [[nodiscard]] const char* buildCommit();
 

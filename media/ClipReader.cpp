@@ -42,7 +42,7 @@ ClipReader::ClipReader(std::string path, std::unique_ptr<VideoDecoder> decoder, 
 
 void ClipReader::describe() {
     const AVFrame& frame = *m_current.frame;
-    const bool lying = m_decoder->quarterTurns() % 2 != 0;
+    const bool lying = m_decoder->turn(frame).lies();
     m_properties.kind = MediaKind::Clip;
     m_properties.width = lying ? frame.height : frame.width;
     m_properties.height = lying ? frame.width : frame.height;
@@ -150,9 +150,9 @@ PicturePtr ClipReader::currentPicture(long index) {
     if (m_picture == nullptr) {
         Picture picture = m_converter.convert(
             *m_current.frame, {m_path, framePlace(index), m_decoder->isPremultiplied()});
-        const int turns = m_decoder->quarterTurns();
+        const Turn turn = m_decoder->turn(*m_current.frame);
         m_picture =
-            std::make_shared<Picture>(turns == 0 ? std::move(picture) : turned(picture, turns));
+            std::make_shared<Picture>(turn.isNone() ? std::move(picture) : turned(picture, turn));
     }
     return m_picture;
 }

@@ -6,6 +6,9 @@
 #include <array>
 #include <string_view>
 
+extern "C" {
+#include <libavfilter/avfilter.h>
+}
 #include <zimg.h>
 #include <zlib.h>
 
@@ -72,6 +75,7 @@ std::string scalerVersion() {
 std::string codecLibraries() {
     return versionOf("libavcodec", avcodec_version()) + ", " +
            versionOf("libavformat", avformat_version()) + ", " +
+           versionOf("libavfilter", avfilter_version()) + ", " +
            versionOf("libswscale", swscale_version()) + " (" + av_version_info() + "), " +
            h264Coder() + ", zlib " + zlibVersion() + ", " + scalerVersion();
 }

@@ -11,6 +11,7 @@ extern "C" {
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <limits>
 #include <stdexcept>
 #include <type_traits>
 
@@ -21,8 +22,19 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "several of the encoders take little-endian components only");
 
-/// The encoder's own limit; beyond it, it fails without cleaning up.
-constexpr int h264Side = 16384;
+/// The encoders' own limits; beyond it, H.264's fails without cleaning up.
+int largestSide(OutputKind kind) {
+    switch (kind) {
+    case OutputKind::Mp4:
+        return 16384;
+    case OutputKind::WebP:
+        return 16383;
+    case OutputKind::Gif:
+        return 65535;
+    default:
+        return std::numeric_limits<int>::max();
+    }
+}
 
 /// Enough to keep up with the renderer on machines of many processors; on few they take turns.
 constexpr int h264Threads = 4;
@@ -45,6 +57,12 @@ const char* encoderName(OutputKind kind) {
         return "prores_ks";
     case OutputKind::Mkv:
         return "ffv1";
+    case OutputKind::Gif:
+        return "gif";
+    case OutputKind::WebP:
+        return "libwebp_anim";
+    case OutputKind::Apng:
+        return "apng";
     }
     return "";
 }
@@ -59,13 +77,17 @@ AVPixelFormat storedFormat(OutputKind kind, const WriterSpec& spec) {
     case OutputKind::Exr:
         return AV_PIX_FMT_GBRAPF32LE;
     case OutputKind::Mp4:
-        // Halved chroma has no odd sizes.
-        return spec.width % 2 == 0 && spec.height % 2 == 0 ? AV_PIX_FMT_YUV420P
-                                                           : AV_PIX_FMT_YUV444P;
+        return AV_PIX_FMT_YUV420P;
     case OutputKind::Mov:
         return AV_PIX_FMT_YUVA444P10LE;
     case OutputKind::Mkv:
         return eight ? AV_PIX_FMT_BGRA : AV_PIX_FMT_GBRAP16LE;
+    case OutputKind::Gif:
+        return AV_PIX_FMT_PAL8;
+    case OutputKind::WebP:
+        return AV_PIX_FMT_BGRA;
+    case OutputKind::Apng:
+        return AV_PIX_FMT_RGBA;
     }
     return AV_PIX_FMT_NONE;
 }
@@ -103,6 +125,15 @@ void setOptions(OutputKind kind, AVCodecContext& codec, libav::Options& options)
         // Level 3 has slices with check sums; a slice of a tiny frame would come back empty.
         codec.level = codec.width < 64 || codec.height < 64 ? 1 : 3;
         codec.gop_size = 1;
+        break;
+    case OutputKind::Gif:
+        break;
+    case OutputKind::WebP:
+        options.set("quality", "82"); // a film of a third of a GIF's size without its steps
+        break;
+    case OutputKind::Apng:
+        options.set("pred", "paeth");
+        codec.compression_level = 5;
         break;
     }
 }
@@ -307,8 +338,7 @@ void Encoder::configure(const WriterSpec& spec, const OutputTarget& target) {
 
 void Encoder::open(OutputKind kind, libav::Options& options) {
     libav::forgetReason();
-    const bool fits =
-        kind != OutputKind::Mp4 || std::max(m_codec->width, m_codec->height) <= h264Side;
+    const bool fits = std::max(m_codec->width, m_codec->height) <= largestSide(kind);
     const int code =
         fits ? avcodec_open2(m_codec.get(), m_codec->codec, options.get()) : AVERROR(EINVAL);
     if (code < 0) {
@@ -320,7 +350,14 @@ void Encoder::open(OutputKind kind, libav::Options& options) {
     }
 }
 
+void Encoder::setPalette(const AVFrame& palette) {
+    m_palette = std::make_unique<PalettePainter>(palette, m_codec->width, m_codec->height);
+}
+
 libav::FramePtr Encoder::toFrame(const RasterInfo& raster) {
+    if (m_palette != nullptr) {
+        return m_palette->paint(raster, m_alpha);
+    }
     const AVPixelFormat format = m_codec->pix_fmt;
     if (!isYCbCr(format)) {
         return rgbFrame(raster, m_alpha, format);

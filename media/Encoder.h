@@ -3,7 +3,9 @@
 #include "media/Libav.h"
 #include "media/MediaWriter.h"
 #include "media/OutputTarget.h"
+#include "media/Palette.h"
 
+#include <memory>
 #include <string>
 
 namespace orbel {
@@ -17,6 +19,8 @@ public:
 
     [[nodiscard]] const AVCodecContext& context() const { return *m_codec; }
 
+    /// The colours of what follows, for a coding that has no others.
+    void setPalette(const AVFrame& palette);
     /// Codes a raster under this time. Throws MediaError naming `frame`.
     void send(const RasterInfo& raster, long time, long frame);
     /// No more rasters will come.
@@ -39,6 +43,7 @@ private:
     // Used again when the coder is done with them.
     libav::FramePtr m_opaque;
     libav::FramePtr m_halved;
+    std::unique_ptr<PalettePainter> m_palette;
 };
 
 } // namespace orbel

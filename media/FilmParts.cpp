@@ -1,86 +1,22 @@
 #include "media/FilmParts.h"
 
+#include "media/ByteRaster.h"
 #include "media/FilmWriter.h"
+#include "media/LosslessFrames.h"
 #include "media/MediaError.h"
 #include "media/MediaReader.h"
-#include "media/PixelConversion.h"
 #include "media/VideoDecoder.h"
 
 #include <utility>
-#include <vector>
 
 namespace orbel {
-
-namespace {
-
-constexpr std::size_t componentsPerPixel = 4;
-
-/// A raster of opaque 8-bit pixels: what an H.264 film is coded from.
-class OpaqueFrame {
-public:
-    OpaqueFrame(int width, int height)
-        : m_pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
-                   componentsPerPixel) {
-        m_info.data = m_pixels.data();
-        m_info.pixelFormat = RF_RGBA8;
-        m_info.width = width;
-        m_info.height = height;
-        m_info.rowBytes = width * static_cast<int>(componentsPerPixel);
-        m_info.bytesPerPixel = static_cast<int>(componentsPerPixel);
-    }
-
-    [[nodiscard]] const RasterInfo& info() const { return m_info; }
-    void fill(const RasterInfo& raster, OutputAlpha alpha) {
-        auto* const pixels = m_pixels.data();
-        encodeOpaque(raster, alpha,
-                     {pixels, pixels + 1, pixels + 2, pixels + 3, 4, m_info.rowBytes});
-    }
-
-private:
-    std::vector<std::uint8_t> m_pixels;
-    RasterInfo m_info;
-};
-
-WriterSpec opaqueSpec(WriterSpec spec) {
-    spec.format = RF_RGBA8;
-    spec.alpha = OutputAlpha::Premultiplied; // the same for opaque pixels, and the shorter way
-    return spec;
-}
-
-OutputTarget losslessTarget() {
-    OutputTarget target;
-    target.kind = OutputKind::Mkv;
-    target.isFilm = true;
-    return target;
-}
-
-/// Frames without loss, as the coder of the whole film will take them.
-class FramesWriter final : public MediaWriter {
-public:
-    FramesWriter(const std::string& path, const WriterSpec& spec)
-        : m_alpha(spec.alpha),
-          m_opaque(spec.width, spec.height),
-          m_film(path, opaqueSpec(spec), losslessTarget()) {}
-
-    void write(const RasterInfo& raster, long frame) override {
-        m_opaque.fill(raster, m_alpha);
-        m_film.write(m_opaque.info(), frame);
-    }
-    void finish() override { m_film.finish(); }
-
-private:
-    OutputAlpha m_alpha;
-    OpaqueFrame m_opaque;
-    FilmWriter m_film;
-};
-
-} // namespace
 
 PartKind partKind(const OutputTarget& target) {
     if (!target.isFilm) {
         return PartKind::Pictures;
     }
-    return target.kind == OutputKind::Mp4 ? PartKind::Frames : PartKind::Coded;
+    const bool isCoded = target.kind == OutputKind::Mov || target.kind == OutputKind::Mkv;
+    return isCoded ? PartKind::Coded : PartKind::Frames;
 }
 
 std::string partEnding(const OutputTarget& target) {
@@ -93,7 +29,7 @@ std::string partEnding(const OutputTarget& target) {
 std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec& spec,
                                       const OutputTarget& target) {
     if (partKind(target) == PartKind::Frames) {
-        return std::make_unique<FramesWriter>(path, spec);
+        return std::make_unique<LosslessFrames>(path, spec, target.kind);
     }
     return std::make_unique<FilmWriter>(path, spec, target);
 }
@@ -114,10 +50,15 @@ std::string codedFrame(const std::string& part, long index) {
 class FilmAssembly::Film {
 public:
     Film(const std::string& path, const WriterSpec& spec)
-        : m_target(checkOutput(path, 1)),
-          m_threads(spec.threads),
-          m_opaque(spec.width, spec.height),
-          m_film(path, partKind(m_target) == PartKind::Frames ? opaqueSpec(spec) : spec, m_target) {
+        : m_target(checkOutput(path, 1)), m_threads(spec.threads) {
+        if (partKind(m_target) == PartKind::Frames) {
+            m_raster = std::make_unique<ByteRaster>(spec.width, spec.height);
+            m_film = openWriter(path, LosslessFrames::spec(spec, m_target.kind));
+        } else {
+            auto film = std::make_unique<FilmWriter>(path, spec, m_target);
+            m_packets = film.get();
+            m_film = std::move(film);
+        }
     }
 
     void append(const std::string& part, long frames) {
@@ -128,7 +69,7 @@ public:
         }
     }
 
-    FilmWriter& film() { return m_film; }
+    MediaWriter& film() { return *m_film; }
 
 private:
     [[noreturn]] static void refuse(const std::string& part, long frames, long found) {
@@ -146,7 +87,7 @@ private:
             if (++found > frames) {
                 break;
             }
-            m_film.append(*packet);
+            m_packets->append(*packet);
         }
         if (found != frames) {
             refuse(part, frames, found);
@@ -160,15 +101,16 @@ private:
             refuse(part, frames, found);
         }
         for (long index = 0; index < frames; ++index) {
-            fillRaster(*source->readFrame(index), m_opaque.info(), SourceAlpha::Straight);
-            m_film.write(m_opaque.info(), index);
+            fillRaster(*source->readFrame(index), m_raster->info(), SourceAlpha::Straight);
+            m_film->write(m_raster->info(), index);
         }
     }
 
     OutputTarget m_target;
     int m_threads;
-    OpaqueFrame m_opaque;
-    FilmWriter m_film;
+    std::unique_ptr<ByteRaster> m_raster; ///< of films that are coded here
+    std::unique_ptr<MediaWriter> m_film;
+    FilmWriter* m_packets = nullptr; ///< the same, when coded parts go on
 };
 
 FilmAssembly::FilmAssembly(const std::string& path, const WriterSpec& spec)

@@ -19,6 +19,12 @@ const char* containerName(OutputKind kind) {
         return "mp4";
     case OutputKind::Mov:
         return "mov";
+    case OutputKind::Gif:
+        return "gif";
+    case OutputKind::WebP:
+        return "webp";
+    case OutputKind::Apng:
+        return "apng";
     default:
         return "matroska";
     }
@@ -28,7 +34,7 @@ const char* containerName(OutputKind kind) {
 
 FilmWriter::FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target)
     : m_path(path),
-      m_indexLast(target.kind != OutputKind::Mkv),
+      m_indexLast(target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov),
       m_pending(path),
       m_reserve(m_pending.path()),
       m_encoder(path, spec, target),
@@ -142,6 +148,13 @@ void FilmWriter::openFile(OutputKind kind) {
     libav::Options options;
     if (kind == OutputKind::Mp4) {
         options.set("movflags", "faststart");
+    }
+    // Pictures on a page begin again at their end.
+    if (kind == OutputKind::WebP) {
+        options.set("loop", "0");
+    }
+    if (kind == OutputKind::Apng) {
+        options.set("plays", "0");
     }
     check(avformat_write_header(m_output.get(), options.get()));
 }

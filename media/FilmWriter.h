@@ -26,8 +26,9 @@ public:
     /// Takes the data of a packet over as the next frame, whatever time it carries. Throws
     /// MediaError.
     void append(AVPacket& packet);
-    /// Leaves nothing of what was written.
-    void abandon() { m_count = 0; }
+    /// The colours of a GIF, before its first frame.
+    void setPalette(const AVFrame& palette) { m_encoder.setPalette(palette); }
+    void abandon() override { m_count = 0; }
 
 private:
     void check(int code) const;

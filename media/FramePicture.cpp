@@ -5,12 +5,15 @@
 #include "media/MediaError.h"
 
 extern "C" {
+#include <libavutil/display.h>
 #include <libavutil/imgutils.h>
 #include <libavutil/pixdesc.h>
 }
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cmath>
 #include <cstring>
 
 namespace orbel {
@@ -288,16 +291,35 @@ Picture FrameConverter::convert(const AVFrame& frame, const FrameOrigin& origin)
     }
 }
 
-Picture turned(const Picture& picture, int quarters) {
-    const bool lying = quarters % 2 != 0;
+Turn turnOf(const std::int32_t* matrix) {
+    std::array<std::int32_t, 9> turning{};
+    std::copy_n(matrix, turning.size(), turning.begin());
+    const double across = static_cast<double>(turning[0]) * turning[4];
+    const double along = static_cast<double>(turning[1]) * turning[3];
+    Turn turn;
+    turn.mirrored = across < along;
+    if (turn.mirrored) { // taken back, only the turning is left
+        turning[0] = -turning[0];
+        turning[1] = -turning[1];
+    }
+    const double anticlockwise = av_display_rotation_get(turning.data());
+    if (std::isnan(anticlockwise)) {
+        return {};
+    }
+    turn.quarters = (4 - static_cast<int>(std::lround(anticlockwise / 90.0))) % 4;
+    return turn;
+}
+
+Picture turned(const Picture& picture, Turn turn) {
     Picture result = picture;
-    result.width = lying ? picture.height : picture.width;
-    result.height = lying ? picture.width : picture.height;
-    const auto pixelAt = [&picture](int x, int y) {
-        return 4 * (static_cast<std::ptrdiff_t>(y) * picture.width + x);
+    result.width = turn.lies() ? picture.height : picture.width;
+    result.height = turn.lies() ? picture.width : picture.height;
+    const auto pixelAt = [&](int x, int y) {
+        const int column = turn.mirrored ? picture.width - 1 - x : x;
+        return 4 * (static_cast<std::ptrdiff_t>(y) * picture.width + column);
     };
     const auto sourceOf = [&](int x, int y) {
-        switch (quarters % 4) {
+        switch (turn.quarters) {
         case 1:
             return pixelAt(y, picture.height - 1 - x);
         case 2:

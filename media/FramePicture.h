@@ -3,6 +3,7 @@
 #include "media/Libav.h"
 #include "media/Picture.h"
 
+#include <cstdint>
 #include <string>
 
 namespace orbel {
@@ -30,7 +31,20 @@ private:
 [[nodiscard]] PictureDepth pictureDepth(AVPixelFormat format);
 [[nodiscard]] bool formatHasAlpha(AVPixelFormat format);
 
-/// Turns a picture clockwise by 0 to 3 quarter turns.
-[[nodiscard]] Picture turned(const Picture& picture, int quarters);
+/// One of the eight ways to lay a picture down.
+struct Turn {
+    bool mirrored = false; ///< left and right change places first
+    int quarters = 0;      ///< then it turns clockwise by so many quarters, 0 to 3
+
+    [[nodiscard]] bool isNone() const { return !mirrored && quarters == 0; }
+    /// Whether width and height change places.
+    [[nodiscard]] bool lies() const { return quarters % 2 != 0; }
+};
+
+/// What a display matrix of the media libraries (nine numbers) asks for; angles in between go to
+/// the nearest.
+[[nodiscard]] Turn turnOf(const std::int32_t* matrix);
+
+[[nodiscard]] Picture turned(const Picture& picture, Turn turn);
 
 } // namespace orbel

@@ -26,8 +26,13 @@ Picture decodeStill(VideoDecoder& decoder, const FrameOrigin& origin, double& pi
         throw MediaError(origin.file, origin.place,
                          "the picture is damaged (" + libav::reason(code) + ")", "write it again");
     }
+    const Turn turn = decoder.turn(*frame);
     pixelAspect = decoder.pixelAspect(*frame);
-    return FrameConverter().convert(*frame, origin);
+    if (turn.lies()) {
+        pixelAspect = 1.0 / pixelAspect;
+    }
+    Picture picture = FrameConverter().convert(*frame, origin);
+    return turn.isNone() ? std::move(picture) : turned(picture, turn);
 }
 
 void describe(const Picture& picture, MediaProperties& properties) {

@@ -1,7 +1,9 @@
 #include "media/MediaWriter.h"
 
 #include "media/Encoder.h"
+#include "media/EvenFilmWriter.h"
 #include "media/FilmWriter.h"
+#include "media/GifWriter.h"
 #include "media/MediaError.h"
 #include "media/PendingFile.h"
 #include "media/SequencePattern.h"
@@ -103,8 +105,17 @@ void MediaWriter::checkOpen(bool finished) {
 
 std::unique_ptr<MediaWriter> openWriter(const std::string& path, const WriterSpec& spec) {
     const OutputTarget target = checkOutput(path, 1);
+    if (target.kind == OutputKind::Gif) {
+        return std::make_unique<GifWriter>(path, spec, target);
+    }
+    const auto openFilm = [&](const WriterSpec& film) {
+        return std::make_unique<FilmWriter>(path, film, target);
+    };
+    if (target.kind == OutputKind::Mp4 && EvenFilmWriter::isNeeded(spec)) {
+        return std::make_unique<EvenFilmWriter>(spec, openFilm);
+    }
     if (target.isFilm) {
-        return std::make_unique<FilmWriter>(path, spec, target);
+        return openFilm(spec);
     }
     return std::make_unique<PictureWriter>(path, spec, target);
 }

@@ -24,7 +24,9 @@ struct WriterSpec {
 ///
 /// Pictures and films that carry alpha get straight alpha; EXR stays premultiplied float; H.264 is
 /// composited over black. PNG and TIFF are 8 bits deep for the 8-bit layouts and 16 bits otherwise,
-/// and so is the FFV1 film.
+/// and so is the FFV1 film; animated pictures (GIF, WebP, APNG) have 8 bits, and start anew at
+/// their end. H.264 films of an odd width or height repeat the last column or row, as players know
+/// even sizes only.
 class MediaWriter {
 public:
     MediaWriter(const MediaWriter&) = delete;
@@ -39,6 +41,8 @@ public:
     virtual void write(const RasterInfo& raster, long frame) = 0;
     /// Completes the output; nothing can be written afterwards. Throws MediaError.
     virtual void finish() = 0;
+    /// Leaves nothing of a film that is not finished.
+    virtual void abandon() {}
 
 protected:
     MediaWriter() = default;

@@ -17,7 +17,7 @@ namespace orbel {
 
 namespace {
 
-constexpr std::array<std::pair<const char*, OutputKind>, 7> endings{{
+constexpr std::array<std::pair<const char*, OutputKind>, 10> endings{{
     {".png", OutputKind::Png},
     {".tif", OutputKind::Tiff},
     {".tiff", OutputKind::Tiff},
@@ -25,6 +25,9 @@ constexpr std::array<std::pair<const char*, OutputKind>, 7> endings{{
     {".mp4", OutputKind::Mp4},
     {".mov", OutputKind::Mov},
     {".mkv", OutputKind::Mkv},
+    {".gif", OutputKind::Gif},
+    {".webp", OutputKind::WebP},
+    {".apng", OutputKind::Apng},
 }};
 
 std::string endingOf(const std::string& path) {
@@ -44,7 +47,7 @@ OutputKind kindOf(const std::string& path) {
     throw MediaError(path, "",
                      ending.empty() ? "the output name has no ending"
                                     : "the ending \"" + ending + "\" is not known",
-                     "use .png, .tif, .tiff, .exr, .mp4, .mov or .mkv");
+                     "use .png, .tif, .tiff, .exr, .mp4, .mov, .mkv, .gif, .webp or .apng");
 }
 
 std::string errorWords(int code) {
@@ -93,8 +96,8 @@ std::string numberedName(const std::string& path) {
 OutputTarget targetOf(const std::string& path) {
     OutputTarget target;
     target.kind = kindOf(path);
-    target.isFilm = target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov ||
-                    target.kind == OutputKind::Mkv;
+    target.isFilm = target.kind != OutputKind::Png && target.kind != OutputKind::Tiff &&
+                    target.kind != OutputKind::Exr;
     target.isSequence = !target.isFilm && SequencePattern(path).isNumbered();
     return target;
 }
@@ -108,7 +111,7 @@ OutputTarget checkOutput(const std::string& path, long frames) {
             throw MediaError(path, "",
                              "one picture cannot hold " + std::to_string(frames) + " frames",
                              "give a numbered name such as " + numberedName(path) +
-                                 ", or a film ending in .mp4, .mov or .mkv");
+                                 ", or a film ending in .mp4, .mov, .mkv, .gif, .webp or .apng");
         }
         file = pattern.pathOf(0);
     }

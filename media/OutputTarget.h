@@ -4,7 +4,7 @@
 
 namespace orbel {
 
-enum class OutputKind { Png, Tiff, Exr, Mp4, Mov, Mkv };
+enum class OutputKind { Png, Tiff, Exr, Mp4, Mov, Mkv, Gif, WebP, Apng };
 
 /// What a name asks for.
 struct OutputTarget {
@@ -17,10 +17,10 @@ struct OutputTarget {
 /// known.
 [[nodiscard]] OutputTarget targetOf(const std::string& path);
 
-/// Reads the ending (`.png`, `.tif`, `.tiff`, `.exr`, `.mp4`, `.mov`, `.mkv`, in any case) and
-/// checks that `frames` frames can go there: the folder exists and can be written, the file is not
-/// a folder, the number in a sequence's name is sound, and a single picture is not asked to hold
-/// several frames. Leaves nothing behind. Throws MediaError.
+/// Reads the ending (`.png`, `.tif`, `.tiff`, `.exr`, `.mp4`, `.mov`, `.mkv`, `.gif`, `.webp`,
+/// `.apng`, in any case) and checks that `frames` frames can go there: the folder exists and can be
+/// written, the file is not a folder, the number in a sequence's name is sound, and a single
+/// picture is not asked to hold several frames. Leaves nothing behind. Throws MediaError.
 [[nodiscard]] OutputTarget checkOutput(const std::string& path, long frames);
 
 } // namespace orbel

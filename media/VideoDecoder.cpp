@@ -2,13 +2,8 @@
 
 #include "media/MediaError.h"
 
-extern "C" {
-#include <libavutil/display.h>
-}
-
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <filesystem>
 #include <string_view>
 #include <vector>
@@ -203,19 +198,20 @@ double VideoDecoder::pixelAspect(AVFrame& frame) const {
     return aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1.0;
 }
 
-int VideoDecoder::quarterTurns() const {
+Turn VideoDecoder::turn(const AVFrame& frame) const {
+    std::array<std::int32_t, 9> matrix{};
     std::size_t size = 0;
     const std::uint8_t* data = av_stream_get_side_data(m_stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
-    std::array<std::int32_t, 9> matrix{};
+    if (const AVFrameSideData* const own =
+            av_frame_get_side_data(&frame, AV_FRAME_DATA_DISPLAYMATRIX)) {
+        data = own->data;
+        size = own->size;
+    }
     if (data == nullptr || size < sizeof matrix) {
-        return 0;
+        return {};
     }
     std::copy_n(data, sizeof matrix, reinterpret_cast<std::uint8_t*>(matrix.data()));
-    const double anticlockwise = av_display_rotation_get(matrix.data());
-    if (std::isnan(anticlockwise)) {
-        return 0;
-    }
-    return (4 - static_cast<int>(std::lround(anticlockwise / 90.0))) % 4;
+    return turnOf(matrix.data());
 }
 
 bool VideoDecoder::forgives(int code) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/FrameRate.h"
+#include "media/FramePicture.h"
 #include "media/Libav.h"
 
 #include <cstdint>
@@ -29,8 +30,9 @@ public:
     [[nodiscard]] std::optional<FrameRate> frameRate() const;
     /// Width of a pixel by its height, 1 where nothing is said.
     [[nodiscard]] double pixelAspect(AVFrame& frame) const;
-    /// Clockwise quarter turns that the file asks for, 0 to 3.
-    [[nodiscard]] int quarterTurns() const;
+    /// How the file wants a frame to be laid down: what comes with the frame, as the turn of a
+    /// photograph does, else what is said of the whole clip.
+    [[nodiscard]] Turn turn(const AVFrame& frame) const;
 
     /// Decodes several frames at once: damage is then reported early, with frames before it
     /// missing.

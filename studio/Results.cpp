@@ -17,10 +17,13 @@ namespace {
 
 constexpr std::size_t pieceSize = std::size_t{256} << 10;
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 8> mediaTypes{
+constexpr std::array<std::pair<std::string_view, std::string_view>, 11> mediaTypes{
     {{".mp4", "video/mp4"},
      {".mov", "video/quicktime"},
      {".mkv", "video/x-matroska"},
+     {".gif", "image/gif"},
+     {".webp", "image/webp"},
+     {".apng", "image/apng"},
      {".png", "image/png"},
      {".jpg", "image/jpeg"},
      {".tif", "image/tiff"},

@@ -30,24 +30,14 @@ namespace {
 constexpr std::size_t mostListed = 2000;
 
 using Ending = std::pair<std::string_view, FileKind>;
-constexpr std::array<Ending, 18> endings{{{".svg", FileKind::Svg},
-                                          {".svgz", FileKind::Svg},
-                                          {".png", FileKind::Picture},
-                                          {".jpg", FileKind::Picture},
-                                          {".jpeg", FileKind::Picture},
-                                          {".tif", FileKind::Picture},
-                                          {".tiff", FileKind::Picture},
-                                          {".exr", FileKind::Picture},
-                                          {".bmp", FileKind::Picture},
-                                          {".webp", FileKind::Picture},
-                                          {".mp4", FileKind::Clip},
-                                          {".mov", FileKind::Clip},
-                                          {".mkv", FileKind::Clip},
-                                          {".webm", FileKind::Clip},
-                                          {".avi", FileKind::Clip},
-                                          {".m4v", FileKind::Clip},
-                                          {".raw", FileKind::Raw},
-                                          {".json", FileKind::Scene}}};
+constexpr std::array<Ending, 20> endings{
+    {{".svg", FileKind::Svg},      {".svgz", FileKind::Svg},     {".png", FileKind::Picture},
+     {".jpg", FileKind::Picture},  {".jpeg", FileKind::Picture}, {".tif", FileKind::Picture},
+     {".tiff", FileKind::Picture}, {".exr", FileKind::Picture},  {".bmp", FileKind::Picture},
+     {".webp", FileKind::Picture}, {".mp4", FileKind::Clip},     {".mov", FileKind::Clip},
+     {".mkv", FileKind::Clip},     {".gif", FileKind::Clip},     {".apng", FileKind::Clip},
+     {".webm", FileKind::Clip},    {".avi", FileKind::Clip},     {".m4v", FileKind::Clip},
+     {".raw", FileKind::Raw},      {".json", FileKind::Scene}}};
 
 const char* wordOf(FileKind kind) {
     switch (kind) {

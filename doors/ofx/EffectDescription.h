@@ -5,8 +5,6 @@
 namespace orbel::ofx {
 
 inline constexpr const char* PLUGIN_IDENTIFIER = "org.orbel.Orbel";
-inline constexpr unsigned PLUGIN_VERSION_MAJOR = 1;
-inline constexpr unsigned PLUGIN_VERSION_MINOR = 0;
 
 /// Sets what the effect is and what it can do.
 OfxStatus describe(const HostSuites& suites, OfxImageEffectHandle descriptor);

@@ -21,8 +21,8 @@ OfxStatus mainEntry(const char* action, const void* handle, OfxPropertySetHandle
 OfxPlugin plugin = {orbel::ofx::IMAGE_EFFECT_API,
                     orbel::ofx::IMAGE_EFFECT_API_VERSION,
                     orbel::ofx::PLUGIN_IDENTIFIER,
-                    orbel::ofx::PLUGIN_VERSION_MAJOR,
-                    orbel::ofx::PLUGIN_VERSION_MINOR,
+                    ORBEL_VERSION_MAJOR,
+                    ORBEL_VERSION_MINOR,
                     setHost,
                     mainEntry};
 

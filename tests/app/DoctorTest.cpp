@@ -81,7 +81,8 @@ TEST_F(Doctor, isContentWhenEveryHostFindsWhatWorks) {
     putFrei0r(ORBEL_FREI0R_PLUGIN);
     EXPECT_EQ(examine(), EXIT_DONE) << m_words;
     EXPECT_THAT(m_words, HasSubstr("(test.stand-in 3.14)"));
-    EXPECT_THAT(m_words, HasSubstr("ffmpeg: " + (m_folder / "f/orbel.so") + " (Orbel 0.1, "));
+    EXPECT_THAT(m_words, HasSubstr("ffmpeg: " + (m_folder / "f/orbel.so") +
+                                   " (Orbel " ORBEL_SHORT_VERSION ", "));
     EXPECT_THAT(m_words, Not(HasSubstr("PROBLEM")));
 }
 

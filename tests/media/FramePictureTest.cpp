@@ -156,10 +156,10 @@ TEST(Turned, GoesClockwise) {
         }
         return row;
     };
-    EXPECT_EQ(firstRow(turned(picture, 0)), (std::vector<int>{0, 1, 2}));
-    EXPECT_EQ(firstRow(turned(picture, 1)), (std::vector<int>{3, 0}));
-    EXPECT_EQ(firstRow(turned(picture, 2)), (std::vector<int>{5, 4, 3}));
-    EXPECT_EQ(firstRow(turned(picture, 3)), (std::vector<int>{2, 5}));
+    EXPECT_EQ(firstRow(turned(picture, {false, 0})), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(firstRow(turned(picture, {false, 1})), (std::vector<int>{3, 0}));
+    EXPECT_EQ(firstRow(turned(picture, {false, 2})), (std::vector<int>{5, 4, 3}));
+    EXPECT_EQ(firstRow(turned(picture, {false, 3})), (std::vector<int>{2, 5}));
 }
 
 } // namespace

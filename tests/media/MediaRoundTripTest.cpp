@@ -119,7 +119,12 @@ TEST(MediaWriter, FilmsKeepLengthRateSizeAndColour) {
                 EXPECT_EQ(reader->properties().frameRate, rate);
                 EXPECT_EQ(reader->properties().pixelAspect, 1.0);
                 EXPECT_EQ(reader->properties().hasAlpha, ending != std::string(".mp4"));
-                EXPECT_LE(largestDifference(*reader->readFrame(6), raster), 3.0 / 255.0);
+                // Players know H.264 of even sizes only.
+                const int unit = ending == std::string(".mp4") ? 2 : 1;
+                TestRaster shown(RF_RGBA8, (size.width + unit - 1) / unit * unit,
+                                 (size.height + unit - 1) / unit * unit, RowOrder::Padded);
+                shown.fillColour(0.8, 0.4, 0.2, 1.0);
+                EXPECT_LE(largestDifference(*reader->readFrame(6), shown), 3.0 / 255.0);
                 EXPECT_THROW((void)reader->readFrame(7), MediaError);
             }
         }

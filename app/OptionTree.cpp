@@ -1,0 +1,104 @@
+#include "app/OptionTree.h"
+
+#include "params/ParameterTable.h"
+#include "scene/PixelFormats.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <sstream>
+
+namespace orbel::app {
+
+namespace {
+
+std::vector<std::string> parameterNames() {
+    std::vector<std::string> names;
+    for (const ParameterRow& row : parameterTable()) {
+        if (row.isParameter() && row.kind != RowKind::Custom) {
+            names.push_back(fullName(row) + "=");
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> formatNames() {
+    std::vector<std::string> names;
+    for (const NamedFormat& format : namedFormats) {
+        names.emplace_back(format.name);
+    }
+    return names;
+}
+
+/// Out of a check's own words: "{text,json}", or "{all->1,none->2} OR {1,2}".
+std::vector<std::string> checkedNames(const std::string& type) {
+    const std::size_t begin = type.find(":{");
+    const std::size_t end = type.find('}', begin);
+    if (begin == std::string::npos || end == std::string::npos) {
+        return {};
+    }
+    std::vector<std::string> names;
+    std::istringstream list(type.substr(begin + 2, end - begin - 2));
+    for (std::string name; std::getline(list, name, ',');) {
+        names.push_back(name.substr(0, name.find("->")));
+    }
+    return names;
+}
+
+} // namespace
+
+std::vector<const CLI::App*> shownCommands(const CLI::App& command) {
+    return command.get_subcommands([](const CLI::App* one) { return !one->get_group().empty(); });
+}
+
+std::vector<const CLI::Option*> namedOptions(const CLI::App& command) {
+    return command.get_options(
+        [](const CLI::Option* one) { return one->nonpositional() && !one->get_group().empty(); });
+}
+
+std::vector<const CLI::Option*> placedOptions(const CLI::App& command) {
+    return command.get_options([](const CLI::Option* one) { return one->get_positional(); });
+}
+
+std::vector<std::string> typedNames(const CLI::Option& option) {
+    std::vector<std::string> names;
+    for (const std::string& name : option.get_snames()) {
+        names.push_back("-" + name);
+    }
+    for (const std::string& name : option.get_lnames()) {
+        names.push_back("--" + name);
+    }
+    return names;
+}
+
+std::string valueWord(const CLI::Option& option) {
+    if (option.get_items_expected_max() == 0) {
+        return {};
+    }
+    // Behind the word stand the checks' own: "N:INT in [1 - 8]", "HOW:{text,json}".
+    const std::string type = option.get_type_name();
+    std::size_t end = type.size();
+    for (const char* const check : {":{", ":INT in ", ":FLOAT in "}) {
+        end = std::min(end, type.find(check));
+    }
+    return type.substr(0, end);
+}
+
+std::vector<std::string> valueChoices(const CLI::Option& option) {
+    const std::vector<std::string> names = typedNames(option);
+    const auto isCalled = [&names](const char* name) {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    if (isCalled("--set") || isCalled("--animate")) {
+        return parameterNames();
+    }
+    if (isCalled("--shape")) {
+        return menuEntries(*findParameter(PARAM_PRESETS));
+    }
+    if (isCalled("--format")) {
+        return formatNames();
+    }
+    return checkedNames(option.get_type_name());
+}
+
+} // namespace orbel::app

@@ -1,0 +1,78 @@
+#include "app/CommandLine.h"
+#include "app/Completions.h"
+#include "app/ManPage.h"
+#include "app/OptionTree.h"
+#include "tests/media/MediaFixtures.h"
+#include "tests/support/Process.h"
+
+#include <CLI/CLI.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace orbel::app {
+namespace {
+
+using testing::HasSubstr;
+
+void forEachCommand(const CLI::App& command, const std::function<void(const CLI::App&)>& visit) {
+    visit(command);
+    for (const CLI::App* const below : shownCommands(command)) {
+        forEachCommand(*below, visit);
+    }
+}
+
+TEST(ManPage, holdsWhatEveryHelpSays) {
+    describeCommands([](const CLI::App& program) {
+        const std::string page = manPage(program, "1.2.3");
+        EXPECT_THAT(page, HasSubstr(".TH ORBEL 1 \"\" \"orbel 1.2.3\""));
+        forEachCommand(program, [&page](const CLI::App& command) {
+            for (const CLI::Option* const option : namedOptions(command)) {
+                EXPECT_THAT(page, HasSubstr(option->get_description()));
+            }
+        });
+        EXPECT_THAT(page, HasSubstr("\\fINAME=FRAME:VALUE[:EASING],...\\fR"));
+        EXPECT_THAT(page, HasSubstr("\n\\en starts a new line.")) << "text, not a request";
+        EXPECT_EQ(page.find("supervise"), std::string::npos) << "meant for people";
+    });
+}
+
+class Completion : public testing::Test {
+protected:
+    /// What bash offers when the last of these words is completed, a line each.
+    std::string offered(const std::string& words) {
+        writeBytes(m_folder / "run", "source " + (m_folder / "orbel.bash") + "\nCOMP_WORDS=(" +
+                                         words +
+                                         ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n"
+                                         "_orbel\nprintf '%s\\n' \"${COMPREPLY[@]}\"\n");
+        EXPECT_EQ(test::Process({"bash", m_folder / "run"}, m_folder / "said").wait(), 0);
+        return readBytes(m_folder / "said");
+    }
+
+    TestFolder m_folder;
+};
+
+TEST_F(Completion, offersWhatTheProgramTakes) {
+    describeCommands([this](const CLI::App& program) {
+        writeBytes(m_folder / "orbel.bash", bashCompletion(program));
+        writeBytes(m_folder / "_orbel", zshCompletion(program));
+    });
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"orbel re", "render\n"},
+        {"orbel farm s", "submit\nstatus\n"},
+        {"orbel render --pro", "--progress\n--profile\n"},
+        {"orbel render --progress ''", "text\njson\n"},
+        {"orbel import --closed n", "none\n"},
+        {"orbel render --set Camera/Zo", "Camera/Zoom=\n"},
+        {"orbel render --shape Basic\\\\\\ St", "Basic\\ Star\n"},
+        {"orbel render --shape '\"Basic St'", "Basic Star\n"},
+        {"orbel render -o re", "\n"}, // a file
+    };
+    for (const auto& [words, expected] : cases) {
+        EXPECT_EQ(offered(words), expected) << words;
+    }
+}
+
+} // namespace
+} // namespace orbel::app
