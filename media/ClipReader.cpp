@@ -195,7 +195,8 @@ PicturePtr ClipReader::readFrame(long index) {
 
 void ClipReader::fillFrame(long index, const RasterInfo& raster, SourceAlpha alpha) {
     show(index);
-    if (m_decoder->quarterTurns() == 0 && FrameScaler::takes(*m_current.frame, raster)) {
+    if (m_decoder->turn(*m_current.frame).isNone() &&
+        FrameScaler::takes(*m_current.frame, raster)) {
         m_frameScaler.fill(*m_current.frame, raster, alpha);
     } else {
         MediaReader::fillFrame(index, raster, alpha);
