@@ -24,7 +24,8 @@ double bytesOfAPixel(const Job& job, RasterFormat format) {
     case OutputKind::Mov:
         return 1.3;
     case OutputKind::Mp4:
-        return 0.65;
+    case OutputKind::Mp4Frames:
+        return 0.45;
     case OutputKind::Mkv:
         break;
     }

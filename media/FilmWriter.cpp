@@ -28,7 +28,7 @@ const char* containerName(OutputKind kind) {
 
 FilmWriter::FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target)
     : m_path(path),
-      m_indexLast(target.kind != OutputKind::Mkv),
+      m_indexLast(target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov),
       m_pending(path),
       m_reserve(m_pending.path()),
       m_encoder(path, spec, target),
@@ -55,6 +55,15 @@ void FilmWriter::write(const RasterInfo& raster, long frame) {
     m_newest = frame;
     keepRoomForIndex();
     m_encoder.send(raster, m_count, frame);
+    ++m_count;
+    saveReady();
+}
+
+void FilmWriter::code(AVFrame& frame) {
+    checkOpen(m_finished);
+    m_newest = m_count;
+    keepRoomForIndex();
+    m_encoder.code(frame, m_count, m_count);
     ++m_count;
     saveReady();
 }
