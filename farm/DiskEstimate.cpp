@@ -24,6 +24,8 @@ double bytesOfAPixel(const Job& job, RasterFormat format) {
     case OutputKind::Mov:
         return 1.3;
     case OutputKind::Mp4:
+    case OutputKind::Mp4Frames:
+        return 0.45;
     case OutputKind::Gif:
     case OutputKind::WebP:
     case OutputKind::Apng:

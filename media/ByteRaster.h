@@ -25,11 +25,7 @@ public:
     ~ByteRaster() = default;
 
     [[nodiscard]] const RasterInfo& info() const { return m_info; }
-    /// Over black; `from` is how the raster, of the same size, carries its alpha.
-    void fillOpaque(const RasterInfo& raster, OutputAlpha from) {
-        encodeOpaque(raster, from, view());
-    }
-    /// With straight alpha.
+    /// With straight alpha; `from` is how the raster, of the same size, carries its own.
     void fillStraight(const RasterInfo& raster, OutputAlpha from) {
         encodeStraight(raster, from, view());
     }

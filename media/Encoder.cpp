@@ -63,6 +63,8 @@ const char* encoderName(OutputKind kind) {
         return "libwebp_anim";
     case OutputKind::Apng:
         return "apng";
+    case OutputKind::Mp4Frames:
+        return "utvideo"; // a fifth of the time of FFV1, for files half as large again
     }
     return "";
 }
@@ -77,6 +79,7 @@ AVPixelFormat storedFormat(OutputKind kind, const WriterSpec& spec) {
     case OutputKind::Exr:
         return AV_PIX_FMT_GBRAPF32LE;
     case OutputKind::Mp4:
+    case OutputKind::Mp4Frames:
         return AV_PIX_FMT_YUV420P;
     case OutputKind::Mov:
         return AV_PIX_FMT_YUVA444P10LE;
@@ -127,6 +130,7 @@ void setOptions(OutputKind kind, AVCodecContext& codec, libav::Options& options)
         codec.gop_size = 1;
         break;
     case OutputKind::Gif:
+    case OutputKind::Mp4Frames:
         break;
     case OutputKind::WebP:
         options.set("quality", "82"); // a film of a third of a GIF's size without its steps
@@ -404,16 +408,25 @@ void Encoder::send(const RasterInfo& raster, long time, long frame) {
         throw std::invalid_argument("a frame has the size that the output was opened with");
     }
     libav::FramePtr coded = toFrame(raster);
-    coded->pts = time;
-    coded->sample_aspect_ratio = m_codec->sample_aspect_ratio;
-    coded->color_primaries = m_codec->color_primaries;
-    coded->color_trc = m_codec->color_trc;
-    coded->colorspace = m_codec->colorspace;
-    coded->color_range = m_codec->color_range;
+    code(*coded, time, frame);
+}
+
+void Encoder::code(AVFrame& coded, long time, long frame) {
+    if (coded.format != m_codec->pix_fmt || coded.width != m_codec->width ||
+        coded.height != m_codec->height) {
+        fail(AVERROR_INVALIDDATA, frame);
+    }
+    coded.pts = time;
+    coded.pict_type = AV_PICTURE_TYPE_NONE; // of its own choice
+    coded.sample_aspect_ratio = m_codec->sample_aspect_ratio;
+    coded.color_primaries = m_codec->color_primaries;
+    coded.color_trc = m_codec->color_trc;
+    coded.colorspace = m_codec->colorspace;
+    coded.color_range = m_codec->color_range;
     libav::forgetReason();
-    const int code = avcodec_send_frame(m_codec.get(), coded.get());
-    if (code < 0) {
-        fail(code, frame);
+    const int result = avcodec_send_frame(m_codec.get(), &coded);
+    if (result < 0) {
+        fail(result, frame);
     }
 }
 

@@ -23,6 +23,8 @@ public:
     void setPalette(const AVFrame& palette);
     /// Codes a raster under this time. Throws MediaError naming `frame`.
     void send(const RasterInfo& raster, long time, long frame);
+    /// Codes a frame that is as the coder takes it: one of an `Mp4Frames` film for an .mp4.
+    void code(AVFrame& coded, long time, long frame);
     /// No more rasters will come.
     void end();
     /// The next packet that is ready; false when more rasters are needed or the end is reached.

@@ -25,8 +25,10 @@ public:
     void finish() override { m_film->finish(); }
     void abandon() override { m_film->abandon(); }
 
+    /// What the film of such frames is opened with.
+    [[nodiscard]] static WriterSpec evenSpec(WriterSpec spec);
+
 private:
-    static WriterSpec evenSpec(WriterSpec spec);
     static std::vector<std::uint64_t> pixelsOf(const WriterSpec& spec);
 
     std::unique_ptr<MediaWriter> m_film;

@@ -1,6 +1,7 @@
 #include "media/FilmParts.h"
 
 #include "media/ByteRaster.h"
+#include "media/EvenFilmWriter.h"
 #include "media/FilmWriter.h"
 #include "media/LosslessFrames.h"
 #include "media/MediaError.h"
@@ -10,6 +11,23 @@
 #include <utility>
 
 namespace orbel {
+
+namespace {
+
+/// The film that an .mp4 is coded from: its frames as its coder takes them.
+std::unique_ptr<MediaWriter> openMp4Frames(const std::string& path, const WriterSpec& spec,
+                                           OutputTarget target) {
+    target.kind = OutputKind::Mp4Frames;
+    const auto openFilm = [&](const WriterSpec& film) {
+        return std::make_unique<FilmWriter>(path, film, target);
+    };
+    if (EvenFilmWriter::isNeeded(spec)) {
+        return std::make_unique<EvenFilmWriter>(spec, openFilm);
+    }
+    return openFilm(spec);
+}
+
+} // namespace
 
 PartKind partKind(const OutputTarget& target) {
     if (!target.isFilm) {
@@ -28,8 +46,11 @@ std::string partEnding(const OutputTarget& target) {
 
 std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec& spec,
                                       const OutputTarget& target) {
+    if (target.kind == OutputKind::Mp4) {
+        return openMp4Frames(path, spec, target);
+    }
     if (partKind(target) == PartKind::Frames) {
-        return std::make_unique<LosslessFrames>(path, spec, target.kind);
+        return std::make_unique<LosslessFrames>(path, spec);
     }
     return std::make_unique<FilmWriter>(path, spec, target);
 }
@@ -51,32 +72,38 @@ class FilmAssembly::Film {
 public:
     Film(const std::string& path, const WriterSpec& spec)
         : m_target(checkOutput(path, 1)), m_threads(spec.threads) {
-        if (partKind(m_target) == PartKind::Frames) {
+        if (partKind(m_target) == PartKind::Frames && m_target.kind != OutputKind::Mp4) {
             m_raster = std::make_unique<ByteRaster>(spec.width, spec.height);
-            m_film = openWriter(path, LosslessFrames::spec(spec, m_target.kind));
+            m_writer = openWriter(path, LosslessFrames::spec(spec));
         } else {
-            auto film = std::make_unique<FilmWriter>(path, spec, m_target);
-            m_packets = film.get();
-            m_film = std::move(film);
+            const bool isMp4 = m_target.kind == OutputKind::Mp4;
+            auto film = std::make_unique<FilmWriter>(
+                path, isMp4 ? EvenFilmWriter::evenSpec(spec) : spec, m_target);
+            m_film = film.get();
+            m_writer = std::move(film);
         }
     }
 
     void append(const std::string& part, long frames) {
-        if (partKind(m_target) == PartKind::Frames) {
+        if (m_raster != nullptr) {
+            writeFrames(part, frames);
+        } else if (m_target.kind == OutputKind::Mp4) {
             codeFrames(part, frames);
         } else {
             copyPackets(part, frames);
         }
     }
 
-    MediaWriter& film() { return *m_film; }
+    MediaWriter& film() { return *m_writer; }
 
 private:
-    [[noreturn]] static void refuse(const std::string& part, long frames, long found) {
-        throw MediaError(part, "",
-                         "this part of the film has " + std::to_string(found) + " frames, not " +
-                             std::to_string(frames),
-                         "render it again");
+    static void check(const std::string& part, long frames, long found) {
+        if (found != frames) {
+            throw MediaError(part, "",
+                             "this part of the film has " + std::to_string(found) +
+                                 " frames, not " + std::to_string(frames),
+                             "render it again");
+        }
     }
 
     void copyPackets(const std::string& part, long frames) {
@@ -87,30 +114,39 @@ private:
             if (++found > frames) {
                 break;
             }
-            m_packets->append(*packet);
+            m_film->append(*packet);
         }
-        if (found != frames) {
-            refuse(part, frames, found);
-        }
+        check(part, frames, found);
     }
 
     void codeFrames(const std::string& part, long frames) {
-        const std::unique_ptr<MediaReader> source = openMedia(part, m_threads);
-        const long found = source->properties().frameCount.value_or(0);
-        if (found != frames) {
-            refuse(part, frames, found);
+        VideoDecoder source(part, m_threads);
+        const auto frame = libav::owned<libav::FramePtr>(av_frame_alloc());
+        long found = 0;
+        while (source.next(*frame) == 1) {
+            if (++found > frames) {
+                break;
+            }
+            m_film->code(*frame);
+            av_frame_unref(frame.get());
         }
+        check(part, frames, found);
+    }
+
+    void writeFrames(const std::string& part, long frames) {
+        const std::unique_ptr<MediaReader> source = openMedia(part, m_threads);
+        check(part, frames, source->properties().frameCount.value_or(0));
         for (long index = 0; index < frames; ++index) {
             fillRaster(*source->readFrame(index), m_raster->info(), SourceAlpha::Straight);
-            m_film->write(m_raster->info(), index);
+            m_writer->write(m_raster->info(), index);
         }
     }
 
     OutputTarget m_target;
     int m_threads;
-    std::unique_ptr<ByteRaster> m_raster; ///< of films that are coded here
-    std::unique_ptr<MediaWriter> m_film;
-    FilmWriter* m_packets = nullptr; ///< the same, when coded parts go on
+    std::unique_ptr<MediaWriter> m_writer;
+    FilmWriter* m_film = nullptr;         ///< the same, where it takes coded or converted frames
+    std::unique_ptr<ByteRaster> m_raster; ///< where it takes rasters
 };
 
 FilmAssembly::FilmAssembly(const std::string& path, const WriterSpec& spec)

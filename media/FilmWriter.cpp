@@ -65,6 +65,15 @@ void FilmWriter::write(const RasterInfo& raster, long frame) {
     saveReady();
 }
 
+void FilmWriter::code(AVFrame& frame) {
+    checkOpen(m_finished);
+    m_newest = m_count;
+    keepRoomForIndex();
+    m_encoder.code(frame, m_count, m_count);
+    ++m_count;
+    saveReady();
+}
+
 void FilmWriter::append(AVPacket& packet) {
     checkOpen(m_finished);
     m_newest = m_count;

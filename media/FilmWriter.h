@@ -23,6 +23,8 @@ public:
     void write(const RasterInfo& raster, long frame) override;
     void finish() override;
 
+    /// Codes a frame that is as the coder takes it, as the next one. Throws MediaError.
+    void code(AVFrame& frame);
     /// Takes the data of a packet over as the next frame, whatever time it carries. Throws
     /// MediaError.
     void append(AVPacket& packet);

@@ -13,25 +13,19 @@ OutputTarget losslessTarget() {
 
 } // namespace
 
-WriterSpec LosslessFrames::spec(WriterSpec whole, OutputKind kind) {
+WriterSpec LosslessFrames::spec(WriterSpec whole) {
     whole.format = RF_RGBA8;
-    // The same for opaque pixels, and the shorter way.
-    whole.alpha = kind == OutputKind::Mp4 ? OutputAlpha::Premultiplied : OutputAlpha::Straight;
+    whole.alpha = OutputAlpha::Straight;
     return whole;
 }
 
-LosslessFrames::LosslessFrames(const std::string& path, const WriterSpec& whole, OutputKind kind)
+LosslessFrames::LosslessFrames(const std::string& path, const WriterSpec& whole)
     : m_alpha(whole.alpha),
-      m_keepsAlpha(kind != OutputKind::Mp4),
       m_raster(whole.width, whole.height),
-      m_film(path, spec(whole, kind), losslessTarget()) {}
+      m_film(path, spec(whole), losslessTarget()) {}
 
 void LosslessFrames::write(const RasterInfo& raster, long frame) {
-    if (m_keepsAlpha) {
-        m_raster.fillStraight(raster, m_alpha);
-    } else {
-        m_raster.fillOpaque(raster, m_alpha);
-    }
+    m_raster.fillStraight(raster, m_alpha);
     m_film.write(m_raster.info(), frame);
 }
 

@@ -4,7 +4,18 @@
 
 namespace orbel {
 
-enum class OutputKind { Png, Tiff, Exr, Mp4, Mov, Mkv, Gif, WebP, Apng };
+enum class OutputKind {
+    Png,
+    Tiff,
+    Exr,
+    Mp4,
+    Mov,
+    Mkv,
+    Gif,
+    WebP,
+    Apng,
+    Mp4Frames, ///< what an .mp4 is coded from, without loss; no ending names it
+};
 
 /// What a name asks for.
 struct OutputTarget {
