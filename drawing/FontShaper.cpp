@@ -259,7 +259,8 @@ FontMetrics FontShaper::metricsOf(const FontChoice& font) {
 }
 
 std::vector<std::string> FontShaper::families() {
-    std::vector<std::string> names{"sans", "serif", "monospace", "sans-serif", "system-ui"};
+    std::vector<std::string> names{"sans",      "serif",   "monospace", "sans-serif",
+                                   "system-ui", "cursive", "fantasy"};
     PangoFontFamily** families = nullptr;
     int count = 0;
     pango_font_map_list_families(m_libraries->map.get(), &families, &count);
@@ -275,6 +276,26 @@ bool FontShaper::hasFamily(std::string_view family) {
     return std::any_of(known.begin(), known.end(), [&](const std::string& one) {
         return strcasecmp(one.c_str(), name.c_str()) == 0;
     });
+}
+
+void FontShaper::tellUninstalled(const std::set<std::string>& families,
+                                 std::vector<std::string>* notes) {
+    std::string names;
+    for (std::string_view list : families) {
+        bool found = false;
+        const std::string_view first = list.substr(0, list.find(','));
+        while (!list.empty() && !found) {
+            const std::size_t end = std::min(list.find(','), list.size());
+            found = hasFamily(list.substr(0, end));
+            list.remove_prefix(std::min(end + 1, list.size()));
+        }
+        if (!found) {
+            names.append(names.empty() ? "" : ", ").append(first);
+        }
+    }
+    if (!names.empty()) {
+        notes->push_back("not installed, so other fonts are used: " + names);
+    }
 }
 
 void FontShaper::tellMissing(std::vector<std::string>* notes) const {
