@@ -30,15 +30,15 @@ std::vector<std::string> formatNames() {
     return names;
 }
 
-/// Out of a check's own words: "{text,json}", or "{all->1,none->2} OR {1,2}".
+/// Out of a check's own words: "{text,json}", or "value in {all->1,none->2} OR {1,2}".
 std::vector<std::string> checkedNames(const std::string& type) {
-    const std::size_t begin = type.find(":{");
+    const std::size_t begin = type.find('{', type.find(':'));
     const std::size_t end = type.find('}', begin);
     if (begin == std::string::npos || end == std::string::npos) {
         return {};
     }
     std::vector<std::string> names;
-    std::istringstream list(type.substr(begin + 2, end - begin - 2));
+    std::istringstream list(type.substr(begin + 1, end - begin - 1));
     for (std::string name; std::getline(list, name, ',');) {
         names.push_back(name.substr(0, name.find("->")));
     }
@@ -78,7 +78,7 @@ std::string valueWord(const CLI::Option& option) {
     // Behind the word stand the checks' own: "N:INT in [1 - 8]", "HOW:{text,json}".
     const std::string type = option.get_type_name();
     std::size_t end = type.size();
-    for (const char* const check : {":{", ":INT in ", ":FLOAT in "}) {
+    for (const char* const check : {":{", ":value in {", ":INT in ", ":FLOAT in "}) {
         end = std::min(end, type.find(check));
     }
     return type.substr(0, end);

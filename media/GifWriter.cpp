@@ -58,6 +58,10 @@ void GifWriter::codeFrames() {
     ByteRaster raster(m_spec.width, m_spec.height);
     for (long index = 0; index < m_kept; ++index) {
         fillRaster(*source->readFrame(index), raster.info(), SourceAlpha::Straight);
+        if (m_colours.sawHoles() && !hasHoles(raster.info())) {
+            // The coder clears only frames with holes before the next; others would show through.
+            std::fill_n(raster.info().data, raster.info().bytesPerPixel, std::uint8_t{0});
+        }
         m_film.write(raster.info(), index * m_step);
     }
 }

@@ -54,6 +54,19 @@ libav::FramePtr straightFrame(const RasterInfo& raster, OutputAlpha alpha, std::
     return frame;
 }
 
+/// In rows of four bytes a pixel, alpha last.
+bool holesIn(const std::uint8_t* first, int rowBytes, int width, int height) {
+    constexpr std::uint8_t half = 128;
+    for (int y = 0; y < height; ++y, first += rowBytes) {
+        for (int x = 0; x < width; ++x) {
+            if (first[4 * x + 3] < half) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 libav::FramePtr nextOf(AVFilterContext* out) {
     auto frame = libav::owned<libav::FramePtr>(av_frame_alloc());
     need(av_buffersink_get_frame(out, frame.get()));
@@ -61,6 +74,10 @@ libav::FramePtr nextOf(AVFilterContext* out) {
 }
 
 } // namespace
+
+bool hasHoles(const RasterInfo& raster) {
+    return holesIn(raster.data, raster.rowBytes, raster.width, raster.height);
+}
 
 void FilterGraphFree::operator()(AVFilterGraph* graph) const {
     avfilter_graph_free(&graph);
@@ -76,7 +93,10 @@ PaletteChooser::PaletteChooser(int width, int height) : m_graph(makeGraph()) {
 }
 
 void PaletteChooser::add(const RasterInfo& raster, OutputAlpha alpha) {
-    need(av_buffersrc_write_frame(m_in, straightFrame(raster, alpha, 0).get()));
+    const libav::FramePtr frame = straightFrame(raster, alpha, 0);
+    m_sawHoles =
+        m_sawHoles || holesIn(frame->data[0], frame->linesize[0], raster.width, raster.height);
+    need(av_buffersrc_write_frame(m_in, frame.get()));
     // Nothing comes out before the end, but asking makes the filter take the frame.
     const auto none = libav::owned<libav::FramePtr>(av_frame_alloc());
     const int code = av_buffersink_get_frame(m_out, none.get());

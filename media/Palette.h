@@ -16,6 +16,9 @@ struct FilterGraphFree {
     void operator()(AVFilterGraph* graph) const;
 };
 
+/// Whether a pixel of a raster in the layout RF_RGBA8 is less than half opaque, and so a hole.
+[[nodiscard]] bool hasHoles(const RasterInfo& raster);
+
 /// Chooses the 255 colours, and the one for nothing, that show all frames of a film best.
 class PaletteChooser {
 public:
@@ -23,6 +26,8 @@ public:
 
     /// Counts the colours of a frame of that size; `alpha` is how it carries its alpha.
     void add(const RasterInfo& raster, OutputAlpha alpha);
+    /// Whether a pixel of any frame was less than half opaque.
+    [[nodiscard]] bool sawHoles() const { return m_sawHoles; }
     /// The colours as a picture of 16 × 16 pixels; nothing can be added any more.
     [[nodiscard]] libav::FramePtr choose();
 
@@ -30,6 +35,7 @@ private:
     std::unique_ptr<AVFilterGraph, FilterGraphFree> m_graph;
     AVFilterContext* m_in = nullptr;
     AVFilterContext* m_out = nullptr;
+    bool m_sawHoles = false;
 };
 
 /// Shows frames in the colours of a palette, one index a pixel. Steps between colours become a
