@@ -19,7 +19,7 @@ long stepOf(const FrameRate& rate) {
 
 WriterSpec thinned(WriterSpec spec) {
     spec.frameRate.denominator *= static_cast<int>(stepOf(spec.frameRate));
-    return LosslessFrames::spec(spec, OutputKind::Gif);
+    return LosslessFrames::spec(spec);
 }
 
 } // namespace
@@ -30,7 +30,7 @@ GifWriter::GifWriter(const std::string& path, const WriterSpec& spec, const Outp
       m_step(stepOf(spec.frameRate)),
       m_alpha(spec.alpha),
       m_film(path, m_spec, target),
-      m_frames(m_framesPath, spec, target.kind),
+      m_frames(m_framesPath, spec),
       m_colours(spec.width, spec.height) {}
 
 GifWriter::~GifWriter() {
