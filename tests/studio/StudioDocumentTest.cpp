@@ -64,9 +64,9 @@ TEST_F(StudioDocument, savesTheVeryBytesAndNothingOverSomebodyElse) {
     EXPECT_EQ(save("back", "gone", true).status, 200);
     EXPECT_EQ(onDisk(), "back");
 
-    std::filesystem::remove(m_studio.folder / "scene.json");
-    std::filesystem::create_directory(m_studio.folder / "scene.json");
-    EXPECT_GE(save("over a folder", "gone", true).status, 400);
+    std::filesystem::create_directory(m_studio.folder / "folder.json");
+    const json overFolder{{"name", "folder.json"}, {"text", "x"}, {"overwrite", true}};
+    EXPECT_GE(m_studio.post("/api/save-as", overFolder).status, 400);
 }
 
 TEST_F(StudioDocument, losesNothingToAFullDisk) {
