@@ -15,13 +15,14 @@ std::string nameOf(const Scene& scene) {
 
 } // namespace
 
-ShapeConverter shapeConverter(std::function<void(const std::string&)> note) {
-    return [note = std::move(note)](const Scene& scene,
-                                    Problems* problems) -> std::optional<std::string> {
-        Conversion conversion = scene.lettering
-                                    ? letterText(*scene.lettering)
-                                    : importDrawingFile(scene.shape.value_or(""),
-                                                        scene.import.value_or(ImportOptions{}));
+ShapeConverter shapeConverter(std::function<void(const std::string&)> note,
+                              std::function<bool()> stopped) {
+    return [note = std::move(note), stopped = std::move(stopped)](
+               const Scene& scene, Problems* problems) -> std::optional<std::string> {
+        Conversion conversion =
+            scene.lettering ? letterText(*scene.lettering, stopped)
+                            : importDrawingFile(scene.shape.value_or(""),
+                                                scene.import.value_or(ImportOptions{}), stopped);
         if (!conversion.shape) {
             siteIn(scene, "/shape", "--shape", problems)
                 .report((scene.lettering ? "" : inQuotes(nameOf(scene)) + ": ") +

@@ -8,7 +8,8 @@
 namespace orbel::app {
 
 /// Converts the drawing or the text that a scene names as its shape. `note` is told what was left
-/// out of it; it may be empty.
-[[nodiscard]] ShapeConverter shapeConverter(std::function<void(const std::string&)> note);
+/// out of it; `stopped` is asked while it lasts, and true ends it. Both may be empty.
+[[nodiscard]] ShapeConverter shapeConverter(std::function<void(const std::string&)> note,
+                                            std::function<bool()> stopped = {});
 
 } // namespace orbel::app

@@ -46,7 +46,7 @@ void openBrowser(const std::string& address) {
 }
 
 int serve(const StudioOptions& options, std::ostream& out) {
-    studio::Studio studio({options.place, options.port, {}, shapeConverter({})});
+    studio::Studio studio({options.place, options.port, {}, shapeConverter});
     const InterruptGuard guard;
     const std::string address = studio.address();
     out << address << std::endl;

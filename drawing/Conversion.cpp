@@ -73,6 +73,8 @@ Conversion failureOf(ProcessEnd end, double seconds) {
                 "allow it more with --seconds, or simplify it in a drawing program"};
     case ProcessEnd::OutOfMemory:
         return {std::nullopt, "the drawing needs more than 1 GiB of memory", simpler};
+    case ProcessEnd::Stopped:
+        return {std::nullopt, "the conversion was stopped", "try again"};
     case ProcessEnd::NotStarted:
         return {std::nullopt, "no process can be started to read the drawing", "try again"};
     default:
@@ -82,9 +84,11 @@ Conversion failureOf(ProcessEnd end, double seconds) {
 
 } // namespace
 
-Conversion convertLimited(const std::function<ConvertedPage()>& work, double seconds) {
+Conversion convertLimited(const std::function<ConvertedPage()>& work, double seconds,
+                          const StopConversion& stopped) {
     ProcessLimits limits;
     limits.seconds = seconds;
+    limits.stopped = stopped;
     const ProcessResult result = runLimited(
         [&work]() -> std::string {
             try {

@@ -16,6 +16,7 @@ struct ConvertedPage {
 
 /// Runs `work` in a limited process and makes a shape of what it draws. `work` may throw
 /// DrawingError.
-[[nodiscard]] Conversion convertLimited(const std::function<ConvertedPage()>& work, double seconds);
+[[nodiscard]] Conversion convertLimited(const std::function<ConvertedPage()>& work, double seconds,
+                                        const StopConversion& stopped);
 
 } // namespace orbel

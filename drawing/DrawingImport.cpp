@@ -111,11 +111,13 @@ ConvertedPage convert(std::string_view bytes, const ImportOptions& options) {
 
 } // namespace
 
-Conversion importDrawing(std::string_view bytes, const ImportOptions& options) {
-    return convertLimited([&] { return convert(bytes, options); }, options.seconds);
+Conversion importDrawing(std::string_view bytes, const ImportOptions& options,
+                         const StopConversion& stopped) {
+    return convertLimited([&] { return convert(bytes, options); }, options.seconds, stopped);
 }
 
-Conversion importDrawingFile(const std::string& file, const ImportOptions& options) {
+Conversion importDrawingFile(const std::string& file, const ImportOptions& options,
+                             const StopConversion& stopped) {
     std::error_code error;
     const auto status = std::filesystem::status(file, error);
     if (!std::filesystem::exists(status)) {
@@ -133,7 +135,7 @@ Conversion importDrawingFile(const std::string& file, const ImportOptions& optio
     if (!stream.is_open() || stream.bad()) {
         return {std::nullopt, "the file cannot be read", "check its permissions"};
     }
-    return importDrawing(bytes, options);
+    return importDrawing(bytes, options, stopped);
 }
 
 } // namespace orbel

@@ -4,6 +4,7 @@
 #include "shapes/ImportOptions.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,11 +34,16 @@ struct Conversion {
     std::string remedy;
 };
 
+/// Asked many times a second while a conversion runs; true ends it, without a shape. May be empty.
+using StopConversion = std::function<bool()>;
+
 /// Turns any SVG drawing (plain or gzip) into outlines, in a process of its own with limits on time
 /// and memory (1 GiB). Opens no file. Safe to call with any bytes.
-[[nodiscard]] Conversion importDrawing(std::string_view bytes, const ImportOptions& options);
+[[nodiscard]] Conversion importDrawing(std::string_view bytes, const ImportOptions& options,
+                                       const StopConversion& stopped = {});
 
 /// The same for a file: a regular one of at most 64 MiB.
-[[nodiscard]] Conversion importDrawingFile(const std::string& file, const ImportOptions& options);
+[[nodiscard]] Conversion importDrawingFile(const std::string& file, const ImportOptions& options,
+                                           const StopConversion& stopped = {});
 
 } // namespace orbel

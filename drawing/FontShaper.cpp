@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <strings.h>
 #include <utility>
 
@@ -257,21 +258,23 @@ FontMetrics FontShaper::metricsOf(const FontChoice& font) {
     return metrics;
 }
 
-bool FontShaper::hasFamily(std::string_view family) {
-    const std::string name(family);
-    for (const char* const generic : {"sans", "serif", "monospace", "sans-serif", "system-ui"}) {
-        if (strcasecmp(generic, name.c_str()) == 0) {
-            return true;
-        }
-    }
+std::vector<std::string> FontShaper::families() {
+    std::vector<std::string> names{"sans", "serif", "monospace", "sans-serif", "system-ui"};
     PangoFontFamily** families = nullptr;
     int count = 0;
     pango_font_map_list_families(m_libraries->map.get(), &families, &count);
-    const bool found = std::any_of(families, families + count, [&](PangoFontFamily* one) {
-        return strcasecmp(pango_font_family_get_name(one), name.c_str()) == 0;
-    });
+    std::transform(families, families + count, std::back_inserter(names),
+                   [](PangoFontFamily* one) { return pango_font_family_get_name(one); });
     g_free(families);
-    return found;
+    return names;
+}
+
+bool FontShaper::hasFamily(std::string_view family) {
+    const std::string name(family);
+    const std::vector<std::string> known = families();
+    return std::any_of(known.begin(), known.end(), [&](const std::string& one) {
+        return strcasecmp(one.c_str(), name.c_str()) == 0;
+    });
 }
 
 void FontShaper::tellMissing(std::vector<std::string>* notes) const {

@@ -68,6 +68,8 @@ public:
     [[nodiscard]] std::vector<ShapedCluster>
     shape(const std::string& text, const std::vector<FontRun>& runs, Direction direction);
     [[nodiscard]] FontMetrics metricsOf(const FontChoice& font);
+    /// The families that are installed, and the names that stand for one of them; in no order.
+    [[nodiscard]] std::vector<std::string> families();
     /// Whether a font of the first family is installed by this name.
     [[nodiscard]] bool hasFamily(std::string_view family);
 

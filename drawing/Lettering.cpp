@@ -3,6 +3,7 @@
 #include "drawing/Conversion.h"
 #include "drawing/DrawingDocument.h"
 #include "drawing/FontShaper.h"
+#include "drawing/LimitedProcess.h"
 #include "drawing/SingleStrokes.h"
 
 #include <glib.h>
@@ -210,8 +211,22 @@ ConvertedPage writeText(const LetteringOptions& options) {
 
 } // namespace
 
-Conversion letterText(const LetteringOptions& options) {
-    return convertLimited([&] { return writeText(options); }, seconds);
+Conversion letterText(const LetteringOptions& options, const StopConversion& stopped) {
+    return convertLimited([&] { return writeText(options); }, seconds, stopped);
+}
+
+InstalledLetters installedLetters() {
+    const auto list = [] {
+        std::string names;
+        for (const std::string& family : FontShaper().families()) {
+            names += family + '\n';
+        }
+        return names;
+    };
+    InstalledLetters letters{linesOf(runLimited(list, {}).answer), installedHands()};
+    std::erase(letters.families, "");
+    std::sort(letters.families.begin(), letters.families.end());
+    return letters;
 }
 
 } // namespace orbel

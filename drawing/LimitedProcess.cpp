@@ -22,6 +22,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr std::chrono::milliseconds askInterval{20};
 constexpr int answeredCode = 0;
 constexpr int memoryCode = 3;
 constexpr int failedCode = 4;
@@ -93,19 +94,27 @@ int answerInto(int file, const std::function<std::string()>& work) {
     }
 }
 
-/// Reads until the other side closes. False when time or room ran out.
+bool isStopped(const ProcessLimits& limits) {
+    return limits.stopped && limits.stopped();
+}
+
+/// Reads until the other side closes. False when time or room ran out, or nobody waits any more.
 bool readAll(int file, const ProcessLimits& limits, std::string* answer) {
+    using std::chrono::milliseconds;
     const auto end = Clock::now() + std::chrono::duration<double>(limits.seconds);
     std::array<char, std::size_t{1} << 16> chunk{};
-    while (answer->size() <= limits.answerBytes) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    while (answer->size() <= limits.answerBytes && !isStopped(limits)) {
+        auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now());
+        if (left.count() <= 0) {
+            return false;
+        }
+        left = limits.stopped ? std::min(left, askInterval) : left;
         pollfd wanted{file, POLLIN, 0};
-        const int ready = left > 0 ? poll(&wanted, 1, static_cast<int>(left) + 1) : 0;
-        if (ready < 0 && errno == EINTR) {
+        const int ready = poll(&wanted, 1, static_cast<int>(left.count()) + 1);
+        if (ready == 0 || (ready < 0 && errno == EINTR)) {
             continue;
         }
-        if (ready <= 0) {
+        if (ready < 0) {
             return false;
         }
         const ssize_t got = read(file, chunk.data(), chunk.size());
@@ -161,7 +170,9 @@ ProcessResult runLimited(const std::function<std::string()>& work, const Process
         rusage usage{};
         while (wait4(copy, &status, 0, &usage) < 0 && errno == EINTR) {
         }
-        result.end = complete ? endOf(status, usage, limits) : ProcessEnd::OutOfTime;
+        result.end = complete            ? endOf(status, usage, limits)
+                     : isStopped(limits) ? ProcessEnd::Stopped
+                                         : ProcessEnd::OutOfTime;
         if (result.answer.size() > limits.answerBytes) {
             result.end = ProcessEnd::OutOfMemory;
         }

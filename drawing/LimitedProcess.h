@@ -10,6 +10,7 @@ struct ProcessLimits {
     double seconds = 10.0;                            ///< by the clock on the wall
     std::size_t memory = std::size_t{1} << 30;        ///< bytes, beyond what the caller has mapped
     std::size_t answerBytes = std::size_t{256} << 20; ///< a longer answer is none
+    std::function<bool()> stopped; ///< asked many times a second; true ends the work. May be empty
 };
 
 enum class ProcessEnd {
@@ -17,6 +18,7 @@ enum class ProcessEnd {
     OutOfTime,
     OutOfMemory,
     Crashed,
+    Stopped,
     NotStarted, ///< the system has no process or pipe to give
 };
 

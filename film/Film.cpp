@@ -91,6 +91,8 @@ PipelineCallbacks pipelineCallbacks(const FilmCallbacks& callbacks, long first) 
     PipelineCallbacks passedOn;
     passedOn.interrupted = callbacks.interrupted;
     passedOn.warning = callbacks.warning;
+    passedOn.beforeFrame = callbacks.beforeFrame;
+    passedOn.giveWay = callbacks.giveWay;
     if (callbacks.frameWritten) {
         passedOn.frameWritten = [told = callbacks.frameWritten, next = first]() mutable {
             told(next++);

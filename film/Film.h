@@ -51,9 +51,13 @@ struct FilmRequest {
 };
 
 /// What a film asks and tells while it is made. All may be empty. `interrupted` is asked by any
-/// thread, often; the others are called by one thread at a time.
+/// thread, often; each of the others is called by one thread at a time.
 struct FilmCallbacks {
     std::function<bool()> interrupted; ///< true ends the film soon; what is finished is kept
+    std::function<void()> beforeFrame; ///< called before each frame is drawn; it may wait
+    /// Asked often by the thread that draws: true drops the frame in the making, so that others may
+    /// draw. It is drawn anew after another `beforeFrame`, with the same bytes.
+    std::function<bool()> giveWay;
     std::function<void(long frame)> frameWritten;
     std::function<void(const std::string& text)> warning; ///< what the effect tells its user
 };

@@ -6,6 +6,8 @@
 #include "film/ScenePlan.h"
 
 #include <functional>
+#include <optional>
+#include <string>
 
 namespace orbel {
 
@@ -20,7 +22,15 @@ public:
     FrameOnDemand& operator=(const FrameOnDemand&) = delete;
     ~FrameOnDemand() = default;
 
+    [[nodiscard]] ScenePlan& plan() { return m_plan; }
     [[nodiscard]] const ScenePlan& plan() const { return m_plan; }
+
+    /// Draws another stroke from now on: other values, and another shape file or text.
+    void takeStroke(ParameterStore parameters, std::string shapePath, std::string shapeText);
+
+    /// What lies under the stroke at a frame, alone; alpha as `plan().alpha.source` says. The image
+    /// holds until the next call. Throws MediaError.
+    [[nodiscard]] const MemoryImage& input(long frame);
 
     /// Renders a frame, also one outside of the plan's range. The image belongs to this object and
     /// holds until the next call: the plan's size and format, rows top-down, alpha as
@@ -30,10 +40,12 @@ public:
     [[nodiscard]] const MemoryImage* render(long frame, const std::function<bool()>& cancelled);
 
 private:
+    void makeRenderer();
+
     ScenePlan m_plan;
     FrameInput m_frameInput;
     std::function<bool()> m_cancelled;
-    FrameRenderer m_renderer;
+    std::optional<FrameRenderer> m_renderer; ///< of the stroke that there is
     MemoryImage m_input;
     MemoryImage m_output;
 };

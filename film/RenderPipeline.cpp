@@ -27,6 +27,7 @@ struct RenderPipeline::Run {
           writers(outputs),
           input(pipeline.m_input),
           renderer(pipeline.m_renderer),
+          keptInput(pipeline.m_keptInput),
           next(plan.frames.first) {}
 
     /// Makes a job of the next frame with its input; false when there is none.
@@ -46,7 +47,7 @@ struct RenderPipeline::Run {
         }
         const Stopwatch watch(&result.times.rendering);
         job.rendered = guarded(job.frame, [&] {
-            const int code = renderer.render(job.frame, job.input, job.output);
+            const int code = draw(job);
             if (code != 0 && !interrupted()) {
                 throw RenderError(code);
             }
@@ -54,6 +55,23 @@ struct RenderPipeline::Run {
             gaveUp = gaveUp || code != 0;
         });
         job.rendered = job.rendered && !gaveUp;
+    }
+
+    /// Draws until it is done or given up for good.
+    int draw(Job& job) {
+        if (callbacks.giveWay) {
+            keptInput.copyFrom(job.input);
+        }
+        for (;;) {
+            if (callbacks.beforeFrame) {
+                callbacks.beforeFrame();
+            }
+            const int code = renderer.render(job.frame, job.input, job.output);
+            if (code != FrameRenderer::abortCode || !callbacks.giveWay || interrupted()) {
+                return code;
+            }
+            job.input.copyFrom(keptInput);
+        }
     }
 
     void write(const Job& job) {
@@ -117,6 +135,7 @@ struct RenderPipeline::Run {
     const std::vector<std::unique_ptr<MediaWriter>>& writers;
     FrameInput& input;
     FrameRenderer& renderer;
+    MemoryImage& keptInput;
     long next;
     std::atomic<bool> stopped = false;
     bool gaveUp = false;       // the rendering stage's own
@@ -158,16 +177,29 @@ RenderPipeline::RenderPipeline(ScenePlan* plan, int threads, PipelineCallbacks c
       m_threads(threads),
       m_callbacks(std::move(callbacks)),
       m_input(plan),
-      m_renderer(plan, m_callbacks.interrupted, m_callbacks.warning),
+      m_renderer(plan,
+                 m_callbacks.interrupted || m_callbacks.giveWay
+                     ? std::function<bool()>([this] { return isUnwanted(); })
+                     : nullptr,
+                 m_callbacks.warning),
       m_jobs(static_cast<std::size_t>(
           std::min<long>(threads == 1 ? 1 : plan->framesInFlight, plan->frames.count()))) {
     for (Job& job : m_jobs) {
         job.input = m_renderer.makeImage();
         job.output = m_renderer.makeImage();
     }
+    if (m_callbacks.giveWay) {
+        m_keptInput = m_renderer.makeImage();
+    }
 }
 
 RenderPipeline::~RenderPipeline() = default;
+
+/// Whether the frame in the making is to be dropped, for good or for now.
+bool RenderPipeline::isUnwanted() const {
+    return (m_callbacks.interrupted && m_callbacks.interrupted()) ||
+           (m_callbacks.giveWay && m_callbacks.giveWay());
+}
 
 PipelineResult RenderPipeline::run(const std::vector<std::unique_ptr<MediaWriter>>& writers) {
     Run run(*this, writers);

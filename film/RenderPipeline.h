@@ -32,10 +32,12 @@ public:
         : std::runtime_error("the effect gave up with code " + std::to_string(code)) {}
 };
 
-/// What a rendering asks and tells on its way. All may be empty; `frameWritten` is called by one
-/// thread at a time, `interrupted` by any.
+/// What a rendering asks and tells on its way. All may be empty; `interrupted` is called by any
+/// thread, each of the others by one at a time.
 struct PipelineCallbacks {
     std::function<bool()> interrupted;
+    std::function<void()> beforeFrame; ///< may wait
+    std::function<bool()> giveWay;     ///< true drops the frame in the making; it is drawn anew
     std::function<void()> frameWritten;
     std::function<void(const std::string&)> warning;
 };
@@ -59,6 +61,7 @@ private:
     struct Run;
     class Queue;
 
+    [[nodiscard]] bool isUnwanted() const;
     void renderAll(Run& run);
     void renderOverlapped(Run& run);
 
@@ -67,6 +70,7 @@ private:
     PipelineCallbacks m_callbacks;
     FrameInput m_input;
     FrameRenderer m_renderer;
+    MemoryImage m_keptInput; ///< of the frame in the making, where it may have to be drawn anew
     std::vector<Job> m_jobs; ///< used in turn
 };
 

@@ -89,8 +89,8 @@ Answer checkScene(const Call& call) {
     const std::optional<Scene> scene = readScene(textMember(call.body, "text"), file, &problems);
     json plan = nullptr;
     if (scene && problems.empty()) {
-        if (const std::optional<ScenePlan> planned =
-                planScene(*scene, 0, &problems, call.studio.convertShape())) {
+        if (const std::optional<ScenePlan> planned = planScene(
+                *scene, 0, &problems, call.studio.conversions().until(call.request.isGone))) {
             plan = planJson(*scene, *planned);
         }
     }

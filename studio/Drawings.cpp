@@ -5,10 +5,9 @@
 #include "shapes/SvgParser.h"
 #include "studio/FileStamp.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
-#include <memory>
-#include <mutex>
-#include <utility>
 
 namespace orbel::studio {
 
@@ -16,20 +15,9 @@ namespace {
 
 constexpr double boxSide = 100.0;
 
-/// The last conversion, and what it was made of.
-struct LastConversion {
-    std::mutex mutex;
-    std::optional<std::string> shape;
-    std::optional<ImportOptions> import;
-    std::optional<LetteringOptions> lettering;
-    std::string stamp;
-    std::string svg; ///< empty: none yet
-
-    [[nodiscard]] bool isOf(const Scene& scene, const std::string& now) const {
-        return !svg.empty() && shape == scene.shape && import == scene.import &&
-               lettering == scene.lettering && stamp == now;
-    }
-};
+/// Shapes that are remembered: what undo and a second page go back to.
+constexpr std::size_t mostKnown = 8;
+constexpr std::chrono::milliseconds askInterval{20};
 
 /// Two decimals are finer than any small picture shows.
 std::string pointText(double x, double y) {
@@ -59,25 +47,69 @@ std::string outlineText(const PluginPath_Impl::Vx_PathOutline& outline) {
 
 } // namespace
 
-ShapeConverter remembering(ShapeConverter convert) {
-    if (!convert) {
+const Conversions::Converted* Conversions::known(const Scene& scene) const {
+    const std::string stamp = stampOf(scene.shape.value_or(""));
+    const auto found = std::find_if(m_known.begin(), m_known.end(), [&](const Converted& one) {
+        return one.shape == scene.shape && one.import == scene.import &&
+               one.lettering == scene.lettering && one.stamp == stamp;
+    });
+    return found == m_known.end() ? nullptr : &*found;
+}
+
+/// Another request's conversion may take long; nobody waits for it in vain.
+bool Conversions::lockUntil(const Stopped& stopped) {
+    while (!m_mutex.try_lock_for(askInterval)) {
+        if (stopped && stopped()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+ShapeConverter Conversions::until(Stopped stopped) {
+    if (!m_make) {
         return {};
     }
-    return [convert = std::move(convert), last = std::make_shared<LastConversion>()](
-               const Scene& scene, Problems* problems) -> std::optional<std::string> {
-        const std::lock_guard lock(last->mutex);
-        const std::string stamp = stampOf(scene.shape.value_or(""));
-        if (last->isOf(scene, stamp)) {
-            return last->svg;
-        }
-        std::optional<std::string> svg = convert(scene, problems);
-        last->svg = svg.value_or("");
-        last->shape = scene.shape;
-        last->import = scene.import;
-        last->lettering = scene.lettering;
-        last->stamp = stamp;
-        return svg;
+    return [this, stopped = std::move(stopped)](const Scene& scene, Problems* problems) {
+        return convert(scene, stopped, problems);
     };
+}
+
+std::optional<std::string> Conversions::convert(const Scene& scene, const Stopped& stopped,
+                                                Problems* problems) {
+    if (!lockUntil(stopped)) {
+        problems->add({scene.file, "/shape", "the conversion was stopped", "try again"});
+        return std::nullopt;
+    }
+    const std::unique_lock lock(m_mutex, std::adopt_lock);
+    if (const Converted* const found = known(scene)) {
+        return found->give(problems);
+    }
+    Converted fresh{
+        scene.shape, scene.import, scene.lettering, stampOf(scene.shape.value_or("")), {}, {}, {}};
+    const auto note = [&fresh](const std::string& text) { fresh.notes.push_back(text); };
+    fresh.svg = m_make(note, stopped)(scene, &fresh.problems);
+    if (!fresh.svg && stopped && stopped()) {
+        return fresh.give(problems); // given up, which says nothing about the drawing
+    }
+    m_known.push_front(std::move(fresh));
+    if (m_known.size() > mostKnown) {
+        m_known.pop_back();
+    }
+    return m_known.front().give(problems);
+}
+
+std::optional<std::string> Conversions::Converted::give(Problems* told) const {
+    for (const Problem& problem : problems.items()) {
+        told->add(problem);
+    }
+    return svg;
+}
+
+std::vector<std::string> Conversions::notesOf(const Scene& scene) {
+    const std::unique_lock lock(m_mutex);
+    const Converted* const found = known(scene);
+    return found == nullptr ? std::vector<std::string>{} : found->notes;
 }
 
 json outlinesJson(std::string_view svg) {

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace orbel::studio {
@@ -20,6 +21,9 @@ namespace {
 
 constexpr std::size_t mostJobs = 200;
 constexpr std::chrono::milliseconds tellInterval{200};
+constexpr std::chrono::milliseconds handInterval{10};
+constexpr std::chrono::milliseconds longFrame{100};
+constexpr std::chrono::seconds longPatience{10};
 
 /// The first of the files that a film would be written over.
 std::optional<std::string> takenName(const std::string& path, bool isSequence,
@@ -42,6 +46,15 @@ Refusal nameTaken(const std::string& path) {
             "choose another name, or overwrite it"};
 }
 
+/// Reading and coding, too, leave the processors to whoever waits for a picture. Threads take this
+/// over from the one that makes them.
+void stepBack() {
+#ifdef __linux__
+    constexpr int niceness = 10;
+    static_cast<void>(setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness));
+#endif
+}
+
 /// Beside the film and with its ending, hidden until it is whole.
 std::string partialName(const fs::path& film, long number) {
     return (film.parent_path() / (".orbel-" + std::to_string(getpid()) + "-" +
@@ -51,10 +64,12 @@ std::string partialName(const fs::path& film, long number) {
 
 } // namespace
 
-ExportQueue::ExportQueue(SceneFolder* folder, EventHub* events, ShapeConverter convert)
+ExportQueue::ExportQueue(SceneFolder* folder, EventHub* events, Conversions* conversions,
+                         const Preview* preview)
     : m_folder(folder),
       m_events(events),
-      m_convert(std::move(convert)),
+      m_conversions(conversions),
+      m_preview(preview),
       m_thread([this] { work(); }) {}
 
 ExportQueue::~ExportQueue() {
@@ -74,7 +89,7 @@ long ExportQueue::add(const Scene& scene, const ExportWish& wish) {
     Problems problems;
     FilmRequest request;
     request.outputs.file = path.string();
-    request.convertShape = m_convert;
+    request.convertShape = m_conversions->until({});
     request.frames = wish.frames;
     request.size = wish.size;
     const std::optional<ScenePlan> plan = planFilm(scene, request, &problems);
@@ -139,6 +154,7 @@ std::string ExportQueue::resultOf(long number) {
 }
 
 void ExportQueue::work() {
+    stepBack();
     while (Job* const job = takeNext()) {
         make(job);
     }
@@ -166,6 +182,9 @@ void ExportQueue::make(Job* job) {
     FilmCallbacks callbacks;
     callbacks.interrupted = [job] { return job->cancelled.load(); };
     callbacks.frameWritten = [this, job](long /*frame*/) { frameWritten(job); };
+    callbacks.beforeFrame = [this, job] { waitForHand(*job); };
+    callbacks.giveWay = [this] { return givesWay(); };
+    m_frameBegin = Clock::now();
     Problems problems;
     FilmResult result;
     if (std::optional<ScenePlan> plan = planFilm(job->scene, job->request, &problems)) {
@@ -175,6 +194,32 @@ void ExportQueue::make(Job* job) {
         result.problem = problems.items().front();
     }
     finish(job, result);
+}
+
+/// Waits while pictures are wanted, but no longer than many frames take: a film goes on while
+/// somebody plays, too, in a small part of the time.
+void ExportQueue::waitForHand(const Job& job) {
+    if (!m_gaveWay) {
+        m_drawn = Clock::now();
+        m_frameDuration = m_drawn - m_frameBegin;
+    }
+    m_gaveWay = false;
+    while (m_preview->isBusy() && !job.cancelled && Clock::now() - m_drawn < patience()) {
+        std::this_thread::sleep_for(handInterval);
+    }
+    m_frameBegin = Clock::now();
+}
+
+/// A short frame is drawn to its end; a long one would keep the hand waiting.
+bool ExportQueue::givesWay() {
+    const Clock::time_point now = Clock::now();
+    m_gaveWay = now - m_frameBegin > longFrame && now - m_drawn < patience() && m_preview->isBusy();
+    return m_gaveWay;
+}
+
+ExportQueue::Clock::duration ExportQueue::patience() const {
+    const bool isLong = std::max(m_frameDuration, Clock::now() - m_frameBegin) > longFrame;
+    return std::max<Clock::duration>(m_frameDuration * 20, isLong ? longPatience : handInterval);
 }
 
 void ExportQueue::frameWritten(Job* job) {

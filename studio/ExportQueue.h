@@ -2,6 +2,7 @@
 
 #include "film/Film.h"
 #include "studio/EventHub.h"
+#include "studio/Preview.h"
 #include "studio/SceneFolder.h"
 
 #include <atomic>
@@ -22,11 +23,13 @@ struct ExportWish {
     Overwrite overwrite = Overwrite::No;
 };
 
-/// Makes films one after the other, each just as the command line would. Any thread.
+/// Makes films one after the other, each just as the command line would; gives way to the pictures
+/// that a person waits for. Any thread.
 class ExportQueue {
 public:
-    /// Folder and events are borrowed.
-    ExportQueue(SceneFolder* folder, EventHub* events, ShapeConverter convert);
+    /// Borrows everything.
+    ExportQueue(SceneFolder* folder, EventHub* events, Conversions* conversions,
+                const Preview* preview);
     ExportQueue(const ExportQueue&) = delete;
     ExportQueue& operator=(const ExportQueue&) = delete;
     /// Cancels what is left.
@@ -66,6 +69,9 @@ private:
     void work();
     Job* takeNext();
     void make(Job* job);
+    void waitForHand(const Job& job);
+    [[nodiscard]] bool givesWay();
+    [[nodiscard]] Clock::duration patience() const;
     void frameWritten(Job* job);
     void finish(Job* job, const FilmResult& result);
     static void put(Job* job);
@@ -76,14 +82,20 @@ private:
 
     SceneFolder* m_folder;
     EventHub* m_events;
-    ShapeConverter m_convert;
+    Conversions* m_conversions;
+    const Preview* m_preview;
+    // Of the thread that draws.
+    Clock::time_point m_drawn;         ///< when the last frame was
+    Clock::time_point m_frameBegin;    ///< of the one in the making
+    Clock::duration m_frameDuration{}; ///< of the last one
+    bool m_gaveWay = false;            ///< the one in the making was dropped
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::list<Job> m_jobs;
     long m_lastNumber = 0;
     Clock::time_point m_told;
     bool m_ending = false;
-    std::thread m_thread;
+    std::thread m_thread; ///< last, as it uses everything else
 };
 
 } // namespace orbel::studio

@@ -67,7 +67,7 @@ Answer playScene(const Call& call) {
     wish.exact = false;
     PlayedRange range;
     range.loop = flagMember(call.body, "loop");
-    preview.withPlan(wish, [&](ScenePlan& plan) {
+    preview.withPlan(wish, call.request.isGone, [&](ScenePlan& plan) {
         range.frames = plan.frames;
         range.rate = plan.frameRate.perSecond();
     });
@@ -86,8 +86,9 @@ Answer playScene(const Call& call) {
 Answer tellPath(const Call& call) {
     json overlay;
     const FrameWish wish = wishOf(call);
-    call.studio.preview().withPlan(
-        wish, [&](ScenePlan& plan) { overlay = overlayJson(plan, wish.frame); });
+    call.studio.preview().withPlan(wish, call.request.isGone, [&](ScenePlan& plan) {
+        overlay = overlayJson(plan, wish.frame);
+    });
     return answerOf(overlay);
 }
 

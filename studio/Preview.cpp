@@ -3,6 +3,8 @@
 #include "media/PixelConversion.h"
 #include "pixel/TraitsByFormat.h"
 #include "scene/PixelFormats.h"
+#include "scene/SceneReader.h"
+#include "studio/FileStamp.h"
 
 #include <algorithm>
 #include <array>
@@ -15,6 +17,9 @@ namespace orbel::studio {
 namespace {
 
 constexpr std::size_t mostKeptTabs = 8;
+constexpr std::size_t mostReadings = 8;
+/// How long a hand may rest between two pictures and still move something.
+constexpr std::chrono::milliseconds restOfHand{250};
 
 /// Never larger than the scene: enlarging is the page's business.
 FrameSize shownSize(const FrameWish& wish, FrameSize scene) {
@@ -94,17 +99,102 @@ Serial Preview::announce(const std::string& tab, std::uint64_t number) {
     return {newest, number == 0 ? newest->load() : number};
 }
 
-ShownFrame Preview::draw(const FrameWish& wish, const Aborted& aborted) {
-    const std::lock_guard lock(m_drawing);
-    if (aborted()) {
-        throw Superseded{};
+std::shared_ptr<const Scene> Preview::read(const FrameWish& wish) {
+    const std::lock_guard lock(m_readingsMutex);
+    const auto known =
+        std::find_if(m_readings.begin(), m_readings.end(),
+                     [&](const Reading& reading) { return reading.file == wish.file; });
+    if (known != m_readings.end() && known->text == wish.text) {
+        return known->scene;
     }
-    Stage& full = m_stages.full(wish.text, wish.file);
+    Problems problems;
+    std::optional<Scene> scene = readScene(wish.text, wish.file, &problems);
+    if (!scene || !problems.empty()) {
+        throw BadScene{problems};
+    }
+    if (known != m_readings.end()) {
+        m_readings.erase(known);
+    }
+    m_readings.push_front({wish.text, wish.file, std::make_shared<const Scene>(std::move(*scene))});
+    if (m_readings.size() > mostReadings) {
+        m_readings.pop_back();
+    }
+    return m_readings.front().scene;
+}
+
+std::set<std::string> Preview::filesOnShow() {
+    const std::lock_guard lock(m_readingsMutex);
+    std::set<std::string> files;
+    for (const Reading& reading : m_readings) {
+        files.insert(fileOf(reading.scene->input));
+        files.insert(reading.scene->shape.value_or(""));
+    }
+    files.erase("");
+    return files;
+}
+
+bool Preview::isBusy() const {
+    return m_waiting > 0 || std::chrono::steady_clock::now() - m_lastTurn.load() < restOfHand;
+}
+
+/// A request's turn to draw. Whatever takes long, the conversion of a drawing, is done before, so
+/// that it keeps nobody else waiting.
+class Preview::Turn {
+public:
+    Turn(Preview* preview, const FrameWish& wish, const Aborted& aborted)
+        : m_preview(preview), m_aborted(aborted) {
+        ++preview->m_waiting;
+        try {
+            m_scene = preview->read(wish);
+            m_convert = preview->m_conversions->until(aborted);
+            convertAhead();
+            m_lock = std::unique_lock(preview->m_drawing);
+            endIfAborted();
+        } catch (...) {
+            leave();
+            throw;
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() { leave(); }
+
+    [[nodiscard]] FrameOnDemand& full() { return m_preview->m_stages.full(m_scene, m_convert); }
+
+private:
+    void convertAhead() const {
+        Problems problems;
+        if (m_scene->needsConversion() && m_convert && !m_convert(*m_scene, &problems)) {
+            endIfAborted();
+            throw BadScene{problems};
+        }
+    }
+    void endIfAborted() const {
+        if (m_aborted && m_aborted()) {
+            throw Superseded{};
+        }
+    }
+    void leave() const {
+        m_preview->m_lastTurn = std::chrono::steady_clock::now();
+        --m_preview->m_waiting;
+    }
+
+    Preview* m_preview;
+    const Aborted& m_aborted;
+    std::shared_ptr<const Scene> m_scene;
+    ShapeConverter m_convert;
+    std::unique_lock<std::mutex> m_lock;
+};
+
+ShownFrame Preview::draw(const FrameWish& wish, const Aborted& aborted) {
+    Turn turn(this, wish, aborted);
+    FrameOnDemand& full = turn.full();
     const FrameSize whole = full.plan().size;
     const FrameSize size = shownSize(wish, whole);
-    Stage* const reduced = size == whole || wish.exact ? nullptr : m_stages.reduced(size);
-    Stage& stage = reduced != nullptr ? *reduced : full;
-    const DrawnFrame drawn = stage.draw(wish.frame, wish.before, aborted);
+    FrameOnDemand* const reduced = size == whole || wish.exact ? nullptr : m_stages.reduced(size);
+    const DrawnFrame drawn = reduced != nullptr
+                                 ? drawOn(*reduced, wish.frame, wish.before, aborted)
+                                 : m_stages.drawFull(wish.frame, wish.before, aborted);
     if (reduced != nullptr || size == whole) {
         return {showRaster(drawn.raster, drawn.alpha, wish.ground), reduced == nullptr};
     }
@@ -113,21 +203,18 @@ ShownFrame Preview::draw(const FrameWish& wish, const Aborted& aborted) {
 }
 
 json Preview::pixel(const FrameWish& wish, int x, int y, const Aborted& aborted) {
-    const std::lock_guard lock(m_drawing);
-    if (aborted()) {
-        throw Superseded{};
-    }
-    Stage& stage = m_stages.full(wish.text, wish.file);
-    const FrameSize size = stage.plan().size;
+    Turn turn(this, wish, aborted);
+    const FrameSize size = turn.full().plan().size;
     if (x >= size.width || y >= size.height) {
         throw Refusal{400, "this place is outside the picture", ""};
     }
-    return pixelOf(stage.draw(wish.frame, wish.before, aborted), x, y);
+    return pixelOf(m_stages.drawFull(wish.frame, wish.before, aborted), x, y);
 }
 
-void Preview::withPlan(const FrameWish& wish, const std::function<void(ScenePlan&)>& action) {
-    const std::lock_guard lock(m_drawing);
-    action(m_stages.full(wish.text, wish.file).plan());
+void Preview::withPlan(const FrameWish& wish, const Aborted& aborted,
+                       const std::function<void(ScenePlan&)>& action) {
+    Turn turn(this, wish, aborted);
+    action(turn.full().plan());
 }
 
 Answer Preview::answer(const std::string& tab, const Serial& serial,

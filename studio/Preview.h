@@ -1,20 +1,29 @@
 #pragma once
 
+#include "media/ScalePicture.h"
 #include "studio/Composite.h"
-#include "studio/Json.h"
+#include "studio/Drawings.h"
+#include "studio/Message.h"
 #include "studio/Stage.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 namespace orbel::studio {
+
+using nlohmann::json;
 
 /// A picture that a page asks for.
 struct FrameWish {
@@ -52,7 +61,8 @@ class Preview {
 public:
     using Aborted = std::function<bool()>;
 
-    explicit Preview(ShapeConverter convert) : m_stages(std::move(convert)) {}
+    /// Borrows the conversions.
+    explicit Preview(Conversions* conversions) : m_conversions(conversions) {}
 
     /// Makes `number` the newest of its tab: whatever the tab wanted before is given up. 0 is as
     /// new as the newest.
@@ -64,13 +74,21 @@ public:
     /// Throws what `draw` throws, and a Refusal for a place outside the picture.
     [[nodiscard]] json pixel(const FrameWish& wish, int x, int y, const Aborted& aborted);
     /// Does something with the plan of a scene in its full size while nothing is drawn.
-    void withPlan(const FrameWish& wish, const std::function<void(ScenePlan&)>& action);
+    void withPlan(const FrameWish& wish, const Aborted& aborted,
+                  const std::function<void(ScenePlan&)>& action);
 
     /// The part of a picture that differs from the one that the tab has kept under `since`, with
     /// its head. Keeps the new one instead.
     [[nodiscard]] Answer answer(const std::string& tab, const Serial& serial,
                                 std::optional<std::uint64_t> since, ShownFrame frame,
                                 double milliseconds);
+
+    /// Whether a page waits for a picture, or did a moment ago: a hand is moving something.
+    [[nodiscard]] bool isBusy() const;
+    /// The files that the scenes on show are made of; of a sequence its pattern.
+    [[nodiscard]] std::set<std::string> filesOnShow();
+    /// Some of them have changed.
+    void filesChanged() { m_stages.lookAgain(); }
 
 private:
     struct Tab {
@@ -81,11 +99,26 @@ private:
         std::uint64_t used = 0;
     };
 
+    /// A scene as it was read last.
+    struct Reading {
+        std::string text;
+        std::string file;
+        std::shared_ptr<const Scene> scene;
+    };
+
+    class Turn;
+
     Tab& tabOf(const std::string& name);
+    [[nodiscard]] std::shared_ptr<const Scene> read(const FrameWish& wish);
 
     std::mutex m_tabsMutex;
     std::map<std::string, Tab> m_tabs;
     std::uint64_t m_uses = 0;
+    std::mutex m_readingsMutex;
+    std::deque<Reading> m_readings; ///< newest first, one a scene
+    Conversions* m_conversions;
+    std::atomic<int> m_waiting = 0;
+    std::atomic<std::chrono::steady_clock::time_point> m_lastTurn{};
     std::mutex m_drawing;
     StageKeeper m_stages;
     PictureScaler m_scaler;

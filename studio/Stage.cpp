@@ -1,8 +1,5 @@
 #include "studio/Stage.h"
 
-#include "film/FrameRenderer.h"
-#include "film/RenderPipeline.h"
-#include "scene/SceneReader.h"
 #include "scene/SceneShapes.h"
 #include "shapes/ShapeCache.h"
 #include "studio/FileStamp.h"
@@ -31,14 +28,6 @@ ParameterStore storeOf(const Scene& scene) {
         store.setKeys(id, keys);
     }
     return store;
-}
-
-std::string fileOf(const SceneInput& input) {
-    if (const auto* const raw = std::get_if<RawInput>(&input)) {
-        return raw->path;
-    }
-    const auto* const media = std::get_if<MediaInput>(&input);
-    return media == nullptr ? "" : media->path;
 }
 
 bool isSameInput(const SceneInput& a, const SceneInput& b) {
@@ -89,57 +78,53 @@ OutputAlpha carriedBy(SourceAlpha alpha) {
 
 } // namespace
 
-Stage::Stage(ScenePlan plan) : m_plan(std::move(plan)), m_reader(&m_plan) {
-    const FrameRenderer renderer(&m_plan, {}, {});
-    m_input = renderer.makeImage();
-    m_output = renderer.makeImage();
-}
-
-void Stage::takeStroke(const Scene& scene, const std::string& shapeText) {
-    m_plan.parameters = storeOf(scene);
-    m_plan.shapePath = scene.needsConversion() ? "" : scene.shape.value_or("");
-    m_plan.shapeText = shapeText;
-}
-
-DrawnFrame Stage::draw(long frame, bool before, const std::function<bool()>& aborted) {
-    m_reader.fill(frame, m_input);
+DrawnFrame drawOn(FrameOnDemand& stage, long frame, bool before,
+                  const std::function<bool()>& aborted) {
+    const AlphaHandling& alpha = stage.plan().alpha;
     if (before) {
-        return {m_input.info(), carriedBy(m_plan.alpha.source)};
+        return {stage.input(frame).info(), carriedBy(alpha.source)};
     }
-    FrameRenderer renderer(&m_plan, aborted, {});
-    const int code = renderer.render(frame, m_input, m_output);
-    if (code != 0 && aborted && aborted()) {
+    const MemoryImage* const drawn = stage.render(frame, aborted);
+    if (drawn == nullptr) {
         throw Superseded{};
     }
-    if (code != 0) {
-        throw RenderError(code);
-    }
-    return {m_output.info(), m_plan.alpha.output};
+    return {drawn->info(), alpha.output};
 }
 
-Stage& StageKeeper::full(const std::string& text, const std::string& file) {
-    if (m_full != nullptr && m_scene && text == m_text && file == m_scene->file &&
-        stampOf(fileOf(m_scene->input)) == m_stamp && shapeIsCurrent(*m_scene)) {
+FrameOnDemand& StageKeeper::full(const std::shared_ptr<const Scene>& scene,
+                                 const ShapeConverter& convert) {
+    const bool sameInput = m_full != nullptr && inputIsCurrent(scene->input);
+    const bool sameShape = shapeIsCurrent(*scene);
+    if (m_full != nullptr && sameInput && sameShape && scene == m_scene) {
         return *m_full;
     }
-    Problems problems;
-    std::optional<Scene> scene = readScene(text, file, &problems);
-    if (!scene || !problems.empty()) {
-        throw BadScene{problems};
-    }
-    const std::string stamp = stampOf(fileOf(scene->input));
-    if (!shapeIsCurrent(*scene)) {
+    if (!sameShape) {
         flushStrokeCache();
     }
-    if (m_full != nullptr && m_scene && areAlike(*m_scene, *scene) && stamp == m_stamp) {
-        restroke(*scene);
+    if (m_full != nullptr && sameInput && areAlike(*m_scene, *scene)) {
+        restroke(*scene, convert);
     } else {
-        plan(*scene);
+        plan(*scene, convert);
     }
-    m_text = text;
-    m_stamp = stamp;
-    m_scene = std::move(scene);
+    m_scene = scene;
     return *m_full;
+}
+
+DrawnFrame StageKeeper::drawFull(long frame, bool before, const std::function<bool()>& aborted) {
+    if (!m_drawn || m_drawn->frame != frame || m_drawn->before != before) {
+        m_drawn.reset();
+        m_drawn.emplace(KeptFrame{frame, before, drawOn(*m_full, frame, before, aborted)});
+    }
+    return m_drawn->drawn;
+}
+
+/// A picture or a clip is looked at every time, as that costs nothing; a sequence when somebody
+/// says that files have changed.
+bool StageKeeper::inputIsCurrent(const SceneInput& input) {
+    const std::string file = fileOf(input);
+    const bool look = m_lookAgain.exchange(false) || !isSequence(file);
+    return m_scene != nullptr && fileOf(m_scene->input) == file &&
+           (!look || stampOfInput(file) == m_stamp);
 }
 
 bool StageKeeper::shapeIsCurrent(const Scene& scene) {
@@ -154,11 +139,11 @@ bool StageKeeper::shapeIsCurrent(const Scene& scene) {
 }
 
 /// Gives another stroke to the stages that there are.
-void StageKeeper::restroke(const Scene& scene) {
+void StageKeeper::restroke(const Scene& scene, const ShapeConverter& convert) {
     Problems problems;
     std::string shapeText;
-    if (scene.needsConversion() && m_convert) {
-        shapeText = m_convert(scene, &problems).value_or("");
+    if (scene.needsConversion() && convert) {
+        shapeText = convert(scene, &problems).value_or("");
         checkPresets(scene, &problems);
     } else {
         checkShapes(scene, &problems);
@@ -166,30 +151,34 @@ void StageKeeper::restroke(const Scene& scene) {
     if (!problems.empty()) {
         throw BadScene{problems};
     }
-    m_full->takeStroke(scene, shapeText);
+    const std::string shapePath = scene.needsConversion() ? "" : scene.shape.value_or("");
+    m_drawn.reset();
+    m_full->takeStroke(storeOf(scene), shapePath, shapeText);
     if (m_reduced != nullptr) {
-        m_reduced->takeStroke(scene, shapeText);
+        m_reduced->takeStroke(storeOf(scene), shapePath, shapeText);
     }
 }
 
-void StageKeeper::plan(const Scene& scene) {
+void StageKeeper::plan(const Scene& scene, const ShapeConverter& convert) {
+    m_drawn.reset();
     m_reduced.reset(); // reads from the full one's media
     m_full.reset();
     m_scene.reset();
     Problems problems;
-    std::optional<ScenePlan> planned = planScene(scene, 0, &problems, m_convert);
+    m_stamp = stampOfInput(fileOf(scene.input));
+    std::optional<ScenePlan> planned = planScene(scene, 0, &problems, convert);
     if (!planned) {
         throw BadScene{problems};
     }
-    m_full = std::make_unique<Stage>(std::move(*planned));
+    m_full = std::make_unique<FrameOnDemand>(std::move(*planned));
 }
 
-Stage* StageKeeper::reduced(FrameSize size) {
+FrameOnDemand* StageKeeper::reduced(FrameSize size) {
     if (!m_full->plan().rawFrame.empty()) {
         return nullptr;
     }
     if (m_reduced == nullptr || m_reduced->plan().size != size) {
-        m_reduced = std::make_unique<Stage>(reducedPlan(m_full->plan(), size));
+        m_reduced = std::make_unique<FrameOnDemand>(reducedPlan(m_full->plan(), size));
     }
     return m_reduced.get();
 }

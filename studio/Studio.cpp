@@ -146,10 +146,11 @@ json problemsJson(const Problems& problems) {
 Studio::Studio(const StudioSettings& settings)
     : m_folder(folderOf(settings.place)),
       m_firstScene(firstScene(m_folder, settings.place)),
-      m_convertShape(remembering(settings.convertShape)) {
+      m_conversions(settings.convertShape) {
     prepareShapeTable();
     m_table = textOf(parameterJson());
-    m_watch = std::make_unique<FolderWatch>(&m_folder, &m_events, [this] { return scenesInUse(); });
+    m_watch = std::make_unique<FolderWatch>(&m_folder, &m_events, &m_preview,
+                                            [this] { return scenesInUse(); });
     m_server = std::make_unique<HttpServer>(settings.port, settings.limits);
     m_server->serve(this);
 }

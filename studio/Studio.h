@@ -25,7 +25,7 @@ struct StudioSettings {
     std::string place;      ///< a scene file, there or not, or a folder; empty for the current one
     std::uint16_t port = 0; ///< 0: any that is free
     HttpLimits limits;
-    ShapeConverter convertShape; ///< for scenes whose shape is a drawing or a text
+    Conversions::Maker convertShape; ///< for scenes whose shape is a drawing or a text
 };
 
 /// `[{message, remedy, pointer, line, column}]`; line and column for errors of syntax alone.
@@ -53,7 +53,7 @@ public:
     [[nodiscard]] EventHub& events() { return m_events; }
     [[nodiscard]] ExportQueue& exports() { return m_exports; }
     [[nodiscard]] Results& results() { return m_results; }
-    [[nodiscard]] const ShapeConverter& convertShape() const { return m_convertShape; }
+    [[nodiscard]] Conversions& conversions() { return m_conversions; }
     [[nodiscard]] const std::string& table() const { return m_table; }
     /// The name of the scene that a tab works on.
     [[nodiscard]] std::string sceneOf(const std::string& tab);
@@ -71,14 +71,14 @@ private:
     SceneFolder m_folder;
     std::string m_firstScene;
     std::string m_table;
-    ShapeConverter m_convertShape;
-    Preview m_preview{m_convertShape};
+    Conversions m_conversions;
+    Preview m_preview{&m_conversions};
     std::mutex m_mutex;
     std::map<std::string, std::string> m_scenes; ///< by tab
     std::atomic<int> m_pagesEnded = 0;
     EventHub m_events;
     Results m_results;
-    ExportQueue m_exports{&m_folder, &m_events, m_convertShape};
+    ExportQueue m_exports{&m_folder, &m_events, &m_conversions, &m_preview};
     std::unique_ptr<FolderWatch> m_watch;
     std::unique_ptr<HttpServer> m_server;
 };

@@ -28,7 +28,8 @@ export type SceneInput =
   | { kind: "none" }
   | { kind: "color"; rgba: readonly number[] }
   | { kind: "raw"; file: string }
-  | { kind: "file"; file: string };
+  /** `numbered`: a sequence, `first` the number of its first file where the scene states it. */
+  | { kind: "file"; file: string; numbered: boolean; first: number | null };
 
 export type SceneShape =
   | { kind: "none" }
@@ -43,6 +44,7 @@ export interface Scene {
   frames: readonly [number, number] | null;
   format: string;
   pixelAspect: number;
+  renderScale: readonly [number, number];
   input: SceneInput;
   shape: SceneShape;
   tracks: ReadonlyMap<number, Track>;
@@ -68,6 +70,7 @@ export function readScene(text: string, table: Table): Scene | BrokenScene {
     frames: pair(valueOf(root, "frames")),
     format: typeof format === "string" ? format : "rgba8",
     pixelAspect: positive(aspect) ?? 1,
+    renderScale: pair(valueOf(root, "renderScale")) ?? [1, 1],
     input: readInput(valueOf(root, "input")),
     shape: readShape(valueOf(root, "shape")),
     tracks: readTracks(root, table),
@@ -91,10 +94,12 @@ function pair(value: unknown): readonly [number, number] | null {
 
 function readInput(value: unknown): SceneInput {
   if (typeof value !== "object" || value === null) return { kind: "none" };
-  const { color, raw, file } = value as Record<string, unknown>;
+  const { color, raw, file, first } = value as Record<string, unknown>;
   if (Array.isArray(color)) return { kind: "color", rgba: color as number[] };
   if (typeof raw === "string") return { kind: "raw", file: raw };
-  return typeof file === "string" ? { kind: "file", file } : { kind: "none" };
+  if (typeof file !== "string") return { kind: "none" };
+  const numbered = /%\d*d/.test(file.replaceAll("%%", ""));
+  return { kind: "file", file, numbered, first: typeof first === "number" ? first : null };
 }
 
 function readShape(value: unknown): SceneShape {

@@ -4,8 +4,12 @@ import type { TableData } from "../document/table";
 import type { Client, Failure } from "./client";
 
 export interface FolderFile {
+  /** Of a sequence: its pattern, "shot-%04d.png". */
   name: string;
-  kind: "svg" | "picture" | "clip" | "scene";
+  kind: "svg" | "picture" | "sequence" | "clip" | "raw" | "scene";
+  /** Of a sequence: the number of its first file, and how many follow each other. */
+  first?: number;
+  count?: number;
 }
 
 export interface SceneAnswer {

@@ -1,7 +1,9 @@
 import { readable, type State } from "../document/state";
 import { tidy } from "../document/writing";
 import type { SceneInput } from "../document/scene";
+import type { FolderFile } from "../link/api";
 import { ColourField } from "./ColourField";
+import { FrameFields } from "./FrameFields";
 import { useSession } from "./hooks";
 import { NumberField } from "./NumberField";
 
@@ -19,19 +21,38 @@ export function InputPanel({ state }: { state: State }) {
   );
 }
 
+const inputKinds: readonly FolderFile["kind"][] = ["sequence", "clip", "picture", "raw"];
+
+/** The folder's files that can lie under the stroke: sequences and clips before single pictures. */
+function inputFiles(state: State): FolderFile[] {
+  return inputKinds.flatMap((kind) => state.file.files.filter((file) => file.kind === kind));
+}
+
+/** What a scene says to have the file as its input. */
+function inputOf(name: string, file: FolderFile | undefined): object {
+  if (file?.kind === "raw") return { raw: name };
+  // A sequence is looked for from 0 or 1 on unless the scene says otherwise.
+  return file?.first !== undefined && file.first > 1
+    ? { file: name, first: file.first }
+    : { file: name };
+}
+
 function InputChoice({ state, input }: { state: State; input: SceneInput }) {
   const session = useSession();
-  const files = state.file.files.filter((file) => file.kind === "picture" || file.kind === "clip");
-  const names = files.map((file) => file.name);
+  const files = inputFiles(state);
   const current = input.kind === "file" || input.kind === "raw" ? input.file : "";
-  if (current && !names.includes(current)) names.unshift(current);
+  const known = files.some((file) => file.name === current);
   const choose = (value: string) => {
+    const name = value.slice(5);
     const stated =
       value === "none"
         ? null
         : value === "color"
           ? { color: [0, 0, 0, 1] }
-          : { file: value.slice(5) };
+          : inputOf(
+              name,
+              files.find((file) => file.name === name),
+            );
     session.change("choose an input", session.edit().setHeader("input", stated));
   };
   return (
@@ -47,14 +68,39 @@ function InputChoice({ state, input }: { state: State; input: SceneInput }) {
       >
         <option value="none">Nothing (transparent)</option>
         <option value="color">A colour</option>
-        {names.map((name) => (
+        {current && !known && <option value={`file:${current}`}>{current}</option>}
+        {files.map(({ name, count }) => (
           <option key={name} value={`file:${name}`}>
-            {name}
+            {count ? `${name} (${count})` : name}
           </option>
         ))}
       </select>
       {input.kind === "color" && <InputColour rgba={input.rgba} />}
+      {input.kind === "file" && input.numbered && <FirstFile input={input} />}
     </>
+  );
+}
+
+/** The number of a sequence's first file. */
+function FirstFile({ input }: { input: SceneInput & { kind: "file" } }) {
+  const session = useSession();
+  const { file, first } = input;
+  const set = (number: number) =>
+    session.change(
+      "change the first file",
+      session.edit().setHeader("input", { file, first: Math.max(0, Math.round(number)) }),
+    );
+  return (
+    <div class="facts">
+      <span>First file</span>
+      <NumberField
+        label="Number of the first file"
+        value={first ?? 0}
+        shown={first === null ? "0 or 1" : String(first)}
+        step={1}
+        commit={set}
+      />
+    </div>
   );
 }
 
@@ -113,81 +159,6 @@ function Facts({ state }: { state: State }) {
       <button onClick={takeOver} title="Size, rate and length of the input become the scene's">
         Take over
       </button>
-    </div>
-  );
-}
-
-function FrameFields({ state }: { state: State }) {
-  const session = useSession();
-  const scene = readable(state);
-  const plan = state.check?.plan;
-  const size = scene?.size ?? plan?.size ?? [1280, 720];
-  const frames = scene?.frames ?? plan?.frames ?? [0, 0];
-  const fps = scene?.fps ?? plan?.fps ?? 30;
-  const set = (key: string, value: unknown, name: string) =>
-    session.change(name, session.edit().setHeader(key, value));
-  const whole = (value: number, low: number, high: number) =>
-    Math.round(Math.min(high, Math.max(low, value)));
-  const side = (value: number) => whole(value, 1, 32767);
-  const frame = (value: number) => whole(value, 0, 10_000_000);
-  return (
-    <div class="frame">
-      <h2>Frame</h2>
-      <div class="fields">
-        <span>Size</span>
-        <NumberField
-          label="Width"
-          value={size[0]}
-          shown={String(size[0])}
-          step={2}
-          commit={(w) => set("size", [side(w), size[1]], "change size")}
-        />
-        <NumberField
-          label="Height"
-          value={size[1]}
-          shown={String(size[1])}
-          step={2}
-          commit={(h) => set("size", [size[0], side(h)], "change size")}
-        />
-        <span>Frames</span>
-        <NumberField
-          label="First frame"
-          value={frames[0]}
-          shown={String(frames[0])}
-          step={1}
-          commit={(f) => set("frames", [Math.min(frame(f), frames[1]), frames[1]], "change frames")}
-        />
-        <NumberField
-          label="Last frame"
-          value={frames[1]}
-          shown={String(frames[1])}
-          step={1}
-          commit={(f) => set("frames", [frames[0], Math.max(frame(f), frames[0])], "change frames")}
-        />
-        <span>Rate</span>
-        <NumberField
-          label="Frames per second"
-          value={fps}
-          shown={`${tidy(fps, 3)} fps`}
-          step={1}
-          commit={(rate) => set("fps", tidy(Math.max(0.001, rate), 3), "change rate")}
-        />
-        <select
-          class="select"
-          aria-label="Pixel format"
-          value={scene?.format ?? "rgba8"}
-          onChange={(event) => {
-            set("format", event.currentTarget.value, "change format");
-            event.currentTarget.blur();
-          }}
-        >
-          {state.table.data.formats.map((format) => (
-            <option key={format} value={format}>
-              {format}
-            </option>
-          ))}
-        </select>
-      </div>
     </div>
   );
 }
