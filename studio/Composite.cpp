@@ -28,18 +28,16 @@ unsigned groundAt(const Ground& ground, int x, int y, std::size_t component) {
     return gridGreys[static_cast<std::size_t>((x / gridSquare + y / gridSquare) & 1)];
 }
 
-/// Lays what is over black already, with its alpha left in the fourth component, on the ground.
-void putOnGround(ShownPicture* shown, const Ground& ground) {
-    std::uint8_t* pixel = shown->rgba.data();
-    for (int y = 0; y < shown->height; ++y) {
-        for (int x = 0; x < shown->width; ++x, pixel += 4) {
-            const unsigned rest = opaque - pixel[3];
-            for (std::size_t i = 0; i < 3 && rest > 0; ++i) {
-                const unsigned below = (groundAt(ground, x, y, i) * rest + opaque / 2) / opaque;
-                pixel[i] = static_cast<std::uint8_t>(std::min(pixel[i] + below, opaque));
-            }
-            pixel[3] = opaque;
-        }
+/// Lays a pixel that is over black already, `alpha` its own, on the ground.
+void putOnGround(std::uint8_t* pixel, unsigned alpha, const Ground& ground, int x, int y) {
+    const unsigned rest = opaque - alpha;
+    pixel[3] = opaque;
+    if (rest == 0) {
+        return;
+    }
+    for (std::size_t i = 0; i < 3; ++i) {
+        const unsigned below = (groundAt(ground, x, y, i) * rest + opaque / 2) / opaque;
+        pixel[i] = static_cast<std::uint8_t>(std::min(pixel[i] + below, opaque));
     }
 }
 
@@ -80,31 +78,32 @@ ShownPicture showRaster(const RasterInfo& raster, OutputAlpha alpha, const Groun
     encodeOpaque(raster, alpha, {to, to + 1, to + 2, to + 3, 4, std::ptrdiff_t{4} * raster.width});
     withTraits(raster.pixelFormat, [&](auto traits) {
         using P = decltype(traits);
-        std::uint8_t* shownAlpha = to + 3;
+        std::uint8_t* pixel = to;
         for (int y = 0; y < raster.height; ++y) {
             const void* const row = raster.row(y);
             const auto* from = static_cast<const typename P::Component*>(row) + P::FORMAT::alpha;
-            for (int x = 0; x < raster.width; ++x, from += 4, shownAlpha += 4) {
-                *shownAlpha = scaleComponent<std::uint8_t>(*from);
+            for (int x = 0; x < raster.width; ++x, from += 4, pixel += 4) {
+                putOnGround(pixel, scaleComponent<std::uint8_t>(*from), ground, x, y);
             }
         }
     });
-    putOnGround(&shown, ground);
     return shown;
 }
 
 ShownPicture showPicture(const Picture& picture, const Ground& ground) {
     const auto& components = std::get<std::vector<std::uint8_t>>(picture.components);
     ShownPicture shown = emptyPicture(picture.width, picture.height);
-    for (std::size_t i = 0; i < components.size(); i += 4) {
-        const unsigned alpha = components[i + 3];
-        for (std::size_t c = 0; c < 3; ++c) {
-            shown.rgba[i + c] =
-                static_cast<std::uint8_t>((components[i + c] * alpha + opaque / 2) / opaque);
+    std::size_t i = 0;
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x, i += 4) {
+            const unsigned alpha = components[i + 3];
+            for (std::size_t c = 0; c < 3; ++c) {
+                shown.rgba[i + c] =
+                    static_cast<std::uint8_t>((components[i + c] * alpha + opaque / 2) / opaque);
+            }
+            putOnGround(&shown.rgba[i], alpha, ground, x, y);
         }
-        shown.rgba[i + 3] = components[i + 3];
     }
-    putOnGround(&shown, ground);
     return shown;
 }
 
@@ -112,8 +111,8 @@ ShownRect changedRect(const ShownPicture& before, const ShownPicture& after) {
     const std::size_t row = componentCount(after.width, 1);
     int top = after.height;
     int bottom = 0;
-    int left = after.width;
-    int right = 0;
+    std::size_t left = row; // components outside of which no row has changed yet
+    std::size_t right = 0;
     for (int y = 0; y < after.height; ++y) {
         const std::uint8_t* const a = before.rgba.data() + static_cast<std::size_t>(y) * row;
         const std::uint8_t* const b = after.rgba.data() + static_cast<std::size_t>(y) * row;
@@ -122,15 +121,16 @@ ShownRect changedRect(const ShownPicture& before, const ShownPicture& after) {
         }
         top = std::min(top, y);
         bottom = y + 1;
-        const auto first = std::mismatch(a, a + row, b).first - a;
-        auto last = static_cast<std::ptrdiff_t>(row) - 1;
-        while (a[last] == b[last]) {
+        left = static_cast<std::size_t>(std::mismatch(a, a + left, b).first - a);
+        std::size_t last = row;
+        while (last > right && a[last - 1] == b[last - 1]) {
             --last;
         }
-        left = std::min(left, static_cast<int>(first / 4));
-        right = std::max(right, static_cast<int>(last / 4) + 1);
+        right = last;
     }
-    return bottom == 0 ? ShownRect{} : ShownRect{left, top, right - left, bottom - top};
+    const int x = static_cast<int>(left / 4);
+    return bottom == 0 ? ShownRect{}
+                       : ShownRect{x, top, static_cast<int>((right + 3) / 4) - x, bottom - top};
 }
 
 std::string cut(const ShownPicture& picture, const ShownRect& rect) {

@@ -83,6 +83,25 @@ Answer openScene(const Call& call) {
     return answerOf(scene);
 }
 
+Answer tellRevision(const Call& call) {
+    const auto file = call.studio.folder().pathOf(textMember(call.body, "name"));
+    return answerOf({{"revision", revisionOf(SceneFolder::read(file))}});
+}
+
+Answer tellLetters(const Call& call) {
+    return answerOf(call.studio.letters());
+}
+
+Answer tellShape(const Call& call) {
+    const std::string file = call.studio.folder().pathOf(sceneName(call)).string();
+    Problems problems;
+    const std::optional<Scene> scene = readScene(textMember(call.body, "text"), file, &problems);
+    if (!scene || !problems.empty()) {
+        throw BadScene{problems};
+    }
+    return answerOf(shapeJson(*scene, call.studio.conversions(), call.request.isGone));
+}
+
 Answer checkScene(const Call& call) {
     const std::string file = call.studio.folder().pathOf(sceneName(call)).string();
     Problems problems;

@@ -4,10 +4,16 @@
 #include "shapes/PathModel.h"
 #include "shapes/SvgParser.h"
 #include "studio/FileStamp.h"
+#include "studio/SceneFolder.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
 
 namespace orbel::studio {
 
@@ -43,6 +49,18 @@ std::string outlineText(const PluginPath_Impl::Vx_PathOutline& outline) {
         text += pointText(to.x, to.y);
     }
     return text;
+}
+
+/// The bytes of a drawing; none where there are too many to be looked at while somebody waits.
+std::string readDrawing(const std::string& file) {
+    constexpr std::uintmax_t most = std::uintmax_t{16} << 20;
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    if (error || size > most) {
+        return "";
+    }
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 } // namespace
@@ -125,6 +143,26 @@ json outlinesJson(std::string_view svg) {
         }
     }
     return {{"paths", std::move(outlines)}, {"size", {boxSide, boxSide}}};
+}
+
+json shapeJson(const Scene& scene, Conversions& conversions, const Conversions::Stopped& stopped) {
+    const ShapeConverter convert = conversions.until(stopped);
+    if (!scene.needsConversion() || !convert) {
+        return json::object();
+    }
+    json shape;
+    if (scene.import && kindOf(*scene.shape) == FileKind::Svg) {
+        shape["before"] = outlinesJson(readDrawing(*scene.shape));
+    }
+    Problems problems;
+    if (const std::optional<std::string> svg = convert(scene, &problems)) {
+        shape["after"] = outlinesJson(*svg);
+        shape["after"]["notes"] = conversions.notesOf(scene);
+    } else {
+        const Problem& problem = problems.items().front();
+        shape["after"] = {{"error", problem.message}, {"remedy", problem.remedy}};
+    }
+    return shape;
 }
 
 json importJson(std::string_view svg) {

@@ -59,6 +59,12 @@ private:
 /// path data in a square box.
 [[nodiscard]] json outlinesJson(std::string_view svg);
 
+/// What a drawing or a text that a scene has as its shape becomes: `{before, after}`. `before` is
+/// what the plain reader would draw of the drawing; `after` is `{paths, size, notes}`, or
+/// `{error, remedy}`. Both are missing for any other shape.
+[[nodiscard]] json shapeJson(const Scene& scene, Conversions& conversions,
+                             const Conversions::Stopped& stopped);
+
 /// What a drawing becomes when it is imported: `{paths, size, notes}`, or `{error, remedy}`.
 [[nodiscard]] json importJson(std::string_view svg);
 

@@ -8,6 +8,7 @@
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http.hpp>
+#include <boost/beast/websocket.hpp>
 
 #include <algorithm>
 #include <array>
@@ -31,6 +32,7 @@ namespace {
 namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
+namespace websocket = boost::beast::websocket;
 using Milliseconds = std::chrono::milliseconds;
 using asio::ip::tcp;
 
@@ -61,6 +63,7 @@ public:
 
 private:
     using Parser = http::request_parser<http::string_body>;
+    using Socket = websocket::stream<beast::tcp_stream&, false>; // nothing is compressed
 
     /// Waits for one asynchronous step, which is how each of them can have a limit of its own.
     template<typename Start>
@@ -98,7 +101,12 @@ private:
         }
         request.body = std::move(parser.get().body());
         request.isGone = [this] { return isGone(); };
-        return send(m_service->answer(request)) && m_keepAlive;
+        const Answer answer = m_service->answer(request);
+        if (answer.stream && websocket::is_upgrade(parser.get())) {
+            sendSocket(answer, parser.get());
+            return false;
+        }
+        return send(answer) && m_keepAlive;
     }
 
     static RequestHead headOf(const Parser& parser) {
@@ -230,8 +238,35 @@ private:
         return m_sound;
     }
 
+    /// A stream that is asked for as a socket: each piece is a message. Nothing is expected from
+    /// the other side, so whatever it sends, its farewell most likely, ends it.
+    void sendSocket(const Answer& answer, const Parser::value_type& request) {
+        Socket socket(m_stream);
+        socket.set_option(websocket::stream_base::decorator([](websocket::response_type& head) {
+            for (const auto& [name, value] : protectingHeaders()) {
+                head.set(beast::string_view(name.data(), name.size()),
+                         beast::string_view(value.data(), value.size()));
+            }
+            head.set(http::field::sec_websocket_protocol, "orbel.events");
+        }));
+        m_sound = !await(m_limits.write, [&](auto done) {
+            socket.async_accept(request, [done](beast::error_code error) { done(error, 0); });
+        });
+        m_socket = &socket;
+        if (m_sound) {
+            answer.stream(*this);
+        }
+        m_socket = nullptr;
+    }
+
     bool write(std::string_view bytes) override {
         const asio::const_buffer buffer(bytes.data(), bytes.size());
+        if (m_socket != nullptr) {
+            m_sound = m_sound && !m_ending && !await(m_limits.write, [&](auto done) {
+                          m_socket->async_write(buffer, done);
+                      });
+            return m_sound;
+        }
         m_streamed += bytes.size();
         m_sound = m_sound && !m_ending && !await(m_limits.write, [&](auto done) {
                       if (m_chunked) {
@@ -246,7 +281,8 @@ private:
     [[nodiscard]] bool isGone() {
         char byte = 0;
         const auto got = recv(handle(), &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-        return m_ending || got == 0 || (got < 0 && errno != EAGAIN && errno != EINTR);
+        return m_ending || got == 0 || (got > 0 && m_socket != nullptr) ||
+               (got < 0 && errno != EAGAIN && errno != EINTR);
     }
 
     asio::io_context& m_context;
@@ -255,6 +291,7 @@ private:
     const HttpLimits& m_limits;
     const std::atomic<bool>& m_ending;
     beast::flat_buffer m_buffer;
+    Socket* m_socket = nullptr; // while a stream is sent as messages
     bool m_used = false;
     bool m_head = false; // the request asked for the head alone
     bool m_keepAlive = false;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <exception>
 #include <future>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -26,6 +27,10 @@ std::string headOf(long frame, const ShownPicture& picture) {
     return head;
 }
 
+std::string_view bytesOf(const ShownPicture& picture) {
+    return {reinterpret_cast<const char*>(picture.rgba.data()), picture.rgba.size()};
+}
+
 } // namespace
 
 Playback::Playback(Preview* preview, FrameWish wish, Serial serial, std::function<bool()> isGone,
@@ -41,14 +46,16 @@ void Playback::run(BodySink& sink) {
     const long count = m_range.frames.count();
     std::future<bool> sending;
     for (long step = 0; step < count || m_range.loop; step = nextStep(step)) {
-        std::optional<std::string> bytes = draw(m_range.frames.first + step % count);
+        const long frame = m_range.frames.first + step % count;
+        std::optional<ShownPicture> picture = draw(frame);
         const bool sent = !sending.valid() || sending.get();
-        if (!bytes || !sent) {
+        if (!picture || !sent) {
             return;
         }
         std::this_thread::sleep_until(dueTime(step));
-        sending = std::async(std::launch::async,
-                             [&sink, piece = std::move(*bytes)] { return sink.write(piece); });
+        sending = std::async(std::launch::async, [&sink, frame, shown = std::move(*picture)] {
+            return sink.write(headOf(frame, shown)) && sink.write(bytesOf(shown));
+        });
     }
 }
 
@@ -62,15 +69,12 @@ long Playback::nextStep(long step) const {
     return std::max(step + 1, static_cast<long>(passed.count() * m_range.rate));
 }
 
-/// The frame with its head; nothing when nobody waits for it any more.
-std::optional<std::string> Playback::draw(long frame) {
+/// Nothing when nobody waits for it any more.
+std::optional<ShownPicture> Playback::draw(long frame) {
     m_wish.frame = frame;
     try {
-        const ShownFrame shown =
-            m_preview->draw(m_wish, [this] { return m_serial.isSuperseded() || m_isGone(); });
-        std::string bytes = headOf(frame, shown.picture);
-        const auto& rgba = shown.picture.rgba;
-        return bytes.append(reinterpret_cast<const char*>(rgba.data()), rgba.size());
+        return m_preview->draw(m_wish, [this] { return m_serial.isSuperseded() || m_isGone(); })
+            .picture;
     } catch (const Superseded&) {
         return std::nullopt;
     } catch (const std::exception&) {

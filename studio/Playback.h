@@ -33,7 +33,7 @@ private:
 
     [[nodiscard]] Clock::time_point dueTime(long step) const;
     [[nodiscard]] long nextStep(long step) const;
-    [[nodiscard]] std::optional<std::string> draw(long frame);
+    [[nodiscard]] std::optional<ShownPicture> draw(long frame);
 
     Preview* m_preview;
     FrameWish m_wish;

@@ -17,6 +17,8 @@ namespace orbel::studio {
 namespace {
 
 constexpr std::size_t mostKeptTabs = 8;
+/// The size while something moves, and that of the exact picture.
+constexpr std::size_t keptSizes = 2;
 constexpr std::size_t mostReadings = 8;
 /// How long a hand may rest between two pictures and still move something.
 constexpr std::chrono::milliseconds restOfHand{250};
@@ -220,11 +222,13 @@ void Preview::withPlan(const FrameWish& wish, const Aborted& aborted,
 Answer Preview::answer(const std::string& tab, const Serial& serial,
                        std::optional<std::uint64_t> since, ShownFrame frame, double milliseconds) {
     const std::lock_guard lock(m_tabsMutex);
-    Tab& kept = tabOf(tab);
+    std::deque<Kept>& kept = tabOf(tab).kept;
     ShownPicture& picture = frame.picture;
-    const bool comparable = since && *since == kept.keptSerial &&
-                            picture.width == kept.kept.width && picture.height == kept.kept.height;
-    const ShownRect rect = comparable ? changedRect(kept.kept, picture)
+    const auto old = std::find_if(kept.begin(), kept.end(), [&](const Kept& one) {
+        return one.picture.width == picture.width && one.picture.height == picture.height;
+    });
+    const bool comparable = old != kept.end() && since && *since == old->serial;
+    const ShownRect rect = comparable ? changedRect(old->picture, picture)
                                       : ShownRect{0, 0, picture.width, picture.height};
     Answer answer;
     answer.type = "application/octet-stream";
@@ -237,8 +241,13 @@ Answer Preview::answer(const std::string& tab, const Serial& serial,
                       {"X-Orbel-Serial", std::to_string(serial.number())},
                       {"X-Orbel-Exact", frame.exact ? "1" : "0"},
                       {"X-Orbel-Milliseconds", std::to_string(milliseconds)}};
-    kept.kept = std::move(picture);
-    kept.keptSerial = serial.number();
+    if (old != kept.end()) {
+        kept.erase(old);
+    }
+    kept.push_front({serial.number(), std::move(picture)});
+    if (kept.size() > keptSizes) {
+        kept.pop_back();
+    }
     return answer;
 }
 

@@ -77,8 +77,8 @@ public:
     void withPlan(const FrameWish& wish, const Aborted& aborted,
                   const std::function<void(ScenePlan&)>& action);
 
-    /// The part of a picture that differs from the one that the tab has kept under `since`, with
-    /// its head. Keeps the new one instead.
+    /// The part of a picture that differs from the one of its size that the tab has kept under
+    /// `since`, with its head. Keeps the new one instead.
     [[nodiscard]] Answer answer(const std::string& tab, const Serial& serial,
                                 std::optional<std::uint64_t> since, ShownFrame frame,
                                 double milliseconds);
@@ -91,11 +91,16 @@ public:
     void filesChanged() { m_stages.lookAgain(); }
 
 private:
+    /// What a tab shows.
+    struct Kept {
+        std::uint64_t serial = 0;
+        ShownPicture picture;
+    };
+
     struct Tab {
         std::shared_ptr<std::atomic<std::uint64_t>> newest =
             std::make_shared<std::atomic<std::uint64_t>>(0);
-        std::uint64_t keptSerial = 0;
-        ShownPicture kept;
+        std::deque<Kept> kept; ///< one a size, newest first
         std::uint64_t used = 0;
     };
 

@@ -9,6 +9,9 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
+#include <optional>
+#include <set>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -25,7 +28,8 @@ namespace {
 constexpr std::size_t mostListed = 2000;
 
 using Ending = std::pair<std::string_view, FileKind>;
-constexpr std::array<Ending, 16> endings{{{".svg", FileKind::Svg},
+constexpr std::array<Ending, 18> endings{{{".svg", FileKind::Svg},
+                                          {".svgz", FileKind::Svg},
                                           {".png", FileKind::Picture},
                                           {".jpg", FileKind::Picture},
                                           {".jpeg", FileKind::Picture},
@@ -40,6 +44,7 @@ constexpr std::array<Ending, 16> endings{{{".svg", FileKind::Svg},
                                           {".webm", FileKind::Clip},
                                           {".avi", FileKind::Clip},
                                           {".m4v", FileKind::Clip},
+                                          {".raw", FileKind::Raw},
                                           {".json", FileKind::Scene}}};
 
 const char* wordOf(FileKind kind) {
@@ -50,6 +55,8 @@ const char* wordOf(FileKind kind) {
         return "picture";
     case FileKind::Clip:
         return "clip";
+    case FileKind::Raw:
+        return "raw";
     case FileKind::Scene:
         return "scene";
     default:
@@ -133,6 +140,40 @@ private:
     std::string m_name;
     int m_handle = -1;
 };
+
+/// "shot-%04d.png" for "shot-0007.png", with the number; nothing where there is none.
+std::optional<std::pair<std::string, long>> numbered(const std::string& name) {
+    const std::size_t dot = name.rfind('.');
+    const std::size_t end = name.find_last_of("0123456789", dot);
+    const std::size_t before =
+        end == std::string::npos ? end : name.find_last_not_of("0123456789", end);
+    const std::size_t begin = before == std::string::npos ? 0 : before + 1;
+    const std::size_t digits = end + 1 - begin;
+    if (end == std::string::npos || digits > 9 || name.find('%') != std::string::npos) {
+        return std::nullopt;
+    }
+    const std::string place = digits == 1 ? "%d" : "%0" + std::to_string(digits) + "d";
+    return std::pair(name.substr(0, begin) + place + name.substr(end + 1),
+                     std::stol(name.substr(begin, digits)));
+}
+
+/// Pictures that differ in a number alone may be a film.
+void addSequences(const std::vector<std::string>& names, json* files) {
+    std::map<std::string, std::set<long>> sequences;
+    for (const std::string& name : names) {
+        if (const auto found = numbered(name); found && kindOf(name) == FileKind::Picture) {
+            sequences[found->first].insert(found->second);
+        }
+    }
+    for (const auto& [pattern, numbers] : sequences) {
+        if (numbers.size() > 1) {
+            files->push_back({{"name", pattern},
+                              {"kind", "sequence"},
+                              {"first", *numbers.begin()},
+                              {"count", numbers.size()}});
+        }
+    }
+}
 
 /// When the file was written: "2026-01-31T12:00:00Z".
 std::string timeOf(const fs::path& file) {
@@ -261,6 +302,7 @@ json SceneFolder::list() const {
     for (const std::string& name : names) {
         files.push_back({{"name", name}, {"kind", wordOf(kindOf(name))}});
     }
+    addSequences(names, &files);
     return files;
 }
 

@@ -11,7 +11,7 @@
 namespace orbel::studio {
 
 /// What an ending says about a file.
-enum class FileKind { Svg, Picture, Clip, Scene, Other };
+enum class FileKind { Svg, Picture, Clip, Raw, Scene, Other };
 [[nodiscard]] FileKind kindOf(std::string_view name);
 
 /// Tells one state of a file from another: "" when there is none.
@@ -48,7 +48,8 @@ public:
     [[nodiscard]] static bool holds(const std::filesystem::path& file, std::string_view bytes);
     /// The name itself, or one with a number when it is taken.
     [[nodiscard]] std::string freeName(const std::string& name) const;
-    /// `[{name, kind}]`, by name; what is hidden or no file for a scene is left out.
+    /// `[{name, kind}]`, by name; what is hidden or no file for a scene is left out. Pictures with
+    /// numbers are there once more as `{name: "shot-%04d.png", kind: "sequence", first, count}`.
     [[nodiscard]] json list() const;
 
     /// Unsaved work on a scene, kept beside it.

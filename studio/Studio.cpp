@@ -1,5 +1,6 @@
 #include "studio/Studio.h"
 
+#include "drawing/Lettering.h"
 #include "film/RenderPipeline.h"
 #include "film/ShapeFolder.h"
 #include "media/MediaError.h"
@@ -63,13 +64,23 @@ const PageFile* findPageFile(std::string_view path) {
     return found == files.end() ? nullptr : &*found;
 }
 
+/// A socket cannot carry a field of its own; its token comes as a protocol behind the real one.
+std::string_view tokenOf(const Route& route, const RequestHead& head) {
+    constexpr std::string_view protocol = "orbel.events, ";
+    const std::string_view offered = head.value("sec-websocket-protocol");
+    if (route.answer == tellEvents && head.count("x-orbel-token") == 0 &&
+        head.count("sec-websocket-protocol") == 1 && offered.starts_with(protocol)) {
+        return offered.substr(protocol.size());
+    }
+    return head.count("x-orbel-token") == 1 ? head.value("x-orbel-token") : "";
+}
+
 std::optional<Refusal> refuseRoute(const Route& route, const RequestHead& head,
                                    const Secrets& secrets) {
     if (head.method != route.method) {
         return Refusal{405, "this address takes " + std::string(route.method) + " only", ""};
     }
-    if (route.needsToken &&
-        (head.count("x-orbel-token") != 1 || !secrets.isToken(head.value("x-orbel-token")))) {
+    if (route.needsToken && !secrets.isToken(tokenOf(route, head))) {
         return Refusal{403, "this page does not belong to the studio that runs now",
                        "open the address that orbel printed"};
     }
@@ -176,6 +187,14 @@ std::set<std::string> Studio::scenesInUse() {
         names.insert(name);
     }
     return names;
+}
+
+const json& Studio::letters() {
+    std::call_once(m_lettersOnce, [this] {
+        const InstalledLetters letters = installedLetters();
+        m_letters = {{"families", letters.families}, {"hands", letters.hands}};
+    });
+    return m_letters;
 }
 
 std::string Studio::address() {

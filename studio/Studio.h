@@ -55,6 +55,8 @@ public:
     [[nodiscard]] Results& results() { return m_results; }
     [[nodiscard]] Conversions& conversions() { return m_conversions; }
     [[nodiscard]] const std::string& table() const { return m_table; }
+    /// `{families, hands}` that texts can be written with, as they are installed at the first call.
+    [[nodiscard]] const json& letters();
     /// The name of the scene that a tab works on.
     [[nodiscard]] std::string sceneOf(const std::string& tab);
     void setScene(const std::string& tab, const std::string& name);
@@ -71,6 +73,8 @@ private:
     SceneFolder m_folder;
     std::string m_firstScene;
     std::string m_table;
+    std::once_flag m_lettersOnce;
+    json m_letters;
     Conversions m_conversions;
     Preview m_preview{&m_conversions};
     std::mutex m_mutex;

@@ -28,6 +28,9 @@ TEST(LimitedProcess, bringsTheAnswerOrSaysWhatEndedIt) {
         }
     };
     EXPECT_EQ(runLimited(hang, limits).end, ProcessEnd::OutOfTime);
+    limits.seconds = 3600;
+    limits.stopped = [asked = 0]() mutable { return ++asked > 2; };
+    EXPECT_EQ(runLimited(hang, limits).end, ProcessEnd::Stopped);
 }
 
 } // namespace

@@ -125,5 +125,28 @@ TEST(Film, showsTheFramesThatAreAskedForOneByOne) {
     EXPECT_EQ(frames.render(4, [] { return true; }), nullptr);
 }
 
+TEST(Film, drawsAnewWhatGaveWay) {
+    const TestFolder folder;
+    Scene scene = starScene({80, 60});
+    scene.frames = FrameRange{7, 9};
+    scene.input = ColorInput{{0.3, 0.6, 0.9, 0.4}}; // worked in while a frame is drawn
+    scene.parameters[PARAM_TRANSFER_MODE] = {{0, {1}, Easing::Linear}};
+    FilmRequest request;
+    int attempts = 0;
+    FilmCallbacks callbacks;
+    callbacks.beforeFrame = [&] { ++attempts; };
+    const auto film = [&](const char* name) {
+        request.outputs.rawFolder = folder / name;
+        ScenePlan plan = planned(scene, request);
+        EXPECT_EQ(renderFilm(&plan, request, callbacks).framesWritten, 3);
+        return readBytes(folder / (std::string(name) + "/frame-000008.raw"));
+    };
+    const std::string plain = film("plain");
+    EXPECT_EQ(attempts, 3);
+    callbacks.giveWay = [&] { return attempts % 2 == 0; };
+    EXPECT_TRUE(film("anew") == plain);
+    EXPECT_EQ(attempts, 3 + 3 * 2);
+}
+
 } // namespace
 } // namespace orbel

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
+#include <map>
 #include <thread>
 
 #include <sys/resource.h>
@@ -10,6 +12,7 @@
 namespace orbel::studio {
 namespace {
 
+using testing::Contains;
 using testing::HasSubstr;
 
 class StudioDocument : public testing::Test {
@@ -185,6 +188,50 @@ TEST_F(StudioDocument, importsWhatTheReaderWouldLose) {
                      "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'><circle cx='4' "
                      "cy='4' r='3'/></svg>");
     EXPECT_NE(shown, picture(imported));
+}
+
+TEST_F(StudioDocument, listsWhatASceneCanBeMadeOf) {
+    for (const char* name :
+         {"a.svg", "b.svgz", "film.mkv", "x.raw", "shot-008.png", "shot-010.png", "take9.png",
+          "take10.png", "50%1.png", "50%2.png", ".hidden.png", "note.txt", "0"}) {
+        test::writeBytes(m_studio.folder / name, "");
+    }
+    std::map<std::string, json> files;
+    const json list = m_studio.get("/api/files").document()["files"];
+    for (const json& file : list) {
+        files[file["name"]] = file;
+    }
+    EXPECT_EQ(files["x.raw"]["kind"], "raw");
+    EXPECT_EQ(files["b.svgz"]["kind"], "svg");
+    EXPECT_EQ(files["shot-%03d.png"],
+              json({{"name", "shot-%03d.png"}, {"kind", "sequence"}, {"first", 8}, {"count", 2}}));
+    EXPECT_EQ(std::count_if(list.begin(), list.end(),
+                            [](const json& file) { return file["kind"] == "sequence"; }),
+              1);
+    EXPECT_EQ(files.count("note.txt") + files.count(".hidden.png") + files.count("0"), 0U);
+}
+
+TEST_F(StudioDocument, tellsWhatBecomesOfAShape) {
+    test::writeBytes(m_studio.folder / "a.svg",
+                     "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'><image "
+                     "width='3' height='3'/><circle cx='4' cy='4' r='3'/></svg>");
+    const auto shape = [&](const json& stated) {
+        return m_studio.post("/api/shape", {{"text", sceneText({{"shape", stated}})}}).document();
+    };
+    const json drawing = shape({{"file", "a.svg"}, {"import", json::object()}});
+    EXPECT_EQ(drawing["before"]["paths"].size(), 1U) << drawing;
+    EXPECT_EQ(drawing["after"]["paths"].size(), 1U);
+    EXPECT_EQ(drawing["after"]["notes"].size(), 1U);
+    EXPECT_EQ(shape({{"text", "ii"}})["after"]["paths"].size(), 4U);
+    EXPECT_TRUE(shape({{"text", " "}})["after"].contains("error"));
+    EXPECT_EQ(shape("a.svg"), json::object());
+
+    const json letters = m_studio.get("/api/letters").document();
+    EXPECT_THAT(letters["families"], Contains("serif"));
+    EXPECT_TRUE(std::is_sorted(letters["hands"].begin(), letters["hands"].end()));
+    test::writeBytes(m_studio.folder / "scene.json", "theirs");
+    const json revision = m_studio.post("/api/revision", {{"name", "scene.json"}}).document();
+    EXPECT_EQ(revision["revision"], revisionOf("theirs"));
 }
 
 TEST_F(StudioDocument, servesTheTableAsItIs) {

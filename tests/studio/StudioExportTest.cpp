@@ -3,6 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <thread>
+
 namespace orbel::studio {
 namespace {
 
@@ -85,6 +88,16 @@ TEST_F(StudioExport, cancelsAndLeavesNothingHalf) {
     EXPECT_EQ(ended(waiting)["state"], "cancelled");
     EXPECT_EQ(test::readBytes(m_studio.folder / "film.mkv"), "old");
     EXPECT_EQ(m_studio.folder.fileCount(), 1U);
+}
+
+TEST_F(StudioExport, givesWayToAPictureThatIsWaitedFor) {
+    const json number = order("slow.mkv", {{"text", endlessScene()}}).document()["job"];
+    EXPECT_TRUE(eventually([&] { return job(number)["state"] == "running"; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_EQ(m_studio.post("/api/frame", {{"text", sceneText()}}).status, 200); // else in minutes
+    EXPECT_EQ(m_studio.post("/api/cancel", {{"job", number}}).status, 200);
+    EXPECT_EQ(ended(number)["state"], "cancelled");
+    EXPECT_EQ(m_studio.folder.fileCount(), 0U);
 }
 
 TEST_F(StudioExport, showsWhatIsDone) {

@@ -116,6 +116,30 @@ std::string Wire::readSome(std::size_t bytes) {
     return body;
 }
 
+std::string Wire::readMessage() {
+    constexpr std::size_t shortHead = 2;
+    constexpr std::size_t longHead = 4;
+    const auto byte = [this](std::size_t at) {
+        return static_cast<std::size_t>(static_cast<unsigned char>(m_pending[at]));
+    };
+    const auto wait = [this](std::size_t bytes) {
+        while (m_pending.size() < bytes && fill()) {
+        }
+        return m_pending.size() >= bytes;
+    };
+    if (!wait(shortHead) || (byte(1) == 126 && !wait(longHead))) {
+        return "";
+    }
+    const std::size_t head = byte(1) == 126 ? longHead : shortHead;
+    const std::size_t length = head == longHead ? byte(2) * 256 + byte(3) : byte(1);
+    if (!wait(head + length)) {
+        return "";
+    }
+    std::string message = m_pending.substr(head, length);
+    m_pending.erase(0, head + length);
+    return message;
+}
+
 bool Wire::isClosed() const {
     const timeval patience{5, 0};
     setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
@@ -123,9 +147,10 @@ bool Wire::isClosed() const {
     return recv(m_socket, &byte, 1, 0) == 0;
 }
 
-RunningStudio::RunningStudio(const std::string& scene, const HttpLimits& limits) {
+RunningStudio::RunningStudio(const std::string& scene, const HttpLimits& limits,
+                             Conversions::Maker convertShape) {
     studio = std::make_unique<Studio>(
-        StudioSettings{folder / scene, 0, limits, app::shapeConverter({})});
+        StudioSettings{folder / scene, 0, limits, std::move(convertShape)});
     const std::string address = studio->address();
     token = exchange(request("POST", "/api/open",
                              {{"Host", host()}, {"Content-Type", "application/json"}},
@@ -183,6 +208,18 @@ std::string sceneText(const json& more) {
                  {"Transfer Mode", "Normal"}}}};
     scene.merge_patch(more);
     return scene.dump(2);
+}
+
+std::string endlessScene() {
+    return sceneText({{"size", {1920, 1080}},
+                      {"parameters",
+                       {{"Thickness", 400},
+                        {"Feather", 100},
+                        {"Advanced/Adjust Step", 1},
+                        {"Repeater/Enable Repeater", true},
+                        {"Repeater/Instances", 1000},
+                        {"Motion Blur/Motion Blur", "On"},
+                        {"Motion Blur/Levels", 64}}}});
 }
 
 bool eventually(const std::function<bool()>& holds, int seconds) {

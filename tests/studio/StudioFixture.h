@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/SceneDrawings.h"
 #include "studio/Studio.h"
 #include "tests/support/TestFolder.h"
 
@@ -36,6 +37,8 @@ public:
     [[nodiscard]] Reply read();
     /// Waits until so many bytes of the answer's body are there, or its end.
     [[nodiscard]] std::string readSome(std::size_t bytes);
+    /// Waits for the next message of a socket, after `read` gave the head.
+    [[nodiscard]] std::string readMessage();
     /// Whether the other side has closed; waits at most five seconds for it.
     [[nodiscard]] bool isClosed() const;
     void close();
@@ -53,7 +56,8 @@ private:
 /// A running studio over a folder of its own, and a page that knows its token.
 class RunningStudio {
 public:
-    explicit RunningStudio(const std::string& scene = "scene.json", const HttpLimits& limits = {});
+    explicit RunningStudio(const std::string& scene = "scene.json", const HttpLimits& limits = {},
+                           Conversions::Maker convertShape = app::shapeConverter);
 
     [[nodiscard]] std::uint16_t port() const { return studio->port(); }
     [[nodiscard]] std::string host() const { return "127.0.0.1:" + std::to_string(port()); }
@@ -74,6 +78,9 @@ public:
 
 /// A small scene; the members of `more` are added or replace its own.
 [[nodiscard]] std::string sceneText(const json& more = json::object());
+
+/// A scene whose frame takes minutes.
+[[nodiscard]] std::string endlessScene();
 
 /// Tries until it is true, at most so many seconds.
 [[nodiscard]] bool eventually(const std::function<bool()>& holds, int seconds = 10);

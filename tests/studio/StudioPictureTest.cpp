@@ -7,24 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <thread>
 
 namespace orbel::studio {
 namespace {
-
-/// A scene whose frame takes minutes.
-std::string endlessScene() {
-    return sceneText({{"size", {1920, 1080}},
-                      {"parameters",
-                       {{"Thickness", 400},
-                        {"Feather", 100},
-                        {"Advanced/Adjust Step", 1},
-                        {"Repeater/Enable Repeater", true},
-                        {"Repeater/Instances", 1000},
-                        {"Motion Blur/Motion Blur", "On"},
-                        {"Motion Blur/Levels", 64}}}});
-}
 
 class StudioPicture : public testing::Test {
 protected:
@@ -170,6 +158,50 @@ TEST_F(StudioPicture, isGivenUpWhenThePageIsGone) {
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     wire.close();
     EXPECT_EQ(frame(sceneText(), {}, "other").status, 200);
+}
+
+TEST_F(StudioPicture, showsTheNewFilesOfASequence) {
+    const auto write = [&](const char* name, const char* green) {
+        render(sceneText({{"parameters", {{"Presets", nullptr}}}}),
+               std::string("--frames 0 -q --input #00") + green + "00 -o " +
+                   (m_studio.folder / name));
+    };
+    write("shot-07.png", "11");
+    write("shot-08.png", "22");
+    const std::string text = sceneText({{"input", {{"file", "shot-%02d.png"}, {"first", 7}}}});
+    const auto second = [&] {
+        return frame(text, {{"frame", 1}, {"before", true}}).body.substr(0, 4);
+    };
+    EXPECT_EQ(second(), std::string("\0\x22\0\xff", 4));
+    std::this_thread::sleep_for(std::chrono::milliseconds(700)); // it is watched by now
+    write("shot-08.png", "33");
+    EXPECT_TRUE(eventually([&] { return second() == std::string("\0\x33\0\xff", 4); }));
+}
+
+TEST(StudioConversion, keepsNobodyElseWaitingAndEndsWithThePage) {
+    std::atomic<bool> began = false;
+    std::atomic<bool> ended = false;
+    const Conversions::Maker endless = [&](const auto& /*note*/, const auto& stopped) {
+        return [&, stopped](const Scene& scene, Problems* problems) {
+            began = true;
+            while (!stopped()) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+            ended = true;
+            problems->add({scene.file, "/shape", "stopped", ""});
+            return std::optional<std::string>();
+        };
+    };
+    const RunningStudio studio("scene.json", {}, endless);
+    Wire page(studio.port());
+    page.send(
+        RunningStudio::request("POST", "/api/frame", studio.fields(),
+                               json{{"text", sceneText({{"shape", {{"text", "x"}}}})}}.dump()));
+    EXPECT_TRUE(eventually([&] { return began.load(); }));
+    EXPECT_EQ(studio.post("/api/frame", {{"text", sceneText()}}, "other").status, 200);
+    EXPECT_FALSE(ended);
+    page.close();
+    EXPECT_TRUE(eventually([&] { return ended.load(); }));
 }
 
 TEST_F(StudioPicture, refusesHostileScenesInOneSentence) {

@@ -3,6 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+
+#include <sys/stat.h>
+
 namespace orbel::studio {
 namespace {
 
@@ -24,6 +28,25 @@ TEST(StudioProgram, printsItsAddressOnceAndEndsOnCtrlC) {
     EXPECT_EQ(program.wait(), 0);
     EXPECT_EQ(test::readBytes(log), said);
     EXPECT_EQ(folder.fileCount(), 1U);
+}
+
+TEST(StudioProgram, hasTheDesktopOpenItsAddress) {
+    const test::TestFolder folder;
+    const std::string opener = folder / "xdg-open";
+    test::writeBytes(opener, "#!/bin/sh\nprintf %s \"$*\" > '" + (folder / "told") + "'\n");
+    ASSERT_EQ(chmod(opener.c_str(), 0755), 0);
+    const std::string path = getenv("PATH");
+    setenv("PATH", (folder.path() + ":" + path).c_str(), 1);
+    const test::Process program({ORBEL_PROGRAM, "studio", folder.path()}, folder / "log", 60);
+    setenv("PATH", path.c_str(), 1);
+    const auto line = [&](const std::string& file) {
+        const std::string text = test::readBytes(file);
+        return text.substr(0, text.find('\n'));
+    };
+    EXPECT_TRUE(eventually([&] { return !line(folder / "told").empty(); }));
+    EXPECT_EQ(line(folder / "told"), line(folder / "log"));
+    program.signal(SIGINT);
+    EXPECT_EQ(program.wait(), 0);
 }
 
 TEST(StudioProgram, saysWhyItCannotStart) {

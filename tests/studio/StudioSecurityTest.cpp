@@ -137,6 +137,40 @@ TEST_F(StudioSecurity, handsItsTokenOutOnceForAKey) {
     EXPECT_THAT(m_studio.studio->address(), HasSubstr("/#open="));
 }
 
+// A socket has no fields of its own, so its token is one of the protocols that it offers.
+TEST_F(StudioSecurity, opensItsSocketToThePageAlone) {
+    Fields fields = without(m_studio.fields(), "X-Orbel-Token");
+    for (const auto& [name, value] :
+         Fields{{"Connection", "Upgrade"},
+                {"Upgrade", "websocket"},
+                {"Sec-WebSocket-Version", "13"},
+                {"Sec-WebSocket-Key", "dGhlIHNhbXBsZSBub25jZQ=="},
+                {"Sec-WebSocket-Protocol", "orbel.events, " + m_studio.token}}) {
+        fields.emplace_back(name, value);
+    }
+    for (const std::string& offered :
+         {std::string(), m_studio.token, "orbel.events, x" + m_studio.token,
+          "orbel.events, " + m_studio.token.substr(1)}) {
+        const Fields wrong = changed(fields, "Sec-WebSocket-Protocol", offered);
+        EXPECT_EQ(statusOf(wrong, "/api/events"), 403) << offered;
+    }
+    EXPECT_EQ(statusOf(with(fields, "Sec-WebSocket-Protocol", "x"), "/api/events"), 403);
+    EXPECT_EQ(statusOf(changed(fields, "Origin", "http://evil.example"), "/api/events"), 403);
+    EXPECT_EQ(statusOf(fields, "/api/files"), 403);
+
+    Wire page(m_studio.port());
+    page.send(RunningStudio::request("GET", "/api/events", fields, ""));
+    const Reply head = page.read();
+    EXPECT_EQ(head.status, 101);
+    EXPECT_EQ(head.headers.at("sec-websocket-protocol"), "orbel.events");
+    EXPECT_EQ(head.headers.count("content-security-policy"), 1U);
+    EXPECT_THAT(page.readMessage(), HasSubstr("alive"));
+    m_studio.studio->events().tell({{"event", "files"}});
+    EXPECT_THAT(page.readMessage(), HasSubstr("files"));
+    page.close();
+    EXPECT_TRUE(eventually([&] { return m_studio.studio->events().listeners() == 0; }));
+}
+
 TEST_F(StudioSecurity, refusesOtherPages) {
     const Fields fields = m_studio.fields();
     for (const std::string& origin :

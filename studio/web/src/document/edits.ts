@@ -1,6 +1,6 @@
 // What a person does to a scene: each edit takes the text and gives the new text.
 
-import { member, plain } from "./jsonText";
+import { member, setMember } from "./jsonText";
 import { readScene, valueAt, type Easing, type Key, type Scene } from "./scene";
 import { defaultOf, isContinuous, sameValue, type Row, type Table, type Value } from "./table";
 import { removeRow, tidy, writeConstant, writeHeader, writeKeys } from "./writing";
@@ -82,8 +82,17 @@ export class Editor {
 
   /** A text as shape; font and what else was stated of a text stay. */
   writeText(text: string): string {
-    const old = this.scene?.shape.kind === "text" && member(this.scene.root, "shape");
-    return this.writeShape({ ...(old ? (plain(old.value) as object) : {}), text });
+    return this.scene?.shape.kind === "text"
+      ? this.setShapeOption("text", text)
+      : this.writeShape({ text });
+  }
+
+  /** What is stated of the conversion of the drawing or the text; null takes it out. */
+  setShapeOption(key: string, value: unknown): string {
+    const shape = member(this.scene?.root, "shape")?.value;
+    const place = this.scene?.shape.kind === "import" ? member(shape, "import")?.value : shape;
+    if (!place) return this.text;
+    return setMember(this.text, place, key, value === null ? null : spellHeader(value));
   }
 
   setShape(file: string): string {

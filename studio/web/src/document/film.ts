@@ -79,7 +79,7 @@ export class Film {
       const loop = session.state.settings.loop && from === first;
       await session.frames.play({ ...orders, from, to: last, loop }, stop.signal, (pixels) => {
         if (stop.signal.aborted) return;
-        session.picture.screen?.paint(pixels);
+        session.picture.screen?.flash(pixels);
         show(pixels.frame);
       });
       if (!session.state.settings.loop) return;

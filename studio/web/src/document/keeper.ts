@@ -34,7 +34,7 @@ export class Keeper {
     session.update({ saving: true });
     try {
       const { revision } = await session.api.save(text, file.revision, overwrite);
-      this.saved(text, revision, session.state.file.name);
+      if (this.isStill(file.name)) this.saved(text, revision, file.name);
       return true;
     } catch (reason) {
       this.saveFailed(reason);
@@ -48,6 +48,7 @@ export class Keeper {
     const { session } = this;
     const file = { ...session.state.file, name, revision, savedText: text, exists: true };
     session.update({ file });
+    session.keepName();
     ["save", "disk", "journal"].forEach((id) => session.dismiss(id));
     this.clear();
   }
@@ -80,6 +81,11 @@ export class Keeper {
     }
   }
 
+  /** Whether the scene that was open when something was asked still is. */
+  private isStill(name: string): boolean {
+    return this.session.state.file.name === name;
+  }
+
   /** Opens another scene of the folder; unsaved work stays in this one's journal. */
   async open(name: string): Promise<void> {
     const { session } = this;
@@ -107,13 +113,21 @@ export class Keeper {
       const { name } = losses;
       await session.readFiles();
       const kind = session.state.file.files.find((each) => each.name === name)?.kind;
-      const edit = session.edit();
-      if (kind === "svg") session.change(`choose ${name}`, edit.setShape(name));
-      else session.change(`choose ${name}`, edit.setHeader("input", { file: name }));
+      if (kind === "svg") this.chooseDrawing(name);
+      else session.change(`choose ${name}`, session.edit().setHeader("input", { file: name }));
       session.update({ losses });
     } catch (reason) {
       session.fail("drop", reason);
     }
+  }
+
+  /** A drawing of the folder becomes the shape. What is packed no plain reader can read. */
+  chooseDrawing(name: string): void {
+    const { session } = this;
+    const edit = session.edit();
+    const packed = /\.svgz$/i.test(name);
+    session.update({ losses: null });
+    session.change(`choose ${name}`, packed ? edit.importShape(name) : edit.setShape(name));
   }
 
   // ---- Another writer
@@ -123,9 +137,10 @@ export class Keeper {
     const { session } = this;
     const { name, revision } = session.state.file;
     try {
-      const now = await session.api.openScene(name);
-      // What was saved or opened meanwhile is no other writer's.
-      if (revision === session.state.file.revision) this.diskChanged(name, now.revision);
+      const now = await session.api.revision(name);
+      // What was saved meanwhile is no other writer's.
+      if (this.isStill(name) && revision === session.state.file.revision)
+        this.diskChanged(name, now.revision);
     } catch (reason) {
       session.fail("disk", reason);
     }
@@ -147,8 +162,10 @@ export class Keeper {
   /** Takes the file's text as one step that can be undone. */
   private async loadTheirs(): Promise<void> {
     const { session } = this;
+    const { name } = session.state.file;
     try {
-      const answer: SceneAnswer = await session.api.openScene(session.state.file.name);
+      const answer: SceneAnswer = await session.api.openScene(name);
+      if (!this.isStill(name)) return;
       session.change("load from disk", answer.text);
       const { revision, exists, text } = answer;
       session.update({ file: { ...session.state.file, revision, exists, savedText: text } });

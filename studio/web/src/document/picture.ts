@@ -18,15 +18,18 @@ export interface Wanted {
 /** Where pixels end up. `serial` is that of the frame it holds, when it has this size. */
 export interface Screen {
   paint: (pixels: FramePixels) => void;
+  /** Shows pixels that no later ones refer to, as those of a film that plays. */
+  flash: (pixels: FramePixels) => void;
   serial: (width: number, height: number) => number;
 }
 
-/** How long nothing may change before the exact frame is asked for. */
-const settleMilliseconds = 45;
+/** How long nothing may change before the exact frame is asked for: longer where moves come slowly. */
+const settleMilliseconds = { least: 45, most: 120 };
 
 export class PictureSource {
   screen: Screen | null = null;
   #wanted: Wanted | null = null;
+  #wishedAt = 0;
   #settle: ReturnType<typeof setTimeout> | undefined;
   readonly #newest: Newest<FrameQuestion, FramePixels>;
 
@@ -37,7 +40,7 @@ export class PictureSource {
     private readonly busy: () => void,
   ) {
     this.#newest = new Newest<FrameQuestion, FramePixels>(
-      (question) => link.frame(question, this.serialFor(question)),
+      (question, stop) => link.frame(question, this.serialFor(question), stop),
       (pixels) => {
         this.screen?.paint(pixels);
         shown(pixels);
@@ -46,6 +49,8 @@ export class PictureSource {
         const status = reason instanceof LinkError ? reason.status : 1;
         if (status !== 409) failed(failureOf(reason), status === 0);
       },
+      // The hand moves on: nobody waits for the exact picture of what was.
+      (next, asked) => asked.exact && !next.exact,
     );
   }
 
@@ -54,13 +59,11 @@ export class PictureSource {
     if (this.#wanted && sameWanted(this.#wanted, wanted)) return;
     this.#wanted = wanted;
     this.busy();
+    const pause = this.pause();
     clearTimeout(this.#settle);
     if (isReduced(wanted)) {
       this.#newest.request(question(wanted, false));
-      this.#settle = setTimeout(
-        () => this.#newest.request(question(wanted, true)),
-        settleMilliseconds,
-      );
+      this.#settle = setTimeout(() => this.#newest.request(question(wanted, true)), pause);
     } else {
       this.#newest.request(question(wanted, true));
     }
@@ -79,6 +82,15 @@ export class PictureSource {
   /** Whether these are the pixels that the last wish ends with. */
   settles({ exact, frame }: FramePixels): boolean {
     return exact && this.#newest.last && frame === this.#wanted?.frame;
+  }
+
+  /** Half as long again as the last two wishes lay apart. */
+  private pause(): number {
+    const now = performance.now();
+    const apart = now - this.#wishedAt;
+    this.#wishedAt = now;
+    const { least, most } = settleMilliseconds;
+    return apart > most ? least : Math.min(most, Math.max(least, apart * 1.5));
   }
 
   private serialFor({ width, height }: FrameQuestion): number {

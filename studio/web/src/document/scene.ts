@@ -31,10 +31,14 @@ export type SceneInput =
   /** `numbered`: a sequence, `first` the number of its first file where the scene states it. */
   | { kind: "file"; file: string; numbered: boolean; first: number | null };
 
+/** What a scene states about a conversion; what it leaves out is absent. */
+export type ShapeOptions = Readonly<Record<string, unknown>>;
+
 export type SceneShape =
   | { kind: "none" }
-  | { kind: "file" | "import"; file: string }
-  | { kind: "text"; text: string };
+  | { kind: "file"; file: string }
+  | { kind: "import"; file: string; options: ShapeOptions }
+  | { kind: "text"; text: string; options: ShapeOptions };
 
 export interface Scene {
   root: Node;
@@ -105,9 +109,13 @@ function readInput(value: unknown): SceneInput {
 function readShape(value: unknown): SceneShape {
   if (typeof value === "string" && value) return { kind: "file", file: value };
   if (typeof value !== "object" || value === null) return { kind: "none" };
-  const { file, text } = value as Record<string, unknown>;
-  if (typeof file === "string") return { kind: "import", file };
-  return typeof text === "string" ? { kind: "text", text } : { kind: "none" };
+  const options = value as ShapeOptions;
+  const { file, text, import: choices } = options;
+  if (typeof file === "string") {
+    const stated = typeof choices === "object" && choices !== null ? choices : {};
+    return { kind: "import", file, options: stated as ShapeOptions };
+  }
+  return typeof text === "string" ? { kind: "text", text, options } : { kind: "none" };
 }
 
 /** The shape as a row shows it: a plain file by its name alone. */

@@ -24,6 +24,9 @@ import {
 import { isContinuous, Table, type Row, type Value } from "./table";
 import { revealing } from "./timescale";
 
+/** Where a tab keeps the name of its scene, for when it is loaded again. */
+const scenePlace = "orbel-scene";
+
 /** How long nothing may change before the server checks the scene, in milliseconds. */
 const checkPause = 80;
 
@@ -83,7 +86,11 @@ export class Session {
   async start(key: string | null): Promise<void> {
     try {
       if (key) await this.client.open(key);
-      const [table, scene] = await Promise.all([this.api.table(), this.api.scene()]);
+      const kept = key ? null : sessionStorage.getItem(scenePlace);
+      const [table, scene] = await Promise.all([
+        this.api.table(),
+        kept ? this.api.openScene(kept).catch(() => this.api.scene()) : this.api.scene(),
+      ]);
       this.update({ table: new Table(table) });
       this.load(scene);
       void listen(
@@ -123,11 +130,17 @@ export class Session {
       panel: null,
       losses: null,
     });
+    this.keepName();
     this.setHistory(startHistory(text));
     this.update({ usedGroups: groupsInUse(this.state.scene) });
     const [first, last] = filmRange(this.state);
     this.update({ frame: first, time: { from: first, to: Math.max(last, first + 1) } });
     this.keeper.offerJournal(text, journal);
+  }
+
+  /** A tab that is loaded again goes on with the same scene. */
+  keepName(): void {
+    sessionStorage.setItem(scenePlace, this.state.file.name);
   }
 
   // ---- Changing the text
@@ -167,6 +180,20 @@ export class Session {
 
   endGesture(): void {
     this.#gesture = null;
+  }
+
+  /** What a hand does until it lets go is one step. */
+  readonly gesture = { begin: () => this.beginGesture(), end: () => this.endGesture() };
+
+  /** The same, and the row is the one in hand. */
+  gestureOn(row: Row): { begin: () => void; end: () => void } {
+    return {
+      begin: () => {
+        this.update({ activeRow: row.id });
+        this.beginGesture();
+      },
+      end: () => this.endGesture(),
+    };
   }
 
   changeKeys(name: string, edit: KeyEdit): void {
@@ -243,7 +270,7 @@ export class Session {
         this.film.heardJobs(event.jobs);
         break;
       case "files":
-        void this.readFiles();
+        void this.readFiles(event.changed);
         break;
       case "ending":
         void this.keeper.ending();
@@ -253,14 +280,24 @@ export class Session {
     }
   }
 
-  async readFiles(): Promise<void> {
+  /** `changed`: what is on show may be another picture now. */
+  async readFiles(changed = false): Promise<void> {
     try {
       const { files } = await this.api.files();
+      if (changed) this.picture.stale();
       this.update({ file: { ...this.state.file, files } });
-      this.picture.stale();
-      this.update({});
+      if (changed) this.#checks.request(this.text);
     } catch (reason) {
       this.fail("files", reason);
+    }
+  }
+
+  async readLetters(): Promise<void> {
+    if (this.state.letters) return;
+    try {
+      this.update({ letters: await this.api.letters() });
+    } catch (reason) {
+      this.fail("letters", reason);
     }
   }
 
@@ -331,6 +368,7 @@ function emptyState(): State {
     notices: [],
     jobs: [],
     losses: null,
+    letters: null,
     connected: true,
     saving: false,
     settings: loadSettings(),

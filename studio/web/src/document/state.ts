@@ -1,6 +1,6 @@
 // Everything that the page shows, as one plain value.
 
-import type { CheckAnswer, DropAnswer, FolderFile, Job } from "../link/api";
+import type { CheckAnswer, DropAnswer, FolderFile, Job, Letters } from "../link/api";
 import type { Failure } from "../link/client";
 import type { Ground } from "../link/frames";
 import type { CopiedKey, KeyId } from "./edits";
@@ -90,6 +90,8 @@ export interface State {
   jobs: readonly Job[];
   /** The file that was dropped last, and what the plain reader would lose of it. */
   losses: DropAnswer | null;
+  /** Fonts and hands, once they were asked for. */
+  letters: Letters | null;
   connected: boolean;
   saving: boolean;
   settings: Settings;

@@ -88,12 +88,22 @@ export interface Outlines {
   paths: string[];
 }
 
-export interface DropAnswer {
+export interface ShapeAnswer {
+  /** A drawing as the plain reader would take it. */
+  before?: Outlines;
+  /** What it is converted to, and what is left out. */
+  after?: (Outlines & { notes: string[] }) | Failure;
+}
+
+export interface DropAnswer extends ShapeAnswer {
   name: string;
   losses: Loss[];
-  /** Where something is lost: the drawing as a plain shape, and imported. */
-  before?: Outlines;
-  after?: (Outlines & { notes: string[] }) | Failure;
+}
+
+/** What texts can be written with. */
+export interface Letters {
+  families: string[];
+  hands: string[];
 }
 
 export interface ExportOrder {
@@ -119,7 +129,13 @@ export class Api {
   files = () => this.client.get<{ files: FolderFile[] }>("/api/files");
   jobs = () => this.client.get<{ jobs: Job[] }>("/api/jobs");
 
+  letters = () => this.client.get<Letters>("/api/letters");
+
   openScene = (name: string) => this.client.post<SceneAnswer>("/api/open-scene", { name });
+  /** What the scene's file is on disk. */
+  revision = (name: string) => this.client.post<{ revision: string }>("/api/revision", { name });
+  /** What becomes of the scene's drawing or text. */
+  shape = (text: string) => this.about<ShapeAnswer>("/api/shape", { text });
   check = (text: string) => this.about<CheckAnswer>("/api/check", { text });
   save = (text: string, revision: string, overwrite: boolean) =>
     this.about<{ revision: string }>("/api/save", { text, revision, overwrite });

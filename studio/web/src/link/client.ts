@@ -33,6 +33,11 @@ export class Client {
     sessionStorage.setItem(tokenPlace, token);
   }
 
+  /** What the server tells on its own. A socket has no headers: the token goes as a protocol. */
+  socket(path: string): WebSocket {
+    return new WebSocket(`ws://${location.host}${path}`, ["orbel.events", this.#token]);
+  }
+
   async get<T>(path: string): Promise<T> {
     return (await (await this.send(path)).json()) as T;
   }

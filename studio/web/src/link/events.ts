@@ -1,4 +1,5 @@
-// What the server tells on its own: one line of JSON an event, for as long as the page is open.
+// What the server tells on its own: a line of JSON an event, for as long as the page is open. It
+// comes through a socket, of which a browser allows hundreds; of other open answers it allows six.
 
 import type { Job } from "./api";
 import type { Client } from "./client";
@@ -6,7 +7,7 @@ import type { Client } from "./client";
 export type ServerEvent =
   | { event: "disk"; revision: string; name: string }
   | { event: "jobs"; jobs: Job[] }
-  | { event: "files" }
+  | { event: "files"; changed: boolean }
   | { event: "ending" }
   | { event: "alive" };
 
@@ -17,34 +18,30 @@ export async function listen(
   up: (connected: boolean, reason?: unknown) => void,
 ): Promise<never> {
   for (let pause = 250; ; pause = Math.min(4000, pause * 2)) {
-    try {
-      const answer = await client.send("/api/events");
-      pause = 250;
-      // The first line, a sign of life, comes when the server has begun to listen for this page.
-      let stands = false;
-      await readLines(answer, (event) => {
-        if (!stands) up((stands = true));
-        heard(event);
-      });
-      up(false);
-    } catch (reason) {
-      up(false, reason);
-    }
+    const stood = await line(client, heard, () => up(true));
+    if (stood) pause = 250;
+    // A socket does not say why it was refused, another call does.
+    up(false, stood ? undefined : await client.get("/api/jobs").catch((reason: unknown) => reason));
     await new Promise((resolve) => setTimeout(resolve, pause));
   }
 }
 
-async function readLines(answer: Response, heard: (event: ServerEvent) => void): Promise<void> {
-  const reader = answer.body?.getReader();
-  const decoder = new TextDecoder();
-  let left = "";
-  while (reader) {
-    const { done, value } = await reader.read();
-    if (done) return;
-    const lines = (left + decoder.decode(value, { stream: true })).split("\n");
-    left = lines.pop() ?? "";
-    for (const line of lines) {
-      if (line.trim()) heard(JSON.parse(line) as ServerEvent);
-    }
-  }
+/** One socket from its first event, a sign of life, to its end: whether it stood at all. */
+function line(
+  client: Client,
+  heard: (event: ServerEvent) => void,
+  stands: () => void,
+): Promise<boolean> {
+  return new Promise((resolve) => {
+    let stood = false;
+    const socket = client.socket("/api/events");
+    socket.onmessage = ({ data }: MessageEvent<string>) => {
+      if (!stood) stands();
+      stood = true;
+      for (const each of data.split("\n")) {
+        if (each.trim()) heard(JSON.parse(each) as ServerEvent);
+      }
+    };
+    socket.onclose = () => resolve(stood);
+  });
 }

@@ -40,10 +40,10 @@ export class FrameLink {
   }
 
   /** A frame. `since` is the serial of the frame that is still shown, 0 for none. */
-  async frame(question: FrameQuestion, since: number): Promise<FramePixels> {
+  async frame(question: FrameQuestion, since: number, stop?: AbortSignal): Promise<FramePixels> {
     const serial = this.nextSerial();
     const body = { ...question, serial, since: since || -1, name: this.sceneName() };
-    const answer = await this.client.send("/api/frame", body);
+    const answer = await this.client.send("/api/frame", body, stop);
     const width = headerNumber(answer, "X-Orbel-Width");
     const height = headerNumber(answer, "X-Orbel-Height");
     const [x = 0, y = 0, w = width, h = height] = (answer.headers.get("X-Orbel-Rect") ?? "")

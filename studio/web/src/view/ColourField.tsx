@@ -1,6 +1,6 @@
 import { useCallback, useEffect, useState } from "preact/hooks";
 import { colourOf, hexOf, hsvOf, rgbOf, type Hsv } from "../document/display";
-import { classes, drag, useLeaving } from "./hooks";
+import { classes, hold, useLeaving, type Gesture } from "./hooks";
 
 interface Props {
   label: string;
@@ -8,12 +8,11 @@ interface Props {
   value: readonly number[];
   disabled?: boolean;
   change: (rgb: number[]) => void;
-  begin: () => void;
-  end: () => void;
+  gesture: Gesture;
 }
 
 /** A swatch that opens a picker, and the colour as hex. */
-export function ColourField({ label, value, disabled, change, begin, end }: Props) {
+export function ColourField({ label, value, disabled, change, gesture }: Props) {
   const [open, setOpen] = useState(false);
   const close = useCallback(() => setOpen(false), []);
   const place = useLeaving<HTMLDivElement>(close, open);
@@ -29,7 +28,7 @@ export function ColourField({ label, value, disabled, change, begin, end }: Prop
           style={{ background: hex }}
           onClick={() => setOpen(!open)}
         />
-        {open && <Picker value={value} change={change} begin={begin} end={end} />}
+        {open && <Picker value={value} change={change} gesture={gesture} />}
       </div>
       <HexField label={`${label} as hex`} hex={hex} disabled={disabled} change={change} />
     </>
@@ -73,10 +72,10 @@ function HexField({ label, hex, disabled, change }: HexProps) {
   );
 }
 
-type PickerProps = Pick<Props, "value" | "change" | "begin" | "end">;
+type PickerProps = Pick<Props, "value" | "change" | "gesture">;
 
 /** Saturation and value on a square, hue on a strip. Keeps the hue of greys while it is open. */
-function Picker({ value, change, begin, end }: PickerProps) {
+function Picker({ value, change, gesture }: PickerProps) {
   const [hsv, setHsv] = useState<Hsv>(() => hsvOf(value));
   const own = hexOf(rgbOf(hsv));
   useEffect(() => {
@@ -92,14 +91,14 @@ function Picker({ value, change, begin, end }: PickerProps) {
     take2: (x: number, y: number) => void,
   ): void => {
     const box = event.currentTarget.getBoundingClientRect();
-    const at = (next: PointerEvent) =>
-      take2(
-        hold((next.clientX - box.left) / box.width),
-        hold((next.clientY - box.top) / box.height),
-      );
-    begin();
-    at(event);
-    drag(event, { move: (_dx, _dy, next) => at(next), end });
+    hold(event, gesture, {
+      threshold: 0,
+      move: (_dx, _dy, next) =>
+        take2(
+          unit((next.clientX - box.left) / box.width),
+          unit((next.clientY - box.top) / box.height),
+        ),
+    });
   };
   const nudge = (event: KeyboardEvent, x: keyof Hsv, y: keyof Hsv | null, size: number): void => {
     const dx = { ArrowLeft: -1, ArrowRight: 1 }[event.key] ?? 0;
@@ -108,7 +107,7 @@ function Picker({ value, change, begin, end }: PickerProps) {
     event.preventDefault();
     const scale = (name: keyof Hsv) => (name === "h" ? 360 : 1);
     const moved = { ...hsv, [x]: Math.min(scale(x), Math.max(0, hsv[x] + dx * size * scale(x))) };
-    if (y) moved[y] = hold(moved[y] + dy * size);
+    if (y) moved[y] = unit(moved[y] + dy * size);
     take(moved);
   };
   return (
@@ -145,6 +144,6 @@ function Picker({ value, change, begin, end }: PickerProps) {
   );
 }
 
-function hold(share: number): number {
+function unit(share: number): number {
   return Math.min(1, Math.max(0, share));
 }

@@ -6,7 +6,7 @@ import { clampToRow, isContinuous, type Row, type Value } from "../document/tabl
 import { frameAt, margin, xOf } from "../document/timescale";
 import { keyId } from "../document/edits";
 import { tidy } from "../document/writing";
-import { classes, drag, useSession } from "./hooks";
+import { classes, hold, useSession } from "./hooks";
 
 interface Props {
   state: State;
@@ -137,15 +137,12 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
   const session = useSession();
   const id = keyId(row.id, keyAt.frame);
   const press = (event: PointerEvent): void => {
-    if (event.button !== 0) return;
-    event.stopPropagation();
     event.preventDefault();
-    session.update({ selection: new Set([id]), activeRow: row.id });
+    if (event.button === 0) session.update({ selection: new Set([id]), activeRow: row.id });
     const base = session.edit();
     const perPixel = (scale.high - scale.low) / scale.height;
     const framesPerPixel = (state.time.to - state.time.from) / (width - 2 * margin);
-    session.beginGesture();
-    drag(event, {
+    hold(event, session.gesture, {
       threshold: 3,
       move: (dx, dy, next) => {
         const fine = next.shiftKey ? 0.1 : 1;
@@ -157,8 +154,18 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
         const text = session.editOf(moved.text).setKeyValue(row, frame, valued);
         session.changeKeys(`shape ${row.label}`, { text, selection: moved.selection });
       },
-      end: () => session.endGesture(),
     });
+  };
+  const step = (event: KeyboardEvent): void => {
+    const direction = { ArrowUp: 1, ArrowDown: -1 }[event.key] ?? 0;
+    if (event.altKey || event.ctrlKey || (direction === 0 && event.key !== " ")) return;
+    event.preventDefault();
+    event.stopPropagation();
+    session.update({ selection: new Set([id]), activeRow: row.id });
+    if (direction === 0 || !isContinuous(row)) return;
+    const next = value + direction * (row.step || 1) * (event.shiftKey ? 0.1 : 1);
+    const valued = withPart(row, keyAt.value, part, next);
+    session.change(`shape ${row.label}`, session.edit().setKeyValue(row, keyAt.frame, valued));
   };
   return (
     <g
@@ -166,7 +173,10 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
       transform={`translate(${xOf(state.time, width, keyAt.frame)} ${yOf(scale, value)})`}
       role="button"
       aria-label={`${row.name}, frame ${keyAt.frame}: ${numberText(value)}`}
+      tabIndex={0}
+      aria-pressed={state.selection.has(id)}
       onPointerDown={press}
+      onKeyDown={step}
     >
       <rect class="grip" x="-9" y="-9" width="18" height="18" />
       <path d="M0-5.500L5.500 0 0 5.500-5.500 0Z" />

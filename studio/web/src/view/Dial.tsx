@@ -1,6 +1,6 @@
 import type { Row } from "../document/table";
 import { tidy } from "../document/writing";
-import { drag } from "./hooks";
+import { arrowDirection, hold, type Gesture } from "./hooks";
 
 interface Props {
   row: Row;
@@ -8,21 +8,18 @@ interface Props {
   shown: string;
   disabled: boolean;
   change: (value: number) => void;
-  begin: () => void;
-  end: () => void;
+  gesture: Gesture;
 }
 
 /** Degrees on a dial; going round counts turns. Ctrl snaps to 15 degrees. */
-export function Dial({ row, value, shown, disabled, change, begin, end }: Props) {
+export function Dial({ row, value, shown, disabled, change, gesture }: Props) {
   const press = (event: PointerEvent & { currentTarget: HTMLElement }): void => {
-    if (disabled || event.button !== 0) return;
+    if (disabled) return;
     const box = event.currentTarget.getBoundingClientRect();
     const centre = [box.left + box.width / 2, box.top + box.height / 2] as const;
     let last = bearing(centre, event);
     let turned = value;
-    begin();
-    drag(event, {
-      threshold: 2,
+    hold(event, gesture, {
       move: (_dx, _dy, next) => {
         const now = bearing(centre, next);
         turned += ((now - last + 540) % 360) - 180;
@@ -30,14 +27,12 @@ export function Dial({ row, value, shown, disabled, change, begin, end }: Props)
         const step = next.ctrlKey ? 15 : next.shiftKey ? 0.1 : 1;
         change(tidy(Math.round(turned / step) * step));
       },
-      end,
     });
   };
   const turn = (event: KeyboardEvent): void => {
-    const direction = { ArrowLeft: -1, ArrowDown: -1, ArrowRight: 1, ArrowUp: 1 }[event.key] ?? 0;
-    if (direction === 0 || disabled || event.altKey) return;
-    event.preventDefault();
-    change(tidy(value + direction * (event.shiftKey ? 0.1 : event.ctrlKey ? 15 : 1)));
+    const direction = disabled ? 0 : arrowDirection(event);
+    const size = event.shiftKey ? 0.1 : event.ctrlKey ? 15 : 1;
+    if (direction !== 0) change(tidy(value + direction * size));
   };
   return (
     <div class="dialplace">

@@ -4,11 +4,13 @@ import type { SceneInput } from "../document/scene";
 import type { FolderFile } from "../link/api";
 import { ColourField } from "./ColourField";
 import { FrameFields } from "./FrameFields";
-import { useSession } from "./hooks";
+import { useSession, watching } from "./hooks";
 import { NumberField } from "./NumberField";
 
+const partsOfInput = ["table", "scene", "lastScene", "file", "check", "settings"] as const;
+
 /** What lies under the stroke, and the frame it is drawn on. */
-export function InputPanel({ state }: { state: State }) {
+export const InputPanel = watching(partsOfInput, function InputPanel({ state }) {
   const scene = readable(state);
   if (!scene) return null;
   return (
@@ -19,7 +21,7 @@ export function InputPanel({ state }: { state: State }) {
       <FrameFields state={state} />
     </div>
   );
-}
+});
 
 const inputKinds: readonly FolderFile["kind"][] = ["sequence", "clip", "picture", "raw"];
 
@@ -118,8 +120,7 @@ function InputColour({ rgba }: { rgba: readonly number[] }) {
         label="Input colour"
         value={rgba.slice(0, 3)}
         change={(rgb) => set(rgb, alpha)}
-        begin={() => session.beginGesture()}
-        end={() => session.endGesture()}
+        gesture={session.gesture}
       />
       <NumberField
         label="Input alpha"

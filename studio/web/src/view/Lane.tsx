@@ -18,48 +18,58 @@ interface Props {
   keys: LaneKey[];
   summary?: boolean;
   press: (event: PointerEvent, key: LaneKey) => void;
-  open?: (event: MouseEvent, key: LaneKey) => void;
+  walk: (event: KeyboardEvent & { currentTarget: Element }, key: LaneKey) => void;
+  /** Opens a menu at a place of the window. */
+  open?: (x: number, y: number, key: LaneKey) => void;
 }
 
 /** One line of keys. Keys outside the view are not drawn. */
-export function Lane({ time, width, keys, summary, press, open }: Props) {
+export function Lane({ time, width, keys, summary, press, walk, open }: Props) {
   const first = keys[0];
   const last = keys[keys.length - 1];
   const line = !summary && first && last && keys.length > 1;
+  const visible = keys.filter(({ frame }) => {
+    const x = xOf(time, width, frame);
+    return x >= -8 && x <= width + 8;
+  });
+  // One stop for Tab in each lane; arrows go on from there.
+  const stop = visible.find((key) => key.selected) ?? visible[0];
   const clip = (frame: number) => Math.min(width + 20, Math.max(-20, xOf(time, width, frame)));
   return (
     <svg class="keyline" width={width} height="24">
       {line && <path class="thread" d={`M${clip(first.frame)} 12H${clip(last.frame)}`} />}
       {!summary &&
         keys.map((key, index) => <Held key={key.frame} lane={keys} index={index} clip={clip} />)}
-      {keys.map((key) => {
-        const x = xOf(time, width, key.frame);
-        if (x < -8 || x > width + 8) return null;
-        return (
-          <g
-            key={key.frame}
-            class={classes(
-              "keysign",
-              summary && "summary",
-              key.selected && "selected",
-              key.easing && "eased",
-            )}
-            transform={`translate(${x} 12)`}
-            role="button"
-            aria-label={key.label}
-            aria-pressed={key.selected}
-            onPointerDown={(event) => press(event, key)}
-            onContextMenu={(event) => {
-              event.preventDefault();
-              open?.(event, key);
-            }}
-          >
-            <title>{key.label}</title>
-            <rect class="grip" x="-8" y="-11" width="16" height="22" />
-            <path d={signOf(key.easing)} />
-          </g>
-        );
-      })}
+      {visible.map((key) => (
+        <g
+          key={key.frame}
+          class={classes(
+            "keysign",
+            summary && "summary",
+            key.selected && "selected",
+            key.easing && "eased",
+          )}
+          transform={`translate(${xOf(time, width, key.frame)} 12)`}
+          role="button"
+          tabIndex={key === stop ? 0 : -1}
+          aria-label={key.label}
+          aria-pressed={key.selected}
+          onPointerDown={(event) => press(event, key)}
+          onKeyDown={(event) => {
+            if (event.key !== "Enter") return walk(event, key);
+            const box = event.currentTarget.getBoundingClientRect();
+            open?.(box.right, box.bottom, key);
+          }}
+          onContextMenu={(event) => {
+            event.preventDefault();
+            open?.(event.clientX, event.clientY, key);
+          }}
+        >
+          <title>{key.label}</title>
+          <rect class="grip" x="-8" y="-11" width="16" height="22" />
+          <path d={signOf(key.easing)} />
+        </g>
+      ))}
     </svg>
   );
 }

@@ -13,7 +13,7 @@ import { filmSize, readable, type State } from "../document/state";
 import { clampToRow, type Row } from "../document/table";
 import { tidy } from "../document/writing";
 import type { PathAnswer } from "../link/api";
-import { drag, useSession } from "./hooks";
+import { arrowDirection, hold, useSession } from "./hooks";
 import type { Placing } from "./Viewport";
 
 interface Props {
@@ -180,13 +180,8 @@ function PointHandle({ row, at, placing, scene, frame, axes, kind }: PointHandle
   const set = (px: number, py: number) =>
     session.setValue(row, [tidy(px), tidy(py)], `move ${row.name}`);
   const press = (event: PointerEvent): void => {
-    if (event.button !== 0) return;
-    event.stopPropagation();
     event.preventDefault();
-    session.update({ activeRow: row.id });
-    session.beginGesture();
-    drag(event, {
-      threshold: 2,
+    hold(event, session.gestureOn(row), {
       move: (dx, dy, next) => {
         const free = next.shiftKey ? Math.abs(dx) > Math.abs(dy) : null;
         const onX = free === false ? 0 : dx / placing.scaleX;
@@ -194,7 +189,6 @@ function PointHandle({ row, at, placing, scene, frame, axes, kind }: PointHandle
         const moved = alongAxes(axes, [onX, onY]);
         if (moved) set(value[0]! + moved[0], value[1]! + moved[1]);
       },
-      end: () => session.endGesture(),
     });
   };
   const nudge = (event: KeyboardEvent): void => {
@@ -243,28 +237,20 @@ function Bead({ row, at, lines, shift, placing, value, kind }: BeadProps) {
   const session = useSession();
   const [x, y] = onBoard(placing, at);
   const press = (event: PointerEvent): void => {
-    if (event.button !== 0) return;
-    event.stopPropagation();
     event.preventDefault();
-    session.update({ activeRow: row.id });
-    session.beginGesture();
     let current = value;
-    drag(event, {
-      threshold: 2,
+    hold(event, session.gestureOn(row), {
       move: (dx, dy) => {
         const place: Place = [at[0] + dx / placing.scaleX, at[1] + dy / placing.scaleY];
         const share = shareNear(lines, place) - shift / 100;
         current = clampToRow(row, tidy(unwound(share, current / 100) * 100, 2));
         session.setValue(row, current, `drag ${row.label}`);
       },
-      end: () => session.endGesture(),
     });
   };
   const nudge = (event: KeyboardEvent): void => {
-    const direction = { ArrowLeft: -1, ArrowDown: -1, ArrowRight: 1, ArrowUp: 1 }[event.key] ?? 0;
-    if (direction === 0 || event.altKey) return;
-    event.preventDefault();
-    session.setValue(row, clampToRow(row, tidy(value + direction * (event.shiftKey ? 0.1 : 1))));
+    const step = arrowDirection(event) * (event.shiftKey ? 0.1 : 1);
+    if (step !== 0) session.setValue(row, clampToRow(row, tidy(value + step)));
   };
   return (
     <g

@@ -5,7 +5,7 @@ import { tidy } from "../document/writing";
 import { toggleKey } from "./commands";
 import { ColourField } from "./ColourField";
 import { Dial } from "./Dial";
-import { classes, drag, memo, useSession } from "./hooks";
+import { classes, hold, memo, useSession } from "./hooks";
 import { NumberField } from "./NumberField";
 import { Slider } from "./Slider";
 
@@ -74,13 +74,12 @@ function RowLabel({ row, value, disabled }: RowProps) {
   const session = useSession();
   const draggable = !disabled && (isScalar(row) || row.kind === "point");
   const press = (event: PointerEvent): void => {
-    if (!draggable || event.button !== 0) return;
+    if (!draggable) return;
     event.preventDefault();
     let x = event.clientX;
     let y = event.clientY;
     let current = typeof value === "object" ? [...value] : [Number(value)];
-    session.beginGesture();
-    drag(event, {
+    hold(event, session.gesture, {
       threshold: 3,
       move: (_dx, _dy, next) => {
         const step = dragStep(row, next.shiftKey, next.ctrlKey);
@@ -90,7 +89,6 @@ function RowLabel({ row, value, disabled }: RowProps) {
         const shown = current.map((part) => tidy(part));
         session.setValue(row, row.kind === "point" ? shown : shown[0]!, `drag ${row.label}`);
       },
-      end: () => session.endGesture(),
     });
   };
   return (
@@ -124,7 +122,6 @@ function ScalarControls({ row, value, disabled }: RowProps) {
   const number = Number(value);
   const shown = valueText(row, value);
   const change = (next: number) => session.setValue(row, tidy(clampToRow(row, next), 5));
-  const gesture = { begin: () => session.beginGesture(), end: () => session.endGesture() };
   const Control = row.kind === "angle" ? Dial : Slider;
   return (
     <>
@@ -134,7 +131,7 @@ function ScalarControls({ row, value, disabled }: RowProps) {
         shown={shown}
         disabled={disabled}
         change={change}
-        {...gesture}
+        gesture={session.gesture}
       />
       <NumberField
         label={row.label}
@@ -178,8 +175,7 @@ function ColourControls({ row, value, disabled }: RowProps) {
       value={value as readonly number[]}
       disabled={disabled}
       change={(rgb) => session.setValue(row, rgb)}
-      begin={() => session.beginGesture()}
-      end={() => session.endGesture()}
+      gesture={session.gesture}
     />
   );
 }

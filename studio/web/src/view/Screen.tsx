@@ -48,21 +48,55 @@ export function Screen({
   );
 }
 
+/** A picture as it was sent last in one size, to which later ones only say what has changed. */
+interface Sheet {
+  serial: number;
+  pixels: ImageData;
+}
+
+const keptSheets = 2;
+
 function screenOn(canvas: HTMLCanvasElement) {
   // Without alpha and in the browser's own colours, so that every byte arrives as it was sent.
   const context = canvas.getContext("2d", { alpha: false, colorSpace: "srgb" });
-  let serial = 0;
+  let sheets: Sheet[] = [];
+  let shown: Sheet | null = null;
+  const sheetOf = (width: number, height: number) =>
+    sheets.find(({ pixels }) => pixels.width === width && pixels.height === height);
+  const resize = (width: number, height: number): void => {
+    if (canvas.width === width && canvas.height === height) return;
+    canvas.width = width;
+    canvas.height = height;
+  };
   return {
-    serial: (width: number, height: number) =>
-      canvas.width === width && canvas.height === height ? serial : 0,
-    paint: ({ width, height, rect, pixels, serial: its }: FramePixels) => {
-      if (canvas.width !== width || canvas.height !== height) {
-        canvas.width = width;
-        canvas.height = height;
-      }
-      serial = its;
-      if (!context || rect.width === 0 || rect.height === 0) return;
-      context.putImageData(new ImageData(pixels, rect.width, rect.height), rect.x, rect.y);
+    serial: (width: number, height: number) => sheetOf(width, height)?.serial ?? 0,
+    paint: ({ width, height, rect, pixels, serial }: FramePixels) => {
+      const whole = rect.width === width && rect.height === height;
+      const old = sheetOf(width, height);
+      const sheet = whole ? { serial, pixels: new ImageData(pixels, width, height) } : old;
+      if (!sheet) return;
+      if (!whole) copyRows(pixels, rect, sheet.pixels);
+      sheet.serial = serial;
+      sheets = [sheet, ...sheets.filter((each) => each !== old)].slice(0, keptSheets);
+      resize(width, height);
+      if (shown !== sheet) context?.putImageData(sheet.pixels, 0, 0);
+      else if (rect.width > 0 && rect.height > 0)
+        context?.putImageData(sheet.pixels, 0, 0, rect.x, rect.y, rect.width, rect.height);
+      shown = sheet;
+    },
+    /** A picture that no later one refers to. */
+    flash: ({ width, height, pixels }: FramePixels) => {
+      resize(width, height);
+      context?.putImageData(new ImageData(pixels, width, height), 0, 0);
+      shown = null;
     },
   };
+}
+
+function copyRows(from: Uint8ClampedArray, rect: FramePixels["rect"], to: ImageData): void {
+  const row = rect.width * 4;
+  for (let y = 0; y < rect.height; y++) {
+    const start = ((rect.y + y) * to.width + rect.x) * 4;
+    to.data.set(from.subarray(y * row, (y + 1) * row), start);
+  }
 }

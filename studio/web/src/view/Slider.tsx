@@ -1,6 +1,6 @@
 import { sliderShare, sliderValue } from "../document/display";
 import type { Row } from "../document/table";
-import { drag } from "./hooks";
+import { arrowDirection, hold, type Gesture } from "./hooks";
 
 interface Props {
   row: Row;
@@ -8,29 +8,28 @@ interface Props {
   shown: string;
   disabled: boolean;
   change: (value: number) => void;
-  begin: () => void;
-  end: () => void;
+  gesture: Gesture;
 }
 
 /** A slider over the row's slider range; the value itself may lie beyond it. */
-export function Slider({ row, value, shown, disabled, change, begin, end }: Props) {
+export function Slider({ row, value, shown, disabled, change, gesture }: Props) {
   const low = sliderShare(row, Math.max(row.sliderMin ?? 0, 0));
   const share = sliderShare(row, value);
   const press = (event: PointerEvent & { currentTarget: HTMLElement }): void => {
-    if (disabled || event.button !== 0) return;
+    if (disabled) return;
     const box = event.currentTarget.getBoundingClientRect();
-    const at = (x: number, fine: boolean) =>
-      change(sliderValue(row, (x - box.left - 5) / (box.width - 10), fine));
-    begin();
-    at(event.clientX, event.shiftKey);
-    drag(event, { move: (_dx, _dy, next) => at(next.clientX, next.shiftKey), end });
+    hold(event, gesture, {
+      threshold: 0,
+      move: (_dx, _dy, next) => {
+        const share = (next.clientX - box.left - 5) / (box.width - 10);
+        change(sliderValue(row, share, next.shiftKey));
+      },
+    });
   };
   const step = (event: KeyboardEvent): void => {
-    const direction = { ArrowLeft: -1, ArrowDown: -1, ArrowRight: 1, ArrowUp: 1 }[event.key] ?? 0;
-    if (direction === 0 || disabled || event.altKey) return;
-    event.preventDefault();
+    const direction = disabled ? 0 : arrowDirection(event);
     const size = sliderStep(row) * (event.shiftKey ? 0.1 : event.ctrlKey ? 10 : 1);
-    change(value + direction * size);
+    if (direction !== 0) change(value + direction * size);
   };
   return (
     <div

@@ -8,8 +8,8 @@ import { copy, deleteSelection, paste } from "./commands";
 import { ContextMenu, type MenuItem } from "./ContextMenu";
 import { Curve } from "./Curve";
 import { commonEasing, easingNames } from "./EasingSelect";
-import { classes, drag, useSession, useSize } from "./hooks";
-import { addKeyAt, dragKeys, selectInBox } from "./keyGestures";
+import { classes, drag, hold, useSession, useSize } from "./hooks";
+import { addKeyAt, dragKeys, selectInBox, walkKeys } from "./keyGestures";
 import { Lane, type LaneKey } from "./Lane";
 import { Ruler } from "./Ruler";
 import { Transport } from "./Transport";
@@ -171,6 +171,7 @@ function Summary({ state, tracks, width }: Omit<StackProps, "openMenu">) {
         keys={keys}
         summary
         press={(event, key) => dragKeys(session, event, key.ids, width)}
+        walk={(event, key) => walkKeys(session, event, key.ids)}
       />
       <StretchBar state={state} width={width} />
     </div>
@@ -185,19 +186,15 @@ function StretchBar({ state, width }: { state: State; width: number }) {
   const last = Math.max(...frames);
   if (frames.length < 2 || first === last) return null;
   const press = (pivot: number, moving: number) => (event: PointerEvent) => {
-    event.stopPropagation();
     event.preventDefault();
     const base = session.edit();
     const chosen = session.state.selection;
     const perPixel = (state.time.to - state.time.from) / width;
-    session.beginGesture();
-    drag(event, {
-      threshold: 2,
+    hold(event, session.gesture, {
       move: (dx) => {
         const factor = Math.max(0.01, (moving + dx * perPixel - pivot) / (moving - pivot));
         session.changeKeys("stretch keys", base.stretchKeys(chosen, pivot, factor));
       },
-      end: () => session.endGesture(),
     });
   };
   const from = xOf(state.time, width, first);
@@ -237,9 +234,10 @@ function LaneStack({ state, tracks, width, openMenu }: StackProps) {
             width={width}
             keys={laneKeys(track, state)}
             press={(event, key) => dragKeys(session, event, key.ids, width)}
-            open={(event, key) => {
+            walk={(event, key) => walkKeys(session, event, key.ids)}
+            open={(x, y, key) => {
               if (!key.selected) session.select(new Set(key.ids));
-              openMenu(event.clientX, event.clientY);
+              openMenu(x, y);
             }}
           />
         </div>

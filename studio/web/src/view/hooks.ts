@@ -3,6 +3,7 @@
 import { Component, createContext, h, type ComponentChild, type FunctionComponent } from "preact";
 import { useContext, useEffect, useRef, useState } from "preact/hooks";
 import type { Session } from "../document/session";
+import type { State } from "../document/state";
 
 export const Studio = createContext<Session | null>(null);
 
@@ -25,6 +26,22 @@ export function memo<P extends object>(view: FunctionComponent<P>): FunctionComp
     }
   }
   return Memo as unknown as FunctionComponent<P>;
+}
+
+/** A component that is drawn again only when one of these parts of the state is another value. */
+export function watching(
+  parts: readonly (keyof State)[],
+  view: FunctionComponent<{ state: State }>,
+): FunctionComponent<{ state: State }> {
+  class Watching extends Component<{ state: State }> {
+    override shouldComponentUpdate({ state }: { state: State }): boolean {
+      return parts.some((part) => this.props.state[part] !== state[part]);
+    }
+    override render(): ComponentChild {
+      return h(view, this.props);
+    }
+  }
+  return Watching as unknown as FunctionComponent<{ state: State }>;
 }
 
 export interface DragMoves {
@@ -57,6 +74,33 @@ export function drag(event: PointerEvent, { move, end, threshold = 0 }: DragMove
   window.addEventListener("pointermove", onMove);
   window.addEventListener("pointerup", onEnd);
   window.addEventListener("pointercancel", onEnd);
+}
+
+/** Where one step of the undo list begins and ends. */
+export interface Gesture {
+  begin: () => void;
+  end: () => void;
+}
+
+/** Holds a value from a press of the first button to the release: one step of the undo list. */
+export function hold(
+  event: PointerEvent,
+  { begin, end }: Gesture,
+  { move, threshold = 2 }: Omit<DragMoves, "end">,
+): void {
+  if (event.button !== 0) return;
+  event.stopPropagation();
+  begin();
+  if (threshold === 0) move(0, 0, event);
+  drag(event, { move, end, threshold });
+}
+
+/** The way in which an arrow key moves a value: 1, -1, or 0 for any other key. */
+export function arrowDirection(event: KeyboardEvent): number {
+  if (event.altKey) return 0;
+  const direction = { ArrowLeft: -1, ArrowDown: -1, ArrowRight: 1, ArrowUp: 1 }[event.key] ?? 0;
+  if (direction !== 0) event.preventDefault();
+  return direction;
 }
 
 /** The size of an element in CSS pixels, kept up to date. */

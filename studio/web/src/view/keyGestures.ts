@@ -52,6 +52,41 @@ export function dragKeys(session: Session, event: PointerEvent, ids: KeyId[], wi
   });
 }
 
+/** Arrows go from key to key and from lane to lane, Space selects; with Shift, more of them. */
+export function walkKeys(
+  session: Session,
+  event: KeyboardEvent & { currentTarget: Element },
+  ids: KeyId[],
+): void {
+  if (event.altKey || event.ctrlKey) return;
+  if (event.key === " ") {
+    const { selection } = session.state;
+    const rest = [...selection].filter((id) => !ids.includes(id));
+    const selected = rest.length < selection.size;
+    session.select(new Set(selected ? rest : event.shiftKey ? [...selection, ...ids] : ids));
+  } else if (event.key.startsWith("Arrow")) {
+    neighbourOf(event.currentTarget, event.key)?.focus();
+  } else return;
+  event.preventDefault();
+  event.stopPropagation();
+}
+
+/** The sign beside this one in its lane, or the nearest one of the next lane that has any. */
+function neighbourOf(sign: Element, arrow: string): SVGElement | undefined {
+  const lanes = [...document.querySelectorAll(".area .lane")].map((lane) => [
+    ...lane.querySelectorAll<SVGElement>(".keysign"),
+  ]);
+  const own = lanes.findIndex((signs) => signs.some((each) => each === sign));
+  const at = lanes[own]?.findIndex((each) => each === sign) ?? 0;
+  if (arrow === "ArrowLeft") return lanes[own]?.[at - 1];
+  if (arrow === "ArrowRight") return lanes[own]?.[at + 1];
+  const beyond = arrow === "ArrowUp" ? lanes.slice(0, own).reverse() : lanes.slice(own + 1);
+  const next = beyond.find((signs) => signs.length > 0) ?? [];
+  const middle = (each: Element) => each.getBoundingClientRect().x;
+  const distance = (each: Element) => Math.abs(middle(each) - middle(sign));
+  return [...next].sort((a, b) => distance(a) - distance(b))[0];
+}
+
 function snapTargets(session: Session, moving: ReadonlySet<KeyId>): number[] {
   const targets = [session.state.frame];
   readable(session.state)?.tracks.forEach((track) => {

@@ -1,14 +1,11 @@
 // The room for everybody: axe finds nothing, in the room and in every panel.
 
 import assert from "node:assert/strict";
-import { readFile } from "node:fs/promises";
-import { createRequire } from "node:module";
 import { after, test } from "node:test";
+import { axe, violations } from "../support/axe.mjs";
 import { closeAll, openStudio } from "../support/studio.mjs";
 
 after(closeAll);
-
-const axe = await readFile(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 
 const text = JSON.stringify({
   orbel: 1,
@@ -30,21 +27,7 @@ test("axe finds no fault", async () => {
   const studio = await openStudio({ text });
   const { page } = studio;
   await page.evaluate(axe);
-  const examine = async (what) => {
-    const violations = await page.evaluate(async () => {
-      const found = await window.axe.run(document, {
-        runOnly: ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "best-practice"],
-      });
-      return found.violations.map(
-        ({ id, nodes }) =>
-          `${id}: ${nodes
-            .slice(0, 3)
-            .map((node) => node.html.slice(0, 160))
-            .join(" | ")}`,
-      );
-    });
-    assert.deepEqual(violations, [], what);
-  };
+  const examine = async (what) => assert.deepEqual(await violations(page), [], what);
   await examine("the room");
   await page.keyboard.press("?");
   await examine("the shortcuts");
@@ -61,5 +44,10 @@ test("axe finds no fault", async () => {
   await page.keyboard.press("c");
   await page.locator(".scenename button").first().click();
   await examine("curve and scenes");
+  await page.getByLabel("Text as shape").fill("Hello");
+  await page.getByLabel("Text as shape").press("Enter");
+  await page.getByLabel("Font").waitFor();
+  await page.getByRole("button", { name: "Pixels" }).click();
+  await examine("a text, and the form of pixels");
   await studio.close();
 });

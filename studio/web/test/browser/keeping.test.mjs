@@ -68,10 +68,10 @@ test("what somebody else wrote is offered, never lost", async () => {
 
 test("what somebody wrote before the page listened is noticed", async () => {
   const studio = await openStudio({ text });
-  await studio.page.route("**/api/events", async (route) => {
+  await studio.page.routeWebSocket("**/api/events", async (socket) => {
     await writeFile(studio.file, text.replace("1.20e1", "33"));
     await new Promise((done) => setTimeout(done, 1500)); // the server has told it, to nobody
-    await route.continue();
+    socket.connectToServer();
   });
   await studio.page.reload();
   await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
@@ -116,14 +116,121 @@ test("a drawing dropped on the page becomes the shape, plain or imported, and a 
   const shown = () => studio.row("Shape").locator("option:checked").textContent();
   assert.equal(await shown(), "line.svg, imported");
 
-  // A word in its place.
-  const word = studio.page.getByLabel("Text as shape");
+  // What the importer leaves out stands below its options.
+  const option = (name) => studio.page.getByLabel(name, { exact: true });
+  await option("Take").selectOption("strokes");
+  await option("Smallest").fill("80");
+  await option("Smallest").press("Enter");
+  assert.deepEqual((await studio.saved()).shape.import, { take: "strokes", smallest: 80 });
+  await studio.page.locator(".card", { hasText: "nothing in the drawing" }).waitFor();
+  await option("Smallest").fill("0.2");
+  await option("Smallest").press("Enter");
+  assert.deepEqual((await studio.saved()).shape.import, { take: "strokes" });
+
+  // A word in its place, in two lines with a font, and then with a pen.
+  const word = option("Text as shape");
   await word.fill("Hello");
   await word.press("Enter");
   assert.deepEqual((await studio.saved()).shape, { text: "Hello" });
   assert.equal(await shown(), "“Hello”");
+  await word.focus();
+  await word.press("End");
+  await word.press("Shift+Enter");
+  await word.pressSequentially("you \u2603");
+  await word.press("Enter");
+  await option("Font").selectOption("serif");
+  await option("Bold").click();
+  await option("Align").selectOption("center");
+  assert.deepEqual((await studio.saved()).shape, {
+    text: "Hello\nyou \u2603",
+    font: "serif:bold",
+    align: "center",
+  });
+  await option("Single stroke").click();
+  await option("Hand").selectOption("futural");
+  assert.equal((await studio.saved()).shape.hand, "futural");
+  await studio.page.locator(".notes", { hasText: "U+2603" }).waitFor();
   await studio.settled();
   assert.equal(await studio.notice("scene").count(), 0);
+  await studio.close();
+});
+
+test("nine tabs of one studio live side by side", async () => {
+  const studio = await openStudio({ text });
+  const others = [];
+  for (let count = 0; count < 8; count++) {
+    const page = await studio.context.newPage();
+    await page.goto(await studio.addressForAnotherTab());
+    await studio.settled(page);
+    others.push(page);
+  }
+  await studio.type("Feather", "40");
+  await studio.saved();
+  for (const page of others) await page.locator('[data-notice="disk"]').waitFor();
+  await studio.close();
+});
+
+test("a full disk and a drop that is too large are told, and nothing is lost", async () => {
+  const studio = await openStudio({ text });
+  const { page } = studio;
+  await page.route("**/api/save", (route) =>
+    route.fulfill({
+      status: 507,
+      json: { error: "scene.json cannot be written", remedy: "free some room" },
+    }),
+  );
+  await studio.type("Feather", "40");
+  await page.keyboard.press("Control+s");
+  await studio.notice("save").getByText("free some room").waitFor();
+  assert.equal(await readFile(studio.file, "utf8"), text);
+  await page.unrouteAll();
+  assert.equal((await studio.parameters()).Feather, 40);
+  assert.equal(await studio.notice("save").count(), 0);
+
+  // A browser hands over what is dropped by its name and size; its bytes are not even read.
+  await page.evaluate(() => {
+    const file = new File([], "film.mov");
+    Object.defineProperty(file, "size", { value: 4 * 2 ** 30 });
+    Object.defineProperty(file, "arrayBuffer", { value: () => Promise.reject(new Error("read")) });
+    const event = new DragEvent("drop", { cancelable: true });
+    Object.defineProperty(event, "dataTransfer", { value: { files: [file] } });
+    window.dispatchEvent(event);
+  });
+  await studio.notice("drop").getByText("4096 MiB").waitFor();
+  await studio.close();
+});
+
+test("a scene that was opened stays open over a reload, and others answer for themselves", async () => {
+  const studio = await openStudio({ text });
+  const { page } = studio;
+  await writeFile(join(studio.folder, "other.json"), text.replace("1.20e1", "5"));
+  await page.reload();
+  await studio.settled();
+  await page.locator(".scenename button").first().click();
+  await page.getByRole("button", { name: "other" }).click();
+  await studio.shows("Thickness", "5 px");
+  await page.reload();
+  await studio.settled();
+  await studio.shows("Thickness", "5 px");
+
+  // Theirs of one scene comes when another one is open already.
+  await writeFile(join(studio.folder, "other.json"), text.replace("1.20e1", "7"));
+  await studio.notice("disk").waitFor();
+  let answer;
+  await page.route("**/api/open-scene", async (route) => {
+    if (!answer && route.request().postDataJSON().name === "other.json") {
+      await new Promise((done) => (answer = done));
+    }
+    await route.continue();
+  });
+  await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
+  await page.locator(".scenename button").first().click();
+  await page.getByRole("button", { name: "scene", exact: true }).click();
+  await studio.shows("Thickness", "12 px");
+  answer();
+  await page.waitForTimeout(300);
+  await studio.shows("Thickness", "12 px");
+  await studio.undoIs("");
   await studio.close();
 });
 

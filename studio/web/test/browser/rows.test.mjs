@@ -1,9 +1,10 @@
 // The inspector: every kind of row, and what all of them share.
 
 import assert from "node:assert/strict";
-import { readFile } from "node:fs/promises";
+import { readFile, rename } from "node:fs/promises";
+import { join } from "node:path";
 import { after, test } from "node:test";
-import { closeAll, openStudio } from "../support/studio.mjs";
+import { closeAll, openStudio, orbel } from "../support/studio.mjs";
 
 after(closeAll);
 
@@ -118,6 +119,58 @@ test("keys, reset, copies, search and the menu of a row", async () => {
   await page.keyboard.press("Escape");
   await page.getByRole("button", { name: "Animated" }).click();
   assert.equal(await page.locator(".row").count(), 1);
+  await studio.close();
+});
+
+test("whatever a scene can say of its frame and input is at hand", async () => {
+  const studio = await openStudio({ text });
+  const { page } = studio;
+  const field = (name) => page.getByLabel(name, { exact: true });
+  const type = async (name, value) => {
+    await field(name).fill(value);
+    await field(name).press("Enter");
+  };
+  await page.getByRole("button", { name: "Pixels" }).click();
+  await type("Pixel aspect ratio", "16/15");
+  await type("Render scale x", "0.5");
+  await type("Render scale y", "0.25");
+  await field("Pixel format").selectOption("rgba16");
+  await type("Frames per second", "29.97");
+  await studio.settled();
+  const width = await page.locator(".screen").evaluate((canvas) => canvas.clientWidth);
+  const height = await page.locator(".screen").evaluate((canvas) => canvas.clientHeight);
+  assert.ok(Math.abs(width / height - (320 / 180) * (16 / 15)) < 0.01, `${width} x ${height}`);
+  const { pixelAspect, renderScale, format, fps } = await studio.saved();
+  assert.deepEqual([pixelAspect, renderScale, format, fps], [1.0667, [0.5, 0.25], "rgba16", 29.97]);
+  await type("Pixel aspect ratio", "1");
+  await type("Render scale x", "1");
+  await type("Render scale y", "1");
+  const plain = await studio.saved();
+  assert.ok(!("pixelAspect" in plain) && !("renderScale" in plain));
+
+  // A sequence, a raw frame, a colour: each as the file says it.
+  await field("Pixel format").selectOption("rgba8");
+  await field("Input").selectOption("color");
+  await studio.saved();
+  for (const frame of [4, 5]) {
+    const name = `shot-0${frame}.png`;
+    await orbel("render", studio.file, "--frames", `${frame}`, "-o", join(studio.folder, name));
+  }
+  await orbel("render", studio.file, "--frames", "4", "--raw", join(studio.folder, "raw"));
+  await rename(join(studio.folder, "raw", "frame-000004.raw"), join(studio.folder, "one.raw"));
+  await page.getByRole("option", { name: "shot-%02d.png (2)" }).waitFor({ state: "attached" });
+  await field("Input").selectOption("file:shot-%02d.png");
+  await studio.settled();
+  assert.deepEqual((await studio.saved()).input, { file: "shot-%02d.png", first: 4 });
+  await type("Number of the first file", "5");
+  await studio.notice("scene").waitFor();
+  await type("Number of the first file", "4");
+  await studio.notice("scene").waitFor({ state: "detached" });
+  await page.getByRole("option", { name: "one.raw" }).waitFor({ state: "attached" });
+  await field("Input").selectOption("file:one.raw");
+  await studio.settled();
+  assert.deepEqual((await studio.saved()).input, { raw: "one.raw" });
+  assert.equal(await studio.notice("scene").count(), 0);
   await studio.close();
 });
 

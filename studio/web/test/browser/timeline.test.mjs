@@ -2,6 +2,7 @@
 
 import assert from "node:assert/strict";
 import { after, test } from "node:test";
+import { axe, violations } from "../support/axe.mjs";
 import { closeAll, openStudio } from "../support/studio.mjs";
 
 after(closeAll);
@@ -102,6 +103,37 @@ test("easing, copies, the curve and deleting", async () => {
   const [frame, value] = (await studio.parameters()).Start.keys[1];
   assert.equal(frame, 40);
   assert.ok(value < 20, `value ${value}`);
+  await studio.close();
+});
+
+test("keys are reached and worked on by keyboard alone", async () => {
+  const studio = await openStudio({ text });
+  const { page } = studio;
+  const focused = () => page.evaluate(() => document.activeElement.getAttribute("aria-label"));
+  const press = async (...keys) => {
+    for (const key of keys) await page.keyboard.press(key);
+  };
+  // Tab goes from lane to lane, arrows from key to key and to the nearest one of the next lane.
+  await page.locator(".area .lane.summary .keysign").first().focus();
+  await press("Tab");
+  assert.match(await focused(), /^Start, frame 0/);
+  await press("ArrowRight", "ArrowRight");
+  assert.match(await focused(), /^Start, frame 40/);
+  await press("ArrowDown");
+  assert.match(await focused(), /^End, frame (20|60)/);
+  await press("ArrowUp", "ArrowUp");
+  assert.match(await focused(), /^All keys at frame/);
+  await press("ArrowDown", " ", "Enter");
+  await page.getByRole("menuitemradio", { name: "Hold" }).waitFor();
+  await press("Escape");
+  await studio.key("Start", 0).focus();
+  await press(" ", "Alt+ArrowRight", "Alt+ArrowRight");
+  assert.equal((await studio.parameters()).Start.keys[0][0], 2);
+  await studio.key("End", 60).focus();
+  await press(" ", "Delete");
+  assert.equal((await studio.parameters()).End.keys.length, 1);
+  await page.evaluate(axe);
+  assert.deepEqual(await violations(page), []);
   await studio.close();
 });
 

@@ -53,7 +53,7 @@ export async function startProgram(scene, ...options) {
     child.kill(signal);
     return ended;
   };
-  return { address, end };
+  return { address, end, pid: child.pid };
 }
 
 let browser;
