@@ -36,7 +36,7 @@ TEST(StudioProgram, hasTheDesktopOpenItsAddress) {
     test::writeBytes(opener, "#!/bin/sh\nprintf %s \"$*\" > '" + (folder / "told") + "'\n");
     ASSERT_EQ(chmod(opener.c_str(), 0755), 0);
     const std::string path = getenv("PATH");
-    setenv("PATH", (folder.path() + ":" + path).c_str(), 1);
+    setenv("PATH", (folder.path().string() + ":" + path).c_str(), 1);
     const test::Process program({ORBEL_PROGRAM, "studio", folder.path()}, folder / "log", 60);
     setenv("PATH", path.c_str(), 1);
     const auto line = [&](const std::string& file) {

@@ -137,6 +137,7 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
   const session = useSession();
   const id = keyId(row.id, keyAt.frame);
   const press = (event: PointerEvent): void => {
+    event.stopPropagation();
     event.preventDefault();
     if (event.button === 0) session.update({ selection: new Set([id]), activeRow: row.id });
     const base = session.edit();
@@ -173,7 +174,7 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
       transform={`translate(${xOf(state.time, width, keyAt.frame)} ${yOf(scale, value)})`}
       role="button"
       aria-label={`${row.name}, frame ${keyAt.frame}: ${numberText(value)}`}
-      tabIndex={0}
+      tabindex={0}
       aria-pressed={state.selection.has(id)}
       onPointerDown={press}
       onKeyDown={step}

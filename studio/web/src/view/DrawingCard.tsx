@@ -42,18 +42,18 @@ export function DrawingCard({ state, shape }: { state: State; shape: SceneShape 
 
 function ImportOptions({ options }: { options: ShapeOptions }) {
   return (
-    <div class="options">
+    <div class="choices">
       <Choice
         options={options}
         name="take"
         label="Take"
-        entries={{ both: "Fills and strokes", strokes: "Strokes", fills: "Fills" }}
+        entries={{ both: "Both", strokes: "Strokes", fills: "Fills" }}
       />
       <Choice
         options={options}
         name="order"
         label="Order"
-        entries={{ paint: "As painted", nearest: "Nearest next" }}
+        entries={{ paint: "As painted", nearest: "Nearest" }}
       />
       <Choice
         options={options}
@@ -64,7 +64,7 @@ function ImportOptions({ options }: { options: ShapeOptions }) {
       <Measure options={options} name="smallest" label="Smallest" usual={0.2} unit="%" step={0.1} />
       <Measure options={options} name="simplify" label="Simplify" usual={0} unit="px" step={0.1} />
       <Measure options={options} name="seconds" label="Time" usual={10} unit="s" step={1} />
-      <Flag options={options} name="pageRectangles" label="Page rectangles" usual={true} />
+      <Flag options={options} name="pageRectangles" label="Page frame" usual={true} />
     </div>
   );
 }

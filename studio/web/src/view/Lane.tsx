@@ -51,7 +51,7 @@ export function Lane({ time, width, keys, summary, press, walk, open }: Props) {
           )}
           transform={`translate(${xOf(time, width, key.frame)} 12)`}
           role="button"
-          tabIndex={key === stop ? 0 : -1}
+          tabindex={key === stop ? 0 : -1}
           aria-label={key.label}
           aria-pressed={key.selected}
           onPointerDown={(event) => press(event, key)}

@@ -180,6 +180,7 @@ function PointHandle({ row, at, placing, scene, frame, axes, kind }: PointHandle
   const set = (px: number, py: number) =>
     session.setValue(row, [tidy(px), tidy(py)], `move ${row.name}`);
   const press = (event: PointerEvent): void => {
+    event.stopPropagation();
     event.preventDefault();
     hold(event, session.gestureOn(row), {
       move: (dx, dy, next) => {
@@ -237,6 +238,7 @@ function Bead({ row, at, lines, shift, placing, value, kind }: BeadProps) {
   const session = useSession();
   const [x, y] = onBoard(placing, at);
   const press = (event: PointerEvent): void => {
+    event.stopPropagation();
     event.preventDefault();
     let current = value;
     hold(event, session.gestureOn(row), {

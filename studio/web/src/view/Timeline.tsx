@@ -186,6 +186,7 @@ function StretchBar({ state, width }: { state: State; width: number }) {
   const last = Math.max(...frames);
   if (frames.length < 2 || first === last) return null;
   const press = (pivot: number, moving: number) => (event: PointerEvent) => {
+    event.stopPropagation();
     event.preventDefault();
     const base = session.edit();
     const chosen = session.state.selection;

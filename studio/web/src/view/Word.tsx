@@ -57,7 +57,7 @@ function WritingOptions({ text, options }: { text: string; options: ShapeOptions
   const pen = options.singleStroke === true;
   const hands = Object.fromEntries((letters?.hands ?? []).map((hand) => [hand, hand]));
   return (
-    <div class="options">
+    <div class="choices">
       {pen ? (
         <Choice
           options={options}
@@ -116,28 +116,25 @@ function Font({ options, families }: { options: ShapeOptions; families: readonly
     </button>
   );
   return (
-    <>
-      <span>Font</span>
-      <span class="font">
-        <select
-          class="select"
-          aria-label="Font"
-          value={family}
-          onChange={(event) => {
-            set([event.currentTarget.value, ...words].join(":"));
-            event.currentTarget.blur();
-          }}
-        >
-          {!families.includes(family) && <option value={family}>{family}</option>}
-          {families.map((each) => (
-            <option key={each} value={each}>
-              {each}
-            </option>
-          ))}
-        </select>
-        {style("bold", "B")}
-        {style("italic", "I")}
-      </span>
-    </>
+    <span class="font">
+      <select
+        class="select"
+        aria-label="Font"
+        value={family}
+        onChange={(event) => {
+          set([event.currentTarget.value, ...words].join(":"));
+          event.currentTarget.blur();
+        }}
+      >
+        {!families.includes(family) && <option value={family}>{family}</option>}
+        {families.map((each) => (
+          <option key={each} value={each}>
+            {each}
+          </option>
+        ))}
+      </select>
+      {style("bold", "B")}
+      {style("italic", "I")}
+    </span>
   );
 }

@@ -89,7 +89,6 @@ export function hold(
   { move, threshold = 2 }: Omit<DragMoves, "end">,
 ): void {
   if (event.button !== 0) return;
-  event.stopPropagation();
   begin();
   if (threshold === 0) move(0, 0, event);
   drag(event, { move, end, threshold });

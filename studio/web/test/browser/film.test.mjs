@@ -12,12 +12,9 @@ test("an empty scene becomes a film, the one that orbel render makes", async () 
   const studio = await openStudio();
   const { page } = studio;
   await page.getByRole("button", { name: "Petals", exact: true }).click();
-  await page.getByLabel("Width", { exact: true }).fill("320");
-  await page.getByLabel("Width", { exact: true }).press("Enter");
-  await page.getByLabel("Height", { exact: true }).fill("180");
-  await page.getByLabel("Height", { exact: true }).press("Enter");
-  await page.getByLabel("Last frame", { exact: true }).and(page.locator("input")).fill("24");
-  await page.keyboard.press("Enter");
+  await studio.fill("Width", "320");
+  await studio.fill("Height", "180");
+  await studio.fill("Last frame", "24");
   await page.keyboard.press("Shift+F");
 
   await studio.goTo(0);

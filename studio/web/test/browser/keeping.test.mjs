@@ -119,12 +119,10 @@ test("a drawing dropped on the page becomes the shape, plain or imported, and a 
   // What the importer leaves out stands below its options.
   const option = (name) => studio.page.getByLabel(name, { exact: true });
   await option("Take").selectOption("strokes");
-  await option("Smallest").fill("80");
-  await option("Smallest").press("Enter");
+  await studio.fill("Smallest", "80");
   assert.deepEqual((await studio.saved()).shape.import, { take: "strokes", smallest: 80 });
   await studio.page.locator(".card", { hasText: "nothing in the drawing" }).waitFor();
-  await option("Smallest").fill("0.2");
-  await option("Smallest").press("Enter");
+  await studio.fill("Smallest", "0.2");
   assert.deepEqual((await studio.saved()).shape.import, { take: "strokes" });
 
   // A word in its place, in two lines with a font, and then with a pen.
@@ -225,7 +223,7 @@ test("a scene that was opened stays open over a reload, and others answer for th
   });
   await studio.notice("disk").getByRole("button", { name: "Load it" }).click();
   await page.locator(".scenename button").first().click();
-  await page.getByRole("button", { name: "scene", exact: true }).click();
+  await page.getByRole("button", { name: "scene.json", exact: true }).click();
   await studio.shows("Thickness", "12 px");
   answer();
   await page.waitForTimeout(300);

@@ -126,10 +126,7 @@ test("whatever a scene can say of its frame and input is at hand", async () => {
   const studio = await openStudio({ text });
   const { page } = studio;
   const field = (name) => page.getByLabel(name, { exact: true });
-  const type = async (name, value) => {
-    await field(name).fill(value);
-    await field(name).press("Enter");
-  };
+  const type = (name, value) => studio.fill(name, value);
   await page.getByRole("button", { name: "Pixels" }).click();
   await type("Pixel aspect ratio", "16/15");
   await type("Render scale x", "0.5");

@@ -143,11 +143,16 @@ export class Studio {
     await field.press("Enter");
   }
 
-  async goTo(frame) {
-    const clock = this.page.getByLabel("Current frame");
-    await clock.click();
-    await clock.fill(String(frame));
-    await clock.press("Enter");
+  /** Types into the field of this name and takes it. */
+  async fill(label, text) {
+    const field = this.page.getByLabel(label, { exact: true }).and(this.page.locator("input"));
+    await field.click();
+    await field.fill(text);
+    await field.press("Enter");
+  }
+
+  goTo(frame) {
+    return this.fill("Current frame", String(frame));
   }
 
   /** Presses at the middle of an element, moves by so many pixels and lets go. */
