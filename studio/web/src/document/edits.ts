@@ -91,7 +91,7 @@ export class Editor {
   setShapeOption(key: string, value: unknown): string {
     const shape = member(this.scene?.root, "shape")?.value;
     const place = this.scene?.shape.kind === "import" ? member(shape, "import")?.value : shape;
-    if (!place) return this.text;
+    if (place?.type !== "object") return this.text;
     return setMember(this.text, place, key, value === null ? null : spellHeader(value));
   }
 

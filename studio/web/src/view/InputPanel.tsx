@@ -15,7 +15,10 @@ export const InputPanel = watching(partsOfInput, function InputPanel({ state }) 
   if (!scene) return null;
   return (
     <div class="input">
-      <h2>Input</h2>
+      <header>
+        <h2>Input</h2>
+        <TakeOver state={state} />
+      </header>
       <InputChoice state={state} input={scene.input} />
       <Facts state={state} />
       <FrameFields state={state} />
@@ -133,17 +136,29 @@ function InputColour({ rgba }: { rgba: readonly number[] }) {
   );
 }
 
-/** What the file is, and the button that takes its size and rate over. */
+/** What the file is. */
 function Facts({ state }: { state: State }) {
-  const session = useSession();
-  const input = state.check?.plan?.input;
-  if (!input?.size) return null;
-  const { size, fps, frames } = input;
+  const { size, fps, frames } = state.check?.plan?.input ?? {};
+  if (!size) return null;
   const facts = [
     `${size[0]} × ${size[1]}`,
     fps ? `${tidy(fps, 3)} fps` : "",
     frames && frames > 1 ? `${frames} frames` : "",
   ].filter(Boolean);
+  return (
+    <div class="facts list">
+      {facts.map((fact) => (
+        <span key={fact}>{fact}</span>
+      ))}
+    </div>
+  );
+}
+
+/** Gives the scene the size and rate of its input. */
+function TakeOver({ state }: { state: State }) {
+  const session = useSession();
+  const { size, fps, frames } = state.check?.plan?.input ?? {};
+  if (!size) return null;
   const takeOver = () => {
     session.beginGesture();
     const headers: [string, unknown][] = [["size", size]];
@@ -155,11 +170,8 @@ function Facts({ state }: { state: State }) {
     session.endGesture();
   };
   return (
-    <div class="facts">
-      <span>{facts.join(" · ")}</span>
-      <button onClick={takeOver} title="Size, rate and length of the input become the scene's">
-        Take over
-      </button>
-    </div>
+    <button onClick={takeOver} title="Size, rate and length of the input become the scene's">
+      Take over
+    </button>
   );
 }

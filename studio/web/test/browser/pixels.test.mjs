@@ -8,9 +8,10 @@ import { closeAll, openStudio, orbel } from "../support/studio.mjs";
 
 after(closeAll);
 
-const scene = (format, more) =>
+const scene = (format, more, rest) =>
   JSON.stringify({
     orbel: 1,
+    ...rest,
     size: [160, 90],
     fps: 25,
     frames: [0, 9],
@@ -60,14 +61,21 @@ const grounds = {
   white: () => 255,
 };
 
-for (const [format, ground, more] of [
+for (const [format, ground, more, rest] of [
   ["rgba8", "grid", {}],
   ["argb8", "white", { "Repeater/Enable Repeater": true, "Repeater/Instances": 3 }],
   ["rgba16", "black", { "Motion Blur/Motion Blur": "On" }],
   ["argb32f", "grid", { "Transfer Mode": "None", "Taper/Enable Taper": true }],
+  ["argb16", "grid", { Presets: "None" }, { shape: { text: "ab", singleStroke: true } }],
+  [
+    "rgba32f",
+    "white",
+    { "Transfer Mode": "Screen" },
+    { input: { color: [0.2, 0.1, 0.6, 0.5] }, pixelAspect: 1.2, renderScale: [0.5, 0.5] },
+  ],
 ]) {
   test(`${format} on ${ground}`, async () => {
-    const studio = await openStudio({ text: scene(format, more) });
+    const studio = await openStudio({ text: scene(format, more, rest) });
     await studio.page.getByLabel("What lies under the picture").selectOption(ground);
     await studio.page.keyboard.press("1");
     for (const frame of [0, 7]) {

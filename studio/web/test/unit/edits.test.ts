@@ -19,6 +19,18 @@ const changed = (from: string, to: string): string => {
 const at = (text: string, name: string, frame = 0): Value =>
   valueAt(editor(text).scene as Scene, named(name), frame);
 
+test("a shape's options change where they stand", () => {
+  const drawing = `{"shape": {"file": "a.svg", "import": {"smallest": 2.50e1}}}`;
+  const take = editor(drawing).setShapeOption("take", "fills");
+  assert.equal(JSON.parse(take).shape.import.take, "fills");
+  assert.ok(take.includes(`"smallest": 2.50e1`));
+  assert.equal(editor(take).setShapeOption("take", null), drawing);
+  const word = `{"shape": {"text": "a", "lineHeight": 1.50}}`;
+  assert.equal(editor(word).writeText("b\nc"), word.replace('"a"', '"b\\nc"'));
+  assert.ok(editor(word).setShapeOption("font", "serif").includes("1.50"));
+  assert.equal(editor(`{"shape": "a.svg"}`).setShapeOption("take", "fills"), `{"shape": "a.svg"}`);
+});
+
 test("an edit changes its own value and no other byte", () => {
   const cases: [string, string, string, string][] = [
     ["identifier as name", editor().setValue(named("Thickness"), 0, 9, false), "1.40e1", "9"],

@@ -31,6 +31,26 @@ test("newest wins: what waits is replaced, and nothing is lost after an error", 
   assert.equal(newest.idle, true);
 });
 
+test("a question that overtakes ends the one under way, without a failure", async () => {
+  const answered: string[] = [];
+  const newest = new Newest<string, string>(
+    (question, stop) =>
+      new Promise((resolve, reject) => {
+        if (question !== "exact") return resolve(question);
+        stop.addEventListener("abort", () => reject(new Error("stopped")));
+      }),
+    (answer) => answered.push(answer),
+    () => answered.push("failed"),
+    (next, asked) => asked === "exact" && next !== "exact",
+  );
+  newest.request("exact");
+  newest.request("exact");
+  newest.request("quick");
+  await new Promise((resolve) => setTimeout(resolve, 0));
+  assert.deepEqual(answered, ["quick"]);
+  assert.equal(newest.idle, true);
+});
+
 test("a stream is cut into its frames however it arrives", () => {
   const frame = (number: number, size: number) => {
     const bytes = new Uint8Array(16 + size).fill(number);
