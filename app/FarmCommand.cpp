@@ -244,9 +244,7 @@ private:
                   << m_options.job << "\"\n";
         }
         for (const std::string& machine : status.engine->away) {
-            m_out << machine << " takes no tasks: whoever looks after the cluster types \""
-                  << "scontrol update nodename=" << machine.substr(0, machine.find(' '))
-                  << " state=resume\"\n";
+            m_out << machine << " takes no tasks\n";
         }
     }
 

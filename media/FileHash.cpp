@@ -2,42 +2,39 @@
 
 #include "media/MediaError.h"
 
-extern "C" {
-#include <libavutil/hash.h>
-}
-
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <system_error>
+
+#include <openssl/evp.h>
 
 namespace orbel {
 
 namespace {
 
 struct HashFree {
-    void operator()(AVHashContext* hash) const { av_hash_freep(&hash); }
+    void operator()(EVP_MD_CTX* hash) const { EVP_MD_CTX_free(hash); }
 };
-using HashPtr = std::unique_ptr<AVHashContext, HashFree>;
+using HashPtr = std::unique_ptr<EVP_MD_CTX, HashFree>;
 
 HashPtr makeHash() {
-    AVHashContext* hash = nullptr;
-    if (av_hash_alloc(&hash, "SHA256") < 0) {
+    HashPtr hash(EVP_MD_CTX_new());
+    if (hash == nullptr || EVP_DigestInit_ex(hash.get(), EVP_sha256(), nullptr) != 1) {
         throw std::bad_alloc();
     }
-    av_hash_init(hash);
-    return HashPtr(hash);
+    return hash;
 }
 
-void add(const std::string& path, AVHashContext* hash) {
+void add(const std::string& path, EVP_MD_CTX* hash) {
     std::ifstream stream(path, std::ios::binary);
     std::vector<char> block(1 << 18);
     while (stream) {
         stream.read(block.data(), std::ssize(block));
-        av_hash_update(hash, reinterpret_cast<const std::uint8_t*>(block.data()),
-                       static_cast<std::size_t>(stream.gcount()));
+        EVP_DigestUpdate(hash, block.data(), static_cast<std::size_t>(stream.gcount()));
     }
     if (!stream.eof()) {
         throw MediaError(path, "",
@@ -53,9 +50,16 @@ std::string hashOfFiles(const std::vector<std::string>& paths) {
     for (const std::string& path : paths) {
         add(path, hash.get());
     }
-    std::array<std::uint8_t, 2 * AV_HASH_MAX_SIZE + 1> digits{};
-    av_hash_final_hex(hash.get(), digits.data(), static_cast<int>(digits.size()));
-    return reinterpret_cast<const char*>(digits.data());
+    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+    unsigned length = 0;
+    EVP_DigestFinal_ex(hash.get(), digest.data(), &length);
+    std::string digits;
+    for (unsigned i = 0; i < length; ++i) {
+        constexpr const char* hexadecimal = "0123456789abcdef";
+        digits.push_back(hexadecimal[digest[i] >> 4U]);
+        digits.push_back(hexadecimal[digest[i] & 15U]);
+    }
+    return digits;
 }
 
 } // namespace orbel
