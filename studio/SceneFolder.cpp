@@ -78,36 +78,61 @@ bool isPlainName(const std::string& name) {
                        : "check the folder and its permissions"};
 }
 
-/// "shot-%04d.png" for "shot-0007.png", with the number; nothing where there is none.
-std::optional<std::pair<std::string, long>> numbered(const std::string& name) {
-    const std::size_t dot = name.rfind('.');
-    const std::size_t end = name.find_last_of("0123456789", dot);
-    const std::size_t before =
-        end == std::string::npos ? end : name.find_last_not_of("0123456789", end);
-    const std::size_t begin = before == std::string::npos ? 0 : before + 1;
-    const std::size_t digits = end + 1 - begin;
-    if (end == std::string::npos || digits > 9 || name.find('%') != std::string::npos) {
+/// The last number in a name, as it is written, with what stands around it.
+struct NumberedName {
+    std::string before;
+    std::string digits;
+    std::string after;
+};
+
+std::optional<NumberedName> numbered(const std::string& name) {
+    constexpr const char* digits = "0123456789";
+    const std::size_t last = name.find_last_of(digits, name.rfind('.'));
+    if (last == std::string::npos || name.find('%') != std::string::npos) {
         return std::nullopt;
     }
-    const std::string place = digits == 1 ? "%d" : "%0" + std::to_string(digits) + "d";
-    return std::pair(name.substr(0, begin) + place + name.substr(end + 1),
-                     std::stol(name.substr(begin, digits)));
+    const std::size_t begin = name.find_last_not_of(digits, last) + 1; // npos + 1 is 0
+    if (last + 1 - begin > 9) {
+        return std::nullopt;
+    }
+    return NumberedName{name.substr(0, begin), name.substr(begin, last + 1 - begin),
+                        name.substr(last + 1)};
+}
+
+/// How many digits numbers are filled up to with zeros; 0 for not at all.
+std::size_t filledWidth(const std::set<std::string>& numbers) {
+    const auto filled = std::find_if(numbers.begin(), numbers.end(), [](const std::string& number) {
+        return number.size() > 1 && number.front() == '0';
+    });
+    const std::size_t width = (filled == numbers.end() ? numbers.begin() : filled)->size();
+    const bool alike = std::all_of(numbers.begin(), numbers.end(), [&](const std::string& number) {
+        return number.size() == width;
+    });
+    return width > 1 && (alike || filled != numbers.end()) ? width : 0;
 }
 
 /// Pictures that differ in a number alone may be a film.
 void addSequences(const std::vector<std::string>& names, json* files) {
-    std::map<std::string, std::set<long>> sequences;
+    std::map<std::pair<std::string, std::string>, std::set<std::string>> alike;
     for (const std::string& name : names) {
         if (const auto found = numbered(name); found && kindOf(name) == FileKind::Picture) {
-            sequences[found->first].insert(found->second);
+            alike[{found->before, found->after}].insert(found->digits);
         }
     }
-    for (const auto& [pattern, numbers] : sequences) {
-        if (numbers.size() > 1) {
-            files->push_back({{"name", pattern},
+    for (const auto& [around, numbers] : alike) {
+        const std::size_t width = filledWidth(numbers);
+        std::set<long> frames;
+        for (const std::string& number : numbers) {
+            if (number.size() >= width) {
+                frames.insert(std::stol(number));
+            }
+        }
+        if (frames.size() > 1) {
+            const std::string place = width == 0 ? "%d" : "%0" + std::to_string(width) + "d";
+            files->push_back({{"name", around.first + place + around.second},
                               {"kind", "sequence"},
-                              {"first", *numbers.begin()},
-                              {"count", numbers.size()}});
+                              {"first", *frames.begin()},
+                              {"count", frames.size()}});
         }
     }
 }

@@ -209,9 +209,10 @@ TEST_F(StudioDocument, listsWhatASceneCanBeMadeOf) {
     EXPECT_EQ(files["b.svgz"]["kind"], "svg");
     EXPECT_EQ(files["shot-%03d.png"],
               json({{"name", "shot-%03d.png"}, {"kind", "sequence"}, {"first", 8}, {"count", 2}}));
+    EXPECT_EQ(files["take%d.png"]["count"], 2);
     EXPECT_EQ(std::count_if(list.begin(), list.end(),
                             [](const json& file) { return file["kind"] == "sequence"; }),
-              1);
+              2);
     EXPECT_EQ(files.count("note.txt") + files.count(".hidden.png") + files.count("0"), 0U);
 }
 

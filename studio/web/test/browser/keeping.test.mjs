@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { readFile, writeFile } from "node:fs/promises";
 import { join } from "node:path";
 import { after, test } from "node:test";
-import { closeAll, openStudio, startProgram } from "../support/studio.mjs";
+import { closeAll, openBrowser, openStudio, startProgram } from "../support/studio.mjs";
 
 after(closeAll);
 
@@ -34,6 +34,21 @@ test("unsaved work survives a reload", async () => {
   await studio.close();
 });
 
+test("unsaved work survives a browser that is killed", async () => {
+  const studio = await openStudio({ text });
+  const kept = journalled(studio);
+  await studio.type("Feather", "40");
+  await kept;
+  const address = await studio.addressForAnotherTab();
+  await studio.context.close();
+  studio.context = await (await openBrowser()).newContext();
+  studio.page = await studio.context.newPage();
+  await studio.page.goto(address);
+  await studio.notice("journal").getByRole("button", { name: "Take it up" }).click();
+  await studio.shows("Feather", "40 %");
+  await studio.close();
+});
+
 test("a killed server comes back and the page goes on", async () => {
   const studio = await openStudio({ text });
   const { page } = studio;
@@ -42,6 +57,7 @@ test("a killed server comes back and the page goes on", async () => {
   await studio.type("Feather", "55");
   const again = await startProgram(studio.file, "--port", new URL(studio.server.address).port);
   studio.server = again;
+  await studio.notice("link").getByText("The studio was started anew.").waitFor(); // a stale tab
   await page.goto(again.address);
   await studio.notice("link").waitFor({ state: "detached" });
   await studio.settled();
