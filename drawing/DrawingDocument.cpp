@@ -5,10 +5,13 @@
 #include "drawing/TextOutlines.h"
 #include "drawing/XmlTree.h"
 
+#include <libxml/uri.h>
+
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
+#include <cstring>
 #include <initializer_list>
 #include <new>
 #include <utility>
@@ -75,6 +78,9 @@ public:
         const Cascade cascade(m_root);
         replaceTexts(m_root, cascade, &m_result.notes);
         forEachElement(m_root, [&](xmlNode* node) { prepareElement(node, cascade); });
+        if (!m_patterns.empty()) {
+            simplifyTiles();
+        }
         if (!cascade.looksAtSiblings()) {
             placeSigns();
         }
@@ -90,8 +96,49 @@ private:
         if (m_root->ns == nullptr) {
             xmlNewNs(m_root, xmlChars(svgNamespace), nullptr);
         }
-        if (xmlSearchNs(m_tree.get(), m_root, xmlChars("xlink")) == nullptr) {
-            xmlNewNs(m_root, xmlChars(linkNamespace), xmlChars("xlink"));
+        declarePrefix("xlink");
+        forEachElement(m_root, [this](xmlNode* node) {
+            for (xmlNs* space = node->nsDef; space != nullptr; space = space->next) {
+                mendAddress(space);
+            }
+            declarePrefixOf(nameOf(node));
+            for (const xmlAttr* a = node->properties; a != nullptr; a = a->next) {
+                declarePrefixOf(reinterpret_cast<const char*>(a->name));
+            }
+        });
+    }
+
+    /// The renderer refuses a name space whose address is none, whatever it is for.
+    static void mendAddress(xmlNs* space) {
+        xmlURI* const address = xmlParseURI(reinterpret_cast<const char*>(space->href));
+        const bool whole = address != nullptr && address->scheme != nullptr;
+        xmlFreeURI(address);
+        if (whole || space->href == nullptr) {
+            return;
+        }
+        const bool link = space->prefix != nullptr &&
+                          std::strcmp(reinterpret_cast<const char*>(space->prefix), "xlink") == 0;
+        xmlChar* const mended = xmlStrdup(xmlChars(link ? linkNamespace : "urn:undeclared"));
+        if (mended == nullptr) {
+            throw std::bad_alloc();
+        }
+        xmlFree(const_cast<xmlChar*>(space->href));
+        space->href = mended;
+    }
+
+    /// A name keeps its prefix where nothing declares that.
+    void declarePrefixOf(std::string_view name) {
+        if (const std::size_t colon = name.find(':'); colon != std::string_view::npos) {
+            declarePrefix(std::string(name.substr(0, colon)));
+        }
+    }
+
+    void declarePrefix(const std::string& prefix) {
+        if (xmlSearchNs(m_tree.get(), m_root, xmlChars(prefix.c_str())) == nullptr) {
+            const std::string space = prefix == "xlink" ? linkNamespace
+                                      : prefix == "svg" ? svgNamespace
+                                                        : "urn:undeclared:" + prefix;
+            xmlNewNs(m_root, xmlChars(space.c_str()), xmlChars(prefix.c_str()));
         }
     }
 
@@ -101,6 +148,8 @@ private:
             m_pictures += isNamed(node, "image") ? 1U : 0U;
         } else if (isNamed(node, "foreignObject")) {
             ++m_foreign;
+        } else if (isNamed(node, "pattern") && xmlFirstElementChild(node) != nullptr) {
+            m_patterns.push_back(node);
         } else if (isOneOf(node, {"clipPath", "mask", "symbol"}) ||
                    (node != m_root && isNamed(node, "svg"))) {
             m_result.clips = true;
@@ -111,14 +160,36 @@ private:
         }
     }
 
+    /// What a pattern repeats is no outline, and the recording may fail on it; so only its being
+    /// there stays. Its parts may be used elsewhere.
+    void simplifyTiles() {
+        xmlNode* const store = addChild(m_root, "defs");
+        for (xmlNode* const pattern : m_patterns) {
+            while (xmlNode* const child = pattern->children) {
+                xmlUnlinkNode(child);
+                xmlAddChild(store, child);
+            }
+            setAttribute(addChild(pattern, "path"), "d", "M0 0L3 1L1 3z");
+        }
+    }
+
+    xmlNode* addChild(xmlNode* parent, const char* name) {
+        xmlNode* const child = xmlNewChild(parent, m_root->ns, xmlChars(name), nullptr);
+        if (child == nullptr) {
+            throw std::bad_alloc();
+        }
+        return child;
+    }
+
     static bool isTransparent(const xmlNode* node, const Cascade& cascade) {
         const auto opacity = cascade.declared(node, "opacity");
         if (!opacity || opacity->empty()) {
             return false;
         }
-        char* end = nullptr;
-        const double value = std::strtod(opacity->c_str(), &end);
-        return end != opacity->c_str() && value <= 0;
+        double value = 0.0;
+        const auto read =
+            std::from_chars(opacity->data(), opacity->data() + opacity->size(), value);
+        return read.ec == std::errc{} && value <= 0;
     }
 
     void placeSigns() {
@@ -166,6 +237,7 @@ private:
     XmlTree m_tree;
     xmlNode* m_root;
     DrawingDocument m_result;
+    std::vector<xmlNode*> m_patterns; // those with tiles of their own
     std::size_t m_pictures = 0;
     std::size_t m_foreign = 0;
 };

@@ -101,10 +101,10 @@ private:
         } else if (word == "m" || word == "l" || word == "c" || word == "h" ||
                    word == "rectangle") {
             draw(word);
-        } else if (word == "g" || word == "rgb" || word == "rgba") {
+        } else if (word == "a" || word == "g" || word == "rgb" || word == "rgba") {
             takeColour(word);
-        } else if (word == "linear" || word == "radial" || word == "pattern" || word == "image") {
-            m_colour.reset();
+        } else if (word == "set-source") {
+            m_colour = std::exchange(m_nextColour, std::nullopt);
         } else if (word == "fill" || word == "fill+") {
             paint(PaintedPath::Kind::Fill);
         } else if (word == "stroke" || word == "stroke+") {
@@ -186,15 +186,17 @@ private:
     }
 
     void takeColour(std::string_view word) {
-        const std::size_t count = word == "g" ? 1 : word.size();
+        const std::size_t count = word.size();
         if (m_numbers.size() < count) {
             return;
         }
         const double* const last = &m_numbers[m_numbers.size() - count];
-        if (count == 1) {
-            m_colour = {last[0], last[0], last[0], 1.0};
+        if (word == "a") { // black that shines through
+            m_nextColour = {0.0, 0.0, 0.0, last[0]};
+        } else if (word == "g") {
+            m_nextColour = {last[0], last[0], last[0], 1.0};
         } else {
-            m_colour = {last[0], last[1], last[2], count == 4 ? last[3] : 1.0};
+            m_nextColour = {last[0], last[1], last[2], count == 4 ? last[3] : 1.0};
         }
     }
 
@@ -208,6 +210,7 @@ private:
     std::vector<double> m_numbers;
     std::vector<OutlineCurve> m_curves; // the current path, which stays for the next painting
     std::optional<std::array<double, 4>> m_colour = std::array<double, 4>{0, 0, 0, 1};
+    std::optional<std::array<double, 4>> m_nextColour; // for the next source; none for a pattern
     int m_depth = 0; // 1 in the page's own recording, more in tiles
     bool m_broken = false;
 };

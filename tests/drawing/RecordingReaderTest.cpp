@@ -14,8 +14,9 @@ std::string page(const std::string& body) {
 TEST(RecordingReader, keepsPathsWithTheirColoursInOrder) {
     const auto painted = readRecording(page("0 0.5 1 rgb set-source\n"
                                             "n 1 2 m 3 4 l 5 6 7 8 9 10 c h 1 2 m\nfill+\n"
-                                            "0.25 g set-source\n2 set-line-width\nstroke+\n"));
-    ASSERT_EQ(painted.size(), 2U);
+                                            "0.25 g set-source\n2 set-line-width\nstroke+\n"
+                                            "0.3 a set-source\nfill+\n"));
+    ASSERT_EQ(painted.size(), 3U);
     EXPECT_EQ(painted[0].kind, PaintedPath::Kind::Fill);
     EXPECT_EQ((*painted[0].colour), (std::array<double, 4>{0, 0.5, 1, 1}));
     ASSERT_EQ(painted[0].curves.size(), 2U);
@@ -28,6 +29,7 @@ TEST(RecordingReader, keepsPathsWithTheirColoursInOrder) {
     EXPECT_EQ(painted[1].kind, PaintedPath::Kind::Stroke);
     EXPECT_EQ(painted[1].curves, painted[0].curves);
     EXPECT_EQ((*painted[1].colour)[2], 0.25);
+    EXPECT_EQ((*painted[2].colour), (std::array<double, 4>{0, 0, 0, 0.3}));
 }
 
 TEST(RecordingReader, passesOverTilesAndPictures) {
