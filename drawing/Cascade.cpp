@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
+#include <cstdint>
+#include <iterator>
 #include <tuple>
 
 namespace orbel {
@@ -117,29 +120,74 @@ private:
         const std::size_t equals = inside.find('=');
         m_at = std::min(end + 1, m_text.size());
         m_rule.specificity += 100;
-        if (equals == std::string_view::npos) {
-            part->attributes.emplace_back(trimmed(inside), std::nullopt);
-        } else if (equals > 0 && isNameCharacter(inside[equals - 1])) {
-            part->attributes.emplace_back(trimmed(inside.substr(0, equals)),
-                                          unquoted(trimmed(inside.substr(equals + 1))));
-        } else {
-            part->unknown = true;
+        Cascade::Attribute wanted;
+        std::string_view name = inside.substr(0, equals);
+        if (equals != std::string_view::npos) {
+            wanted.comparison = '=';
+            wanted.value = unquoted(trimmed(inside.substr(equals + 1)));
+            if (!name.empty() && std::string_view("~|^$*").find(name.back()) != name.npos) {
+                wanted.comparison = name.back();
+                name.remove_suffix(1);
+            }
         }
+        wanted.name = trimmed(name);
+        part->attributes.push_back(std::move(wanted));
     }
 
     void pseudo(Cascade::Compound* part) {
         ++m_at;
         m_siblings = true;
         m_rule.specificity += 100;
-        const std::string kind = name();
+        std::string kind = name();
+        std::string_view inside;
         if (m_at < m_text.size() && m_text[m_at] == '(') {
-            m_at = std::min(m_text.find(')', m_at), m_text.size() - 1) + 1;
+            const std::size_t end = std::min(m_text.find(')', m_at), m_text.size());
+            inside = trimmed(m_text.substr(m_at + 1, end - m_at - 1));
+            m_at = std::min(end + 1, m_text.size());
         }
-        if (kind == "first-child") {
-            part->firstChild = true;
+        Cascade::Position place;
+        place.ofType = takeEnd(&kind, "-of-type");
+        place.fromEnd = kind.starts_with("last") || kind.starts_with("nth-last");
+        const bool counted = kind.starts_with("nth");
+        if ((place.ofType || takeEnd(&kind, "-child")) &&
+            (kind == "first" || kind == "last" || kind == "nth" || kind == "nth-last") &&
+            (!counted || readPlaces(inside, &place))) {
+            part->positions.push_back(place);
         } else {
             part->unknown = true;
         }
+    }
+
+    static bool takeEnd(std::string* word, std::string_view end) {
+        const bool there = word->ends_with(end);
+        word->resize(word->size() - (there ? end.size() : 0));
+        return there;
+    }
+
+    /// odd, even, 3, n, -n+3, 2n + 1
+    static bool readPlaces(std::string_view text, Cascade::Position* place) {
+        std::string rest;
+        std::copy_if(text.begin(), text.end(), std::back_inserter(rest),
+                     [](char c) { return blanks.find(c) == std::string_view::npos && c != '+'; });
+        if (rest == "odd" || rest == "even") {
+            place->step = 2;
+            place->offset = rest == "odd" ? 1 : 0;
+            return true;
+        }
+        const std::size_t n = rest.find('n');
+        const auto number = [](const std::string& digits, int* value) {
+            const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), *value);
+            return read.ec == std::errc{} && read.ptr == digits.data() + digits.size();
+        };
+        if (n == std::string::npos) {
+            return number(rest, &place->offset);
+        }
+        const std::string step = rest.substr(0, n);
+        const std::string offset = rest.substr(n + 1);
+        place->step = step == "-" ? -1 : 1;
+        place->offset = 0;
+        return (step.empty() || step == "-" || number(step, &place->step)) &&
+               (offset.empty() || number(offset, &place->offset));
     }
 
     std::string_view m_text;
@@ -158,10 +206,11 @@ const xmlNode* elementBefore(const xmlNode* node) {
     return nullptr;
 }
 
-bool hasClass(const xmlNode* node, const std::string& name) {
+bool hasWord(const std::string& words, const std::string& name) {
     std::string all(1, ' ');
-    all.append(attributeOf(node, "class").value_or("")).push_back(' ');
-    for (std::size_t at = all.find(name); at != std::string::npos; at = all.find(name, at + 1)) {
+    all.append(words).push_back(' ');
+    for (std::size_t at = name.empty() ? std::string::npos : all.find(name);
+         at != std::string::npos; at = all.find(name, at + 1)) {
         if (blanks.find(all[at - 1]) != std::string_view::npos &&
             blanks.find(all[at + name.size()]) != std::string_view::npos) {
             return true;
@@ -170,17 +219,51 @@ bool hasClass(const xmlNode* node, const std::string& name) {
     return false;
 }
 
+bool compares(const std::string& value, const Cascade::Attribute& wanted) {
+    switch (wanted.comparison) {
+    case '=':
+        return value == wanted.value;
+    case '~':
+        return hasWord(value, wanted.value);
+    case '|':
+        return value == wanted.value || value.starts_with(wanted.value + "-");
+    case '^':
+        return !wanted.value.empty() && value.starts_with(wanted.value);
+    case '$':
+        return !wanted.value.empty() && value.ends_with(wanted.value);
+    case '*':
+        return !wanted.value.empty() && value.find(wanted.value) != std::string::npos;
+    default:
+        return true;
+    }
+}
+
+bool standsAt(const xmlNode* node, const Cascade::Position& place) {
+    std::int64_t number = 1;
+    for (const xmlNode* other = place.fromEnd ? node->next : node->prev; other != nullptr;
+         other = place.fromEnd ? other->next : other->prev) {
+        const bool counts = isElement(other) && (!place.ofType || nameOf(other) == nameOf(node));
+        number += counts ? 1 : 0;
+    }
+    const std::int64_t steps = number - place.offset;
+    return place.step == 0 ? steps == 0 : steps % place.step == 0 && steps / place.step >= 0;
+}
+
 bool fits(const xmlNode* node, const Cascade::Compound& part) {
     return !part.unknown && (part.type.empty() || nameOf(node) == part.type) &&
-           (!part.firstChild || elementBefore(node) == nullptr) &&
            std::all_of(part.ids.begin(), part.ids.end(),
                        [&](const auto& id) { return attributeOf(node, "id") == id; }) &&
            std::all_of(part.classes.begin(), part.classes.end(),
-                       [&](const auto& name) { return hasClass(node, name); }) &&
-           std::all_of(part.attributes.begin(), part.attributes.end(), [&](const auto& wanted) {
-               const auto value = attributeOf(node, wanted.first);
-               return value && (!wanted.second || *value == *wanted.second);
-           });
+                       [&](const auto& name) {
+                           return hasWord(attributeOf(node, "class").value_or(""), name);
+                       }) &&
+           std::all_of(part.attributes.begin(), part.attributes.end(),
+                       [&](const auto& wanted) {
+                           const auto value = attributeOf(node, wanted.name);
+                           return value && compares(*value, wanted);
+                       }) &&
+           std::all_of(part.positions.begin(), part.positions.end(),
+                       [&](const auto& place) { return standsAt(node, place); });
 }
 
 /// Whether the compounds up to `last` fit the node and those that it stands to.

@@ -26,13 +26,26 @@ public:
     /// Whether a rule counts elements or asks for their neighbours.
     [[nodiscard]] bool looksAtSiblings() const { return m_looksAtSiblings; }
 
+    /// An attribute that is there, or compared: '=', or the character before it.
+    struct Attribute {
+        std::string name;
+        char comparison = '\0';
+        std::string value;
+    };
+    /// A place among the children of one element, or those of one type: step n + offset, from 1.
+    struct Position {
+        bool ofType = false;
+        bool fromEnd = false;
+        int step = 0;
+        int offset = 1;
+    };
     struct Compound {
         char combinator = ' '; ///< to the compound before: ' ', '>', '+' or '~'
         std::string type;      ///< empty for any
         std::vector<std::string> ids;
         std::vector<std::string> classes;
-        std::vector<std::pair<std::string, std::optional<std::string>>> attributes;
-        bool firstChild = false;
+        std::vector<Attribute> attributes;
+        std::vector<Position> positions;
         bool unknown = false; ///< matches nothing
     };
     struct Declaration {

@@ -2,6 +2,7 @@
 
 #include "drawing/Cascade.h"
 #include "drawing/Gunzip.h"
+#include "drawing/RendererGaps.h"
 #include "drawing/TextOutlines.h"
 #include "drawing/XmlTree.h"
 
@@ -76,12 +77,16 @@ public:
     DrawingDocument prepare() {
         addNamespaces();
         const Cascade cascade(m_root);
+        bridgeRendererGaps(m_root, cascade);
         replaceTexts(m_root, cascade, &m_result.notes);
         forEachElement(m_root, [&](xmlNode* node) { prepareElement(node, cascade); });
         if (!m_patterns.empty()) {
             simplifyTiles();
         }
-        if (!cascade.looksAtSiblings()) {
+        if (cascade.looksAtSiblings()) {
+            m_result.notes.emplace_back(
+                "the outlines do not name their sources: a style sheet counts elements");
+        } else {
             placeSigns();
         }
         tell(m_pictures, "picture");
@@ -155,8 +160,7 @@ private:
             m_result.clips = true;
         }
         if (isTransparent(node, cascade)) {
-            setAttribute(node, "style",
-                         attributeOf(node, "style").value_or("") + ";display:none!important");
+            hideElement(node);
         }
     }
 

@@ -27,6 +27,7 @@ public:
         for (const Span& span : m_spans) {
             place(span);
         }
+        joinMarks();
         return std::move(m_characters);
     }
 
@@ -45,13 +46,37 @@ private:
         for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
             const bool text = child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE;
             if (text && child->content != nullptr) {
-                addText(reinterpret_cast<const char*>(child->content), element, path, preserve);
+                const std::string letters = inCase(m_styles->of(element).letterCase,
+                                                   reinterpret_cast<const char*>(child->content));
+                addText(letters.c_str(), element, path, preserve);
             } else if (isNamed(child, "tspan") || isNamed(child, "textPath") ||
                        isNamed(child, "a")) {
                 enter(child, path);
             }
         }
         m_spans[span].end = m_characters.size();
+    }
+
+    static std::string inCase(const std::string& wanted, const char* text) {
+        if (wanted == "uppercase" || wanted == "lowercase") {
+            gchar* const changed =
+                wanted == "uppercase" ? g_utf8_strup(text, -1) : g_utf8_strdown(text, -1);
+            std::string result(changed);
+            g_free(changed);
+            return result;
+        }
+        std::string result;
+        bool inside = false; // a word
+        for (const char* at = text; *at != '\0'; at = g_utf8_next_char(at)) {
+            gunichar letter = g_utf8_get_char(at);
+            if (wanted == "capitalize" && !inside) {
+                letter = g_unichar_totitle(letter);
+            }
+            inside = g_unichar_isalnum(letter) != FALSE || (inside && letter == '\'');
+            char bytes[6];
+            result.append(bytes, static_cast<std::size_t>(g_unichar_to_utf8(letter, bytes)));
+        }
+        return result;
     }
 
     /// Runs of white space become one space, none at the ends, unless they are to stay.
@@ -107,6 +132,20 @@ private:
         if (!rotations.empty() && span.end > span.begin) {
             rotations.resize(std::max(rotations.size(), span.end - span.begin), rotations.back());
             each(rotations, [](auto& c, double v) { c.rotate = v; });
+        }
+    }
+
+    /// Marks stay on their letters.
+    void joinMarks() {
+        for (std::size_t i = 1; i < m_characters.size(); ++i) {
+            TextCharacter& c = m_characters[i];
+            if (g_unichar_ismark(g_utf8_get_char(c.text.c_str())) != FALSE) {
+                c.x.reset();
+                c.y.reset();
+                c.dx = 0;
+                c.dy = 0;
+                c.rotate = m_characters[i - 1].rotate;
+            }
         }
     }
 

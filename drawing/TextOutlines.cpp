@@ -1,6 +1,7 @@
 #include "drawing/TextOutlines.h"
 
 #include "drawing/DrawingDocument.h"
+#include "drawing/RendererGaps.h"
 #include "drawing/TextCharacters.h"
 #include "drawing/TextPath.h"
 
@@ -35,6 +36,14 @@ struct PlacedCluster {
     bool hidden = false;              ///< beyond the ends of its path
     std::vector<OutlineCurve> curves; ///< for a font of size 1
 };
+
+constexpr const char* forceRight = "\u202d";
+constexpr const char* forceLeft = "\u202e";
+constexpr const char* release = "\u202c";
+
+bool isDirectionMark(std::string_view text) {
+    return text.starts_with(forceRight) || text.starts_with(forceLeft) || text.starts_with(release);
+}
 
 /// Lays one text element out.
 class Layout {
@@ -111,7 +120,7 @@ private:
                 font.features.append(font.features.empty() ? "" : ", ").append("liga 0, clig 0");
             }
             const std::size_t at = text.size();
-            text += m_characters[i].text;
+            text += directionMark(begin, i) + m_characters[i].text;
             characterAt.resize(text.size(), i);
             if (runs.empty() || !(runs.back().font == font)) {
                 runs.push_back({at, text.size(), std::move(font)});
@@ -122,6 +131,9 @@ private:
         const auto direction = styleOf(begin).rightToLeft ? FontShaper::Direction::RightToLeft
                                                           : FontShaper::Direction::LeftToRight;
         for (ShapedCluster& cluster : m_shaper->shape(text, runs, direction)) {
+            if (isDirectionMark(std::string_view(text).substr(cluster.byte))) {
+                continue;
+            }
             PlacedCluster placed;
             placed.character = characterAt[std::min(cluster.byte, characterAt.size() - 1)];
             const TextStyle& style = styleOf(placed.character);
@@ -142,6 +154,21 @@ private:
             chunk.push_back(std::move(placed));
         }
         return chunk;
+    }
+
+    /// What turns a forced direction on or off before a character.
+    [[nodiscard]] std::string directionMark(std::size_t begin, std::size_t character) const {
+        const auto forced = [&](std::size_t i) { return styleOf(i).forcesDirection; };
+        const bool before = character > begin && forced(character - 1);
+        const bool same = before && forced(character) &&
+                          styleOf(character - 1).rightToLeft == styleOf(character).rightToLeft;
+        if (same || (!before && !forced(character))) {
+            return {};
+        }
+        const char* const own = !forced(character)               ? ""
+                                : styleOf(character).rightToLeft ? forceLeft
+                                                                 : forceRight;
+        return std::string(before ? release : "") + own;
     }
 
     /// How far a letter stands above the line.
@@ -239,10 +266,13 @@ private:
 
     /// Letters stand upright on the path in their middles.
     void layOnPath(const xmlNode* element, double shift, std::vector<PlacedCluster>* chunk) {
-        const TextPath path(pathOf(element));
-        const double start = lengthOf(attributeOf(element, "startOffset").value_or("0"),
-                                      m_styles->of(element).size, path.length());
-        double along = start + shift + m_characters[chunk->front().character].x.value_or(0);
+        const xmlNode* const target = targetOf(element);
+        TextPath path(curvesFor(element, target));
+        if (attributeOf(element, "side") == "right") {
+            path.reverse();
+        }
+        double along = startOn(path, element, target) + shift +
+                       m_characters[chunk->front().character].x.value_or(0);
         double aside = 0.0;
         for (PlacedCluster& cluster : *chunk) {
             const TextCharacter& c = m_characters[cluster.character];
@@ -264,35 +294,35 @@ private:
         m_penY = end.point.y;
     }
 
-    [[nodiscard]] std::vector<OutlineCurve> pathOf(const xmlNode* element) const {
-        const std::string link = attributeOf(element, "href").value_or("");
-        const xmlNode* const target = link.starts_with("#") ? elementById(link.substr(1)) : nullptr;
-        if (target == nullptr || !isNamed(target, "path")) {
-            return {};
-        }
-        std::string copy = "<path";
-        for (const char* const name : {"d", "transform"}) {
-            if (const auto value = attributeOf(target, name);
-                value && value->find_first_of("<&\"") == std::string::npos) {
-                copy.append(" ").append(name).append("=\"").append(*value).append("\"");
-            }
-        }
-        try {
-            return outlinesOfElement(copy + "/>", std::max(m_viewport.width, 1e-3),
-                                     std::max(m_viewport.height, 1e-3));
-        } catch (const DrawingError&) {
-            return {};
-        }
+    /// Where the text begins; a path may state a length of its own to count by.
+    double startOn(const TextPath& path, const xmlNode* element, const xmlNode* target) {
+        const std::string offset = attributeOf(element, "startOffset").value_or("0");
+        const double start = lengthOf(offset, m_styles->of(element).size, path.length());
+        const double stated =
+            target == nullptr ? 0 : lengthOf(attributeOf(target, "pathLength").value_or(""), 1, 1);
+        const bool scaled = stated > 0 && offset.find('%') == std::string::npos;
+        return scaled ? start * path.length() / stated : start;
     }
 
-    [[nodiscard]] const xmlNode* elementById(const std::string& id) const {
-        const xmlNode* found = nullptr;
-        forEachElement(xmlDocGetRootElement(m_text->doc), [&](const xmlNode* node) {
-            if (found == nullptr && attributeOf(node, "id") == id) {
-                found = node;
-            }
-        });
-        return found;
+    [[nodiscard]] std::vector<OutlineCurve> curvesFor(const xmlNode* element,
+                                                      const xmlNode* target) const {
+        const auto data = attributeOf(element, "path");
+        if (!data) {
+            return target == nullptr ? std::vector<OutlineCurve>{}
+                                     : outlinesOfShape(target, m_viewport, true);
+        }
+        const XmlTree own(xmlNewDoc(xmlChars("1.0")));
+        xmlDocSetRootElement(own.get(), xmlNewNode(nullptr, xmlChars("path")));
+        xmlNode* const path = xmlDocGetRootElement(own.get());
+        setAttribute(path, "d", *data);
+        return outlinesOfShape(path, m_viewport, false);
+    }
+
+    [[nodiscard]] const xmlNode* targetOf(const xmlNode* element) const {
+        const std::string link = attributeOf(element, "href").value_or("");
+        return link.starts_with("#")
+                   ? elementById(xmlDocGetRootElement(m_text->doc), link.substr(1))
+                   : nullptr;
     }
 
     const xmlNode* m_text;
@@ -349,6 +379,10 @@ OutlineCurve bar(double x, double y, double width, double height) {
     return {a, {lineSegment(a, b), lineSegment(b, c), lineSegment(c, d)}, true};
 }
 
+constexpr std::array<const char*, 8> looks{"fill",         "stroke",     "fill-opacity",
+                                           "stroke-width", "visibility", "stroke-opacity",
+                                           "paint-order",  "color"};
+
 /// Puts the outlines of one text element in its place.
 class Replacement {
 public:
@@ -359,7 +393,9 @@ public:
           m_shaper(shaper),
           m_layout(text, styles, cascade, shaper) {}
 
-    std::size_t replace() {
+    /// Makes the outlines; the document stays as it is until they stand in it, for its style sheets
+    /// may count elements.
+    std::size_t make() {
         std::vector<PlacedCluster> placed = m_layout.place();
         std::stable_sort(placed.begin(), placed.end(),
                          [](const auto& a, const auto& b) { return a.character < b.character; });
@@ -375,16 +411,35 @@ public:
             addPath(element, {from, to});
             from = to;
         }
+        return m_layout.characters().size();
+    }
+
+    void putInPlace() {
         addTitle();
-        const std::size_t count = m_layout.characters().size();
         xmlReplaceNode(m_text, m_group);
         xmlFreeNode(m_text);
-        return count;
+        if (isNamed(m_group->parent, "clipPath")) {
+            dissolveGroup();
+        }
     }
 
 private:
     [[nodiscard]] const xmlNode* elementOf(const PlacedCluster& cluster) const {
         return m_layout.characters()[cluster.character].element;
+    }
+
+    /// A clip takes no groups.
+    void dissolveGroup() {
+        const auto transform = attributeOf(m_group, "transform");
+        while (xmlNode* const child = m_group->children) {
+            xmlUnlinkNode(child);
+            if (transform) {
+                setAttribute(child, "transform", *transform);
+            }
+            xmlAddPrevSibling(m_group, child);
+        }
+        xmlUnlinkNode(m_group);
+        xmlFreeNode(m_group);
     }
 
     void keepAttributes() {
@@ -400,6 +455,12 @@ private:
         if (const auto display = m_cascade.declared(m_text, "display")) {
             setAttribute(m_group, "display", *display);
         }
+        // Rules for groups and paths are none for text.
+        std::string inherited;
+        for (const char* const property : looks) {
+            inherited.append(property).append(":inherit;");
+        }
+        setAttribute(m_group, "style", inherited);
     }
 
     void addTitle() {
@@ -477,19 +538,15 @@ private:
     /// What is stated between the letters and the text element; the rest comes down to the path
     /// from the groups around it.
     [[nodiscard]] std::string lookOf(const xmlNode* element) const {
-        std::string look;
-        for (const char* const property : {"fill", "stroke", "fill-opacity", "stroke-opacity",
-                                           "stroke-width", "visibility", "paint-order", "color"}) {
-            for (const xmlNode* node = element;; node = node->parent) {
-                if (const auto value = m_cascade.declared(node, property);
-                    value && *value != "inherit") {
-                    look.append(property).append(":").append(*value).append(";");
-                    break;
-                }
-                if (node == m_text) {
-                    break;
-                }
+        std::string look = "display:inline;";
+        for (const char* const property : looks) {
+            std::optional<std::string> value = m_cascade.declared(element, property);
+            for (const xmlNode* node = element;
+                 node != m_text && value.value_or("inherit") == "inherit";) {
+                node = node->parent;
+                value = m_cascade.declared(node, property);
             }
+            look.append(property).append(":").append(value.value_or("inherit")).append(";");
         }
         for (const xmlNode* node = element;; node = node->parent) {
             if (const auto opacity = m_cascade.declared(node, "opacity");
@@ -510,12 +567,20 @@ private:
     xmlNode* m_group = nullptr;
 };
 
+/// A text inside a text shows nothing, and goes with it.
+bool isInsideText(const xmlNode* node) {
+    do {
+        node = node->parent;
+    } while (node != nullptr && isElement(node) && !isNamed(node, "text"));
+    return node != nullptr && isElement(node);
+}
+
 } // namespace
 
 void replaceTexts(xmlNode* root, const Cascade& cascade, std::vector<std::string>* notes) {
     std::vector<xmlNode*> texts;
     forEachElement(root, [&](xmlNode* node) {
-        if (isNamed(node, "text")) {
+        if (isNamed(node, "text") && !isInsideText(node)) {
             texts.push_back(node);
         }
     });
@@ -525,12 +590,17 @@ void replaceTexts(xmlNode* root, const Cascade& cascade, std::vector<std::string
     TextStyles styles(cascade);
     FontShaper shaper;
     std::size_t characters = 0;
+    std::vector<Replacement> replacements;
     for (xmlNode* const text : texts) {
         if (characters > mostCharacters) {
             throw DrawingError{"the drawing holds more than 200,000 letters",
                                "split it, or convert its text to paths"};
         }
-        characters += Replacement(text, &styles, cascade, &shaper).replace();
+        replacements.emplace_back(text, &styles, cascade, &shaper);
+        characters += replacements.back().make();
+    }
+    for (Replacement& replacement : replacements) {
+        replacement.putInPlace();
     }
     shaper.tellMissing(notes);
 }

@@ -3,14 +3,40 @@
 #include "drawing/SvgRecorder.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
+#include <string>
 
 namespace orbel {
 
 namespace {
 
 constexpr int stepsOfCurve = 64;
+constexpr std::array<const char*, 7> shapes{"path", "rect",     "circle", "ellipse",
+                                            "line", "polyline", "polygon"};
+constexpr std::array<const char*, 16> geometry{"transform", "d",  "points", "x",  "y",  "width",
+                                               "height",    "r",  "rx",     "ry", "cx", "cy",
+                                               "x1",        "y1", "x2",     "y2"};
+
+/// A copy of the element with nothing but its geometry; empty when it is no shape.
+std::string elementText(const xmlNode* element, bool moved) {
+    if (std::none_of(shapes.begin(), shapes.end(),
+                     [element](const char* name) { return isNamed(element, name); })) {
+        return {};
+    }
+    std::string copy(1, '<');
+    copy.append(nameOf(element)).append(" fill=\"none\" stroke=\"black\"");
+    for (const char* const name : geometry) {
+        const auto value = attributeOf(element, name);
+        const bool wanted = moved || std::strcmp(name, "transform") != 0;
+        if (wanted && value && value->find_first_of("<&\"") == std::string::npos) {
+            copy.append(" ").append(name).append("=\"").append(*value).append("\"");
+        }
+    }
+    return copy.append("/>");
+}
 
 } // namespace
 
@@ -51,17 +77,35 @@ TextPath::Station TextPath::at(double distance) const {
     return {between(a, b, t), std::atan2(b.y - a.y, b.x - a.x)};
 }
 
-std::vector<OutlineCurve> outlinesOfElement(const std::string& element, double width,
-                                            double height) {
+void TextPath::reverse() {
+    const double whole = length();
+    std::reverse(m_points.begin(), m_points.end());
+    std::reverse(m_lengths.begin(), m_lengths.end());
+    for (double& distance : m_lengths) {
+        distance = whole - distance;
+    }
+}
+
+std::vector<OutlineCurve> outlinesOfShape(const xmlNode* element, const Viewport& viewport,
+                                          bool moved) {
+    const std::string copy = elementText(element, moved);
+    if (copy.empty()) {
+        return {};
+    }
     char page[256];
     std::snprintf(page, sizeof page,
                   "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%.9f\" height=\"%.9f\" "
-                  "viewBox=\"0 0 %.9f %.9f\">",
-                  width, height, width, height);
-    const SvgRecorder recorder(page + element + "</svg>", false);
+                  "viewBox=\"0 0 %.9f %.9f\" font-size=\"16\">",
+                  std::max(viewport.width, 1e-3), std::max(viewport.height, 1e-3),
+                  std::max(viewport.width, 1e-3), std::max(viewport.height, 1e-3));
     std::vector<OutlineCurve> curves;
-    for (PaintedPath& painted : recorder.record().painted) {
-        curves.insert(curves.end(), painted.curves.begin(), painted.curves.end());
+    try {
+        const SvgRecorder recorder(std::string(page).append(copy).append("</svg>"), false);
+        for (PaintedPath& painted : recorder.record().painted) {
+            curves.insert(curves.end(), painted.curves.begin(), painted.curves.end());
+        }
+    } catch (const DrawingError&) {
+        curves.clear();
     }
     return curves;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "drawing/Outline.h"
+#include "drawing/TextCharacters.h"
 
-#include <string>
 #include <vector>
 
 namespace orbel {
@@ -18,6 +18,9 @@ public:
     /// The sub-paths one after the other.
     explicit TextPath(const std::vector<OutlineCurve>& curves);
 
+    /// Runs the other way, so that letters stand on the other side.
+    void reverse();
+
     [[nodiscard]] double length() const { return m_lengths.empty() ? 0.0 : m_lengths.back(); }
     /// False before the start and beyond the end.
     [[nodiscard]] bool holds(double distance) const {
@@ -32,9 +35,9 @@ private:
     std::vector<double> m_lengths; // from the start to each point
 };
 
-/// The outlines of one SVG shape element, written as text, in its own coordinates on a page of this
-/// size. Throws DrawingError.
-[[nodiscard]] std::vector<OutlineCurve> outlinesOfElement(const std::string& element, double width,
-                                                          double height);
+/// The outlines of a shape element in its own coordinates, or with `moved` in those around it.
+/// None for any other element, and for what cannot be drawn.
+[[nodiscard]] std::vector<OutlineCurve> outlinesOfShape(const xmlNode* element,
+                                                        const Viewport& viewport, bool moved);
 
 } // namespace orbel

@@ -152,6 +152,7 @@ const TextStyle& TextStyles::of(const xmlNode* node) {
     if (node->parent != nullptr && isElement(node->parent)) {
         style = of(node->parent);
         style.alignmentBaseline.clear();
+        style.forcesDirection = style.forcesDirection && isNamed(node, "tspan");
     }
     readFont(node, style.size, &style);
     readPlace(node, &style);
@@ -243,6 +244,12 @@ void TextStyles::readPlace(const xmlNode* node, TextStyle* style) const {
     if (const std::string direction = stated("direction"); !direction.empty()) {
         style->rightToLeft = direction == "rtl";
     }
+    if (const std::string bidi = stated("unicode-bidi"); !bidi.empty()) {
+        style->forcesDirection = bidi == "bidi-override" || bidi == "isolate-override";
+    }
+    if (const std::string letters = stated("text-transform"); !letters.empty()) {
+        style->letterCase = letters;
+    }
     if (const std::string mode = stated("writing-mode"); !mode.empty()) {
         style->vertical = mode.starts_with("tb") || mode.starts_with("vertical");
     }
@@ -252,6 +259,9 @@ void TextStyles::readPlace(const xmlNode* node, TextStyle* style) const {
     style->alignmentBaseline = stated("alignment-baseline");
     if (const auto space = attributeOf(node, "space")) {
         style->preserve = *space == "preserve";
+    }
+    if (const std::string space = stated("white-space"); !space.empty()) {
+        style->preserve = space.starts_with("pre") || space == "break-spaces";
     }
     const std::string lines = stated("text-decoration") + " " + stated("text-decoration-line");
     style->underline = style->underline || lines.find("underline") != std::string::npos;

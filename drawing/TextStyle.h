@@ -23,8 +23,10 @@ struct TextStyle {
     std::string alignmentBaseline; ///< of the element alone
     Anchor anchor = Anchor::Start;
     bool rightToLeft = false;
+    bool forcesDirection = false; ///< whatever the scripts
     bool vertical = false;
-    bool preserve = false; ///< white space stays
+    bool preserve = false;  ///< white space stays
+    std::string letterCase; ///< "uppercase", "lowercase", "capitalize", or as it is
     bool underline = false;
     bool overline = false;
     bool strike = false;

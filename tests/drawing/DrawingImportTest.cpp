@@ -87,6 +87,34 @@ TEST(DrawingImport, showsWhatABrowserShows) {
         {R"(<pattern id="p" width="5" height="5" patternUnits="userSpaceOnUse">)"
          R"(<circle r="2"/></pattern><rect fill='url(#p)' width="50" height="50"/>)",
          {{0, 0, 50, 50}}},
+        {R"(<rect fill="red" width="9" height="9"/>)"
+         R"(<rect x="10" fill="#000" fill-opacity="0.3" width="9" height="9"/>)",
+         {{0, 0, 9, 9}, {10, 0, 19, 9}}},
+        {R"(<pattern id="p" width="9" height="9" patternUnits="userSpaceOnUse">)"
+         R"(<polygon points="0,0 9,0 9,9 0,9"/></pattern><rect fill='url(#p)' width="50" height="50"/>)",
+         {{0, 0, 50, 50}}},
+        {R"(<style>[data-a^="x"]{display:none} rect[data-a$="y"]{display:inline}</style>)"
+         R"(<rect data-a="xz" width="9" height="9"/><rect data-a="xy" width="8" height="8"/>)",
+         {{0, 0, 8, 8}}},
+        {R"(<style>rect+rect,circle:nth-of-type(2n+1){display:none}</style><rect width="9" height="9"/>)"
+         R"(<rect width="8" height="8"/><circle r="5"/><circle cx="20" cy="20" r="10"/><circle r="9"/>)",
+         {{0, 0, 9, 9}, {10, 10, 30, 30}}},
+        {R"(<rect systemLanguage="xx" width="5" height="5"/><rect requiredExtensions="y" width="5" )"
+         R"(height="5"/><switch><foreignObject/><rect systemLanguage="xx, en-GB" width="6" height="6"/>)"
+         R"(<rect width="7" height="7"/></switch>)",
+         {{0, 0, 6, 6}}},
+        {R"(<rect width="1em" height="2ex"/>)", {{0, 0, 16, 16}}},
+        {R"(<rect x="20" y="20" width="10" height="20" style="transform:rotate(90deg);)"
+         R"(transform-box:fill-box;transform-origin:center"/>)",
+         {{15, 25, 35, 35}}},
+        {R"(<rect x="20" y="20" width="10" height="20" transform='rotate(90)' transform-origin="20 20"/>)",
+         {{0, 20, 20, 30}}},
+        {R"(<defs><svg id="v" width="9" height="9" viewBox="0 0 1 1"><rect width="1" height="1"/></svg>)"
+         R"(</defs><use xlink:href="#v" width="40" height="40"/>)",
+         {{0, 0, 40, 40}}},
+        {R"(<style>path{fill:none}</style><clipPath id="c"><text y="50" font-size="50">X</text></clipPath>)"
+         R"(<rect clip-path='url(#c)' width="50" height="60"/><g i:knockout="Off"><u:x/></g>)",
+         {{0, 0, 50, 60}}},
         {R"(<rect x="-1000000" y="10" width="2000000" height="20"/>)",
          {{-1000000, 10, 1000000, 30}}},
     };
@@ -152,6 +180,21 @@ TEST(DrawingImport, placesTextLetterByLetter) {
     ASSERT_EQ(onPath.size(), 1U);
     EXPECT_NEAR(onPath[0].left, 20, 0.1);
     EXPECT_GT(onPath[0].right - onPath[0].left, onPath[0].bottom - onPath[0].top);
+    const auto onShape = boxesOf(
+        import(R"(<defs><line id="l" x1="90" y1="50" x2="10" y2="50" pathLength="2"/></defs><text )"
+               R"(font-size="10" font-family="DejaVu Sans"><textPath xlink:href="#l" side="right" )"
+               R"(startOffset="1">l</textPath></text>)"));
+    ASSERT_EQ(onShape.size(), 1U);
+    EXPECT_NEAR(onShape[0].bottom, 50, 0.1);
+    EXPECT_NEAR(onShape[0].left, 51, 0.5);
+    EXPECT_EQ(leftEdges(plain + R"(x="1 50">e&#x301;l</text>)").back(), 8); // the mark took the 50
+    EXPECT_GT(leftEdges(plain + R"(x="1" unicode-bidi="bidi-override" direction="rtl" )" +
+                        R"(text-anchor="end">lo</text>)")
+                  .front(),
+              leftEdges(plain + R"(x="1">lo</text>)").front());
+    EXPECT_THAT(leftEdges(R"(<style>path{fill:none}</style>)" + plain + R"(x="1">l</text>)"),
+                ElementsAre(2));
+    EXPECT_THAT(import(plain + ">a<text>b</text></text>").shape->outlines.size(), 2U);
     EXPECT_THAT(import(plain + ">a&#x10FFFD;</text>").shape->notes.front(), HasSubstr("U+10FFFD"));
 }
 
