@@ -6,8 +6,10 @@
 #include "film/ShapeFolder.h"
 #include "params/ParameterTable.h"
 #include "scene/SceneShapes.h"
+#include "shapes/PathModel.h"
 #include "shapes/ShapeFile.h"
 #include "shapes/ShapeTable.h"
+#include "shapes/SvgParser.h"
 
 #include <array>
 #include <cmath>
@@ -106,8 +108,26 @@ bool drawTile(int shape, int x, int y, const MemoryImage& sheet) {
     return drawable;
 }
 
-/// A square picture with a name in its middle, as the effect draws it.
-ScenePlan captionPlan(const ConvertedShape& name, const ParameterValue& colour) {
+/// Where the effect takes the middle of a name to be: its box counts control points.
+double middleOf(const ConvertedShape& name) {
+    PluginPath_Impl path;
+    svg_parser parser;
+    parser.setPath(&path);
+    parser.parseBuffer(name.svg);
+    std::array<double, 4> box{0, 0, 0, -1};
+    for (const auto& outline : path.outlines()) {
+        for (const Vx_PathVertex& v : outline.vertices) {
+            PluginPath_Impl::clamp(v.x, v.y, box.data());
+            PluginPath_Impl::clamp(v.tanInX, v.tanInY, box.data());
+            PluginPath_Impl::clamp(v.tanOutX, v.tanOutY, box.data());
+        }
+    }
+    return (box[1] + box[3]) / 2;
+}
+
+/// A square picture with a name in its middle, as the effect draws it. The baseline, `below` the
+/// middle, is brought to a whole row.
+ScenePlan captionPlan(const ConvertedShape& name, double below, const ParameterValue& colour) {
     constexpr double edges = 0.2; // of the size, left and right of a writing
     const double width = name.width - edges * captionSize;
     const double scale = width / (tileSide / 2.0); // a shape spans half of the frame
@@ -119,6 +139,8 @@ ScenePlan captionPlan(const ConvertedShape& name, const ParameterValue& colour) 
     plan.parameters.set(PARAM_THICKNESS, captionThickness);
     plan.parameters.set(PARAM_SCALE_X, scale);
     plan.parameters.set(PARAM_SCALE_Y, scale);
+    const double toWholeRow = (std::round(below) - below) / tileSide;
+    plan.parameters.set(PARAM_POSITION_XY, {0.5, 0.5 + toWholeRow});
     plan.parameters.set(PARAM_TRANSFER_MODE, transferNormal);
     return plan;
 }
@@ -135,15 +157,15 @@ void drawCaption(const char* name, int x, int y, const ParameterValue& colour,
     if (!written.shape) {
         return;
     }
-    ScenePlan plan = captionPlan(*written.shape, colour);
+    const double below = written.shape->baseline - middleOf(*written.shape); // the baseline
+    ScenePlan plan = captionPlan(*written.shape, below, colour);
     FrameInput background(&plan);
     MemoryImage picture(tileSide, tileSide, RF_RGBA8, RowLayout{});
     background.fill(0, picture);
     if (!drawOver(std::move(plan), &picture)) {
         return;
     }
-    const double middle = written.shape->baseline - written.shape->height / 2; // above baseline
-    const int top = tileSide / 2 + static_cast<int>(std::lround(middle)) - captionBaseline;
+    const int top = tileSide / 2 + static_cast<int>(std::lround(below)) - captionBaseline;
     for (int row = 0; row < caption; ++row) {
         std::memcpy(sheet.info().row(y + row) + std::ptrdiff_t{4} * x,
                     picture.info().row(top + row), picture.rowSize());
