@@ -16,7 +16,8 @@ using nlohmann::json;
 /// The reader keeps no more vertices and outlines than this, see its limits.
 constexpr std::size_t mostSegments = 1'000'000;
 
-void checkAmount(const DrawnPage& page) {
+void checkAmount(const ConvertedPage& converted) {
+    const DrawnPage& page = converted.page;
     std::size_t segments = 0;
     for (const DrawnCurve& drawn : page.curves) {
         segments += drawn.curve.segments.size() + 2;
@@ -27,7 +28,9 @@ void checkAmount(const DrawnPage& page) {
                            "simplify it (--simplify), or leave small outlines out (--smallest)"};
     }
     if (page.curves.empty()) {
-        throw DrawingError{"nothing in the drawing can be stroked",
+        const std::string reason =
+            converted.notes.empty() ? "" : " (" + converted.notes.front() + ")";
+        throw DrawingError{"nothing in the drawing can be stroked" + reason,
                            "is something visible on its page?"};
     }
 }
@@ -37,7 +40,7 @@ json sourceOf(const OutlineSource& source) {
 }
 
 std::string answerOf(const ConvertedPage& converted) {
-    checkAmount(converted.page);
+    checkAmount(converted);
     json outlines = json::array();
     for (const DrawnCurve& drawn : converted.page.curves) {
         outlines.push_back(

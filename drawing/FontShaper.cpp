@@ -259,7 +259,8 @@ FontMetrics FontShaper::metricsOf(const FontChoice& font) {
 
 bool FontShaper::hasFamily(std::string_view family) {
     const std::string name(family);
-    for (const char* const generic : {"sans", "serif", "monospace", "sans-serif", "system-ui"}) {
+    for (const char* const generic :
+         {"sans", "serif", "monospace", "sans-serif", "system-ui", "cursive", "fantasy"}) {
         if (strcasecmp(generic, name.c_str()) == 0) {
             return true;
         }
@@ -272,6 +273,26 @@ bool FontShaper::hasFamily(std::string_view family) {
     });
     g_free(families);
     return found;
+}
+
+void FontShaper::tellUninstalled(const std::set<std::string>& families,
+                                 std::vector<std::string>* notes) {
+    std::string names;
+    for (std::string_view list : families) {
+        bool found = false;
+        const std::string_view first = list.substr(0, list.find(','));
+        while (!list.empty() && !found) {
+            const std::size_t end = std::min(list.find(','), list.size());
+            found = hasFamily(list.substr(0, end));
+            list.remove_prefix(std::min(end + 1, list.size()));
+        }
+        if (!found) {
+            names.append(names.empty() ? "" : ", ").append(first);
+        }
+    }
+    if (!names.empty()) {
+        notes->push_back("not installed, so other fonts are used: " + names);
+    }
 }
 
 void FontShaper::tellMissing(std::vector<std::string>* notes) const {

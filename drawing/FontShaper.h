@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -71,6 +72,9 @@ public:
     /// Whether a font of the first family is installed by this name.
     [[nodiscard]] bool hasFamily(std::string_view family);
 
+    /// Appends a sentence about the lists of families, parted by commas, of which none is
+    /// installed.
+    void tellUninstalled(const std::set<std::string>& families, std::vector<std::string>* notes);
     /// Appends a sentence about the characters that no font has.
     void tellMissing(std::vector<std::string>* notes) const;
 

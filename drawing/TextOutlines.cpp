@@ -57,6 +57,15 @@ public:
 
     [[nodiscard]] const std::vector<TextCharacter>& characters() const { return m_characters; }
 
+    /// The lists of families that the letters ask for.
+    [[nodiscard]] std::set<std::string> families() const {
+        std::set<std::string> result;
+        for (std::size_t i = 0; i < m_characters.size(); ++i) {
+            result.insert(styleOf(i).font.family);
+        }
+        return result;
+    }
+
     std::vector<PlacedCluster> place() {
         std::size_t begin = 0;
         for (std::size_t i = 1; i <= m_characters.size(); ++i) {
@@ -414,6 +423,8 @@ public:
         return m_layout.characters().size();
     }
 
+    [[nodiscard]] std::set<std::string> families() const { return m_layout.families(); }
+
     void putInPlace() {
         addTitle();
         xmlReplaceNode(m_text, m_group);
@@ -590,6 +601,7 @@ void replaceTexts(xmlNode* root, const Cascade& cascade, std::vector<std::string
     TextStyles styles(cascade);
     FontShaper shaper;
     std::size_t characters = 0;
+    std::set<std::string> families;
     std::vector<Replacement> replacements;
     for (xmlNode* const text : texts) {
         if (characters > mostCharacters) {
@@ -598,10 +610,12 @@ void replaceTexts(xmlNode* root, const Cascade& cascade, std::vector<std::string
         }
         replacements.emplace_back(text, &styles, cascade, &shaper);
         characters += replacements.back().make();
+        families.merge(replacements.back().families());
     }
     for (Replacement& replacement : replacements) {
         replacement.putInPlace();
     }
+    shaper.tellUninstalled(families, notes);
     shaper.tellMissing(notes);
 }
 

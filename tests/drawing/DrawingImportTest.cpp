@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -198,6 +199,37 @@ TEST(DrawingImport, placesTextLetterByLetter) {
     EXPECT_THAT(import(plain + ">a&#x10FFFD;</text>").shape->notes.front(), HasSubstr("U+10FFFD"));
 }
 
+std::string nested(int depth) {
+    std::string groups;
+    for (int i = 0; i < depth; ++i) {
+        groups += "<g>";
+    }
+    for (int i = 0; i < depth; ++i) {
+        groups += "</g>";
+    }
+    return groups;
+}
+
+TEST(DrawingImport, takesWhatOtherReadersRefuse) {
+    const std::string picture(std::size_t{12} << 20, 'A');
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"<image width='9' height='9' xlink:href='data:image/png;base64," + picture + "'/>",
+         "1 picture has no outlines"},
+        {"<style>@font-face{src:url(\"data:font/woff;base64," + picture + "\")}</style>", ""},
+        {"<g i:knockout='Off'/><x:y xmlns:x='&amp;ns;'/>", ""},
+        {"<text y='50' font-family='No Such Font, Nor This'>a</text>",
+         "not installed, so other fonts are used: No Such Font"},
+        {"<style>g + g{fill:red}</style>", "a style sheet counts elements"},
+    };
+    for (const auto& [body, note] : cases) {
+        const Conversion conversion = import(body + "<rect width='5' height='5'/>");
+        ASSERT_TRUE(conversion.shape) << body.substr(0, 90) << conversion.message;
+        const auto& notes = conversion.shape->notes;
+        EXPECT_EQ(notes.size(), note.empty() ? 0U : 1U) << note;
+        EXPECT_THAT(notes.empty() ? "" : notes.front(), HasSubstr(note));
+    }
+}
+
 TEST(DrawingImport, refusesInOneSentence) {
     std::string bomb = "<g id='a0'><path d='M0 0h1v1z'/></g>";
     for (int i = 1; i < 10; ++i) {
@@ -210,6 +242,13 @@ TEST(DrawingImport, refusesInOneSentence) {
     ImportOptions hasty;
     hasty.seconds = 1;
     EXPECT_FALSE(import(bomb, hasty).shape);
+    std::string many;
+    for (int i = 0; i < 1000000; ++i) {
+        many += "<path d='M9 9h9v9z'/>";
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(import(many, hasty).shape);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     const std::vector<std::pair<std::string, std::string>> cases{
         {"", "empty"},
         {"hello", "no readable SVG"},
@@ -221,6 +260,10 @@ TEST(DrawingImport, refusesInOneSentence) {
         {"<svg xmlns='http://www.w3.org/2000/svg' width='0' height='5'/>", "no usable size"},
         {"<!DOCTYPE svg [<!ENTITY a 'xx'><!ENTITY b '&a;&b;'>]><svg>&b;</svg>", "no readable SVG"},
         {"\x1f\x8b\x08 and so on", "damaged"},
+        {std::string(head) + "<text>&#x10FFFD;</text></svg>", "U+10FFFD"},
+        {std::string(head) + "<rect width='.1' height='.1'/></svg>", "--smallest 0"},
+        {std::string(head) + "<rect width='5", "no readable SVG"},
+        {std::string(head) + nested(100000) + "</svg>", "depth"},
     };
     for (const auto& [drawing, message] : cases) {
         const Conversion conversion = importDrawing(drawing, {});
