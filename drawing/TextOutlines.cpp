@@ -61,8 +61,13 @@ public:
     [[nodiscard]] std::set<std::string> families() const {
         std::set<std::string> result;
         for (std::size_t i = 0; i < m_characters.size(); ++i) {
-            result.insert(styleOf(i).font.family);
+            std::string list = styleOf(i).font.family;
+            if (list.ends_with(usualFamily)) {
+                list.resize(list.size() - std::strlen(usualFamily));
+            }
+            result.insert(std::move(list));
         }
+        result.erase("");
         return result;
     }
 

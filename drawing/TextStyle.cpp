@@ -94,9 +94,11 @@ int stretchOf(std::string_view text, int parent) {
     return parent;
 }
 
-/// Families without quotes, generic ones by the names that the font library knows.
+/// Families without quotes, generic ones by the names that the font library knows, and the usual
+/// one where none is generic.
 std::string familiesOf(std::string_view text) {
     std::string result;
+    bool generic = false;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(','), text.size());
         std::string_view one = trimmed(text.substr(0, end));
@@ -107,9 +109,11 @@ std::string familiesOf(std::string_view text) {
         if (one == "sans-serif") {
             one = "sans";
         }
+        generic = generic || one == "sans" || one == "serif" || one == "monospace" ||
+                  one == "cursive" || one == "fantasy" || one == "system-ui";
         result.append(result.empty() ? "" : ",").append(one);
     }
-    return result.empty() ? "sans" : result;
+    return generic ? result : result + (result.empty() ? "" : ",") + usualFamily;
 }
 
 void addFeature(const char* feature, FontChoice* font) {
@@ -149,6 +153,7 @@ const TextStyle& TextStyles::of(const xmlNode* node) {
         return known->second;
     }
     TextStyle style;
+    style.font.family = usualFamily;
     if (node->parent != nullptr && isElement(node->parent)) {
         style = of(node->parent);
         style.alignmentBaseline.clear();

@@ -10,6 +10,9 @@
 
 namespace orbel {
 
+/// What browsers take where no family is stated, or none that is installed.
+constexpr const char* usualFamily = "Times New Roman";
+
 /// How the letters of one element look and stand; lengths in its user units.
 struct TextStyle {
     enum class Anchor { Start, Middle, End };
