@@ -70,7 +70,7 @@ void noteShortClip(const ScenePlan& plan, const std::string& file, std::ostream&
 
 bool isDrawing(const std::string& file) {
     const std::string ending = std::filesystem::path(file).extension().string();
-    return ending == ".svg" || ending == ".SVG";
+    return ending == ".svg" || ending == ".SVG" || ending == ".svgz" || ending == ".SVGZ";
 }
 
 /// A file without a scene. One that gives no stroke is bad input, losses alone are not.

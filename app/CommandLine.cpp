@@ -213,32 +213,49 @@ constexpr const char* importExamples = R"(Examples:
 OUT holds one path for every outline, in pixels of the drawing's page, as the reader of shapes
 represents exactly. Clips do not cut; what they hide wholly is left out.)";
 
+/// Lets an option take words for its values, and says which when it gets another one.
+template<typename Value>
+CLI::Validator wordsFor(std::map<std::string, Value> words) {
+    const auto translate = [words = std::move(words)](std::string& word) -> std::string {
+        if (const auto known = words.find(word); known != words.end()) {
+            word = std::to_string(static_cast<int>(known->second));
+            return {};
+        }
+        std::string all;
+        for (const auto& one : words) {
+            all += (all.empty() ? "" : ", ") + one.first;
+        }
+        return inQuotes(word) + " is none of " + all;
+    };
+    return {translate, ""};
+}
+
 /// The options that both `import` and a scene's shape take.
 void addConversion(CLI::App* command, ImportOptions& options) {
     using Take = ImportOptions::Take;
     using Order = ImportOptions::Order;
     using Closed = ImportOptions::Closed;
-    command->add_option("--take", options.take, "Which outlines: strokes, fills or both")
-        ->type_name("WHICH")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, Take>{
-            {"strokes", Take::Strokes}, {"fills", Take::Fills}, {"both", Take::Both}}));
+    command->add_option("--take", options.take, "Which outlines")
+        ->type_name("strokes|fills|both")
+        ->transform(wordsFor<Take>(
+            {{"strokes", Take::Strokes}, {"fills", Take::Fills}, {"both", Take::Both}}));
     command->add_option("--order", options.order, "As painted, or each nearest to the one before")
         ->type_name("paint|nearest")
-        ->transform(CLI::CheckedTransformer(
-            std::map<std::string, Order>{{"paint", Order::Paint}, {"nearest", Order::Nearest}}));
+        ->transform(wordsFor<Order>({{"paint", Order::Paint}, {"nearest", Order::Nearest}}));
     command
         ->add_option("--smallest", options.smallest,
                      "Leave out what is smaller than this part of the page (0.2)")
         ->type_name("PERCENT")
         ->check(CLI::Range(0.0, 100.0));
-    command->add_flag("!--no-page-rectangles", options.pageRectangles,
-                      "Leave out rectangles as large as the page");
+    command->add_flag_function(
+        "--no-page-rectangles", [&options](std::int64_t) { options.pageRectangles = false; },
+        "Leave out rectangles as large as the page");
     command
         ->add_option("--closed", options.closed,
                      "Keep: fills are closed, strokes as drawn; or close all, or none")
         ->type_name("keep|all|none")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, Closed>{
-            {"keep", Closed::Keep}, {"all", Closed::All}, {"none", Closed::None}}));
+        ->transform(wordsFor<Closed>(
+            {{"keep", Closed::Keep}, {"all", Closed::All}, {"none", Closed::None}}));
     command
         ->add_option("--simplify", options.simplify,
                      "Fewer points, moving outlines by up to so many pixels")
@@ -267,8 +284,8 @@ constexpr const char* textExamples = R"(Examples:
   orbel text "Grüße\naus Rom" -o card.svg --font "DejaVu Serif:bold" --align center --width 1200
   orbel text "with a pen" -o pen.svg --single-stroke --hand scripts
 
-\n starts a new line. Outlines stand in reading order, each letter's together: with Paths set to
-"Stroke Sequentially" they write. Hands are the Hershey fonts that are installed.)";
+\n starts a new line. Outlines stand in reading order, each letter's together: with
+"Stroke Sequentially" on they write. Hands are the Hershey fonts that are installed.)";
 
 void addText(CLI::App& program, TextCommandOptions& options) {
     using Align = LetteringOptions::Align;
@@ -289,8 +306,8 @@ void addText(CLI::App& program, TextCommandOptions& options) {
         ->check(CLI::Range(0.1, 10.0));
     command->add_option("--align", lettering.align, "Of lines")
         ->type_name("left|center|right")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, Align>{
-            {"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}));
+        ->transform(wordsFor<Align>(
+            {{"left", Align::Left}, {"center", Align::Center}, {"right", Align::Right}}));
     CLI::Option* const pen =
         command->add_flag("--single-stroke", lettering.singleStroke, "One pen line a stroke");
     command
