@@ -3,6 +3,7 @@
 #include "drawing/Conversion.h"
 #include "drawing/DrawingDocument.h"
 #include "drawing/DrawingRules.h"
+#include "drawing/LimitedProcess.h"
 #include "drawing/SvgRecorder.h"
 #include "shapes/SvgParser.h"
 
@@ -61,30 +62,41 @@ bool paintsAlike(const PaintedPath& a, const PaintedPath& b) {
     return a.kind == b.kind && a.curves == b.curves;
 }
 
-/// Takes away what a clip hides wholly: what is painted without clips and not with them. Both come
-/// in the same order.
-void dropHidden(const std::vector<PaintedPath>& clipped, std::vector<PaintedPath>* painted,
-                std::vector<std::string>* notes) {
-    std::vector<PaintedPath> seen;
+/// Whether each painted path shows in spite of clips: is painted with them, too. Both come in the
+/// same order. Empty when they do not pair off.
+std::string shownOf(const std::vector<PaintedPath>& clipped,
+                    const std::vector<PaintedPath>& painted) {
+    std::string shown;
     std::size_t next = 0;
-    std::size_t hidden = 0;
-    for (const PaintedPath& path : *painted) {
+    for (const PaintedPath& path : painted) {
         while (next < clipped.size() && isSign(clipped[next])) {
             ++next; // a sign may be hidden where what it stands for is not
         }
         const bool shows = next < clipped.size() && paintsAlike(path, clipped[next]);
-        if (shows || isSign(path)) {
-            seen.push_back(path);
-        } else {
-            ++hidden;
-        }
+        shown += shows || isSign(path) ? '1' : '0';
         next += shows ? 1U : 0U;
     }
-    if (std::any_of(clipped.begin() + static_cast<std::ptrdiff_t>(next), clipped.end(),
-                    [](const auto& path) { return !isSign(path); })) {
-        return; // they do not pair off, so nothing is known
+    const bool paired = std::all_of(clipped.begin() + static_cast<std::ptrdiff_t>(next),
+                                    clipped.end(), [](const auto& path) { return isSign(path); });
+    return paired ? shown : "";
+}
+
+/// Takes away what a clip hides wholly. The renderer may fall over a clip, and does so alone.
+void dropHidden(const std::string& svg, std::vector<PaintedPath>* painted,
+                std::vector<std::string>* notes) {
+    const ProcessResult result =
+        runLimited([&] { return shownOf(SvgRecorder(svg, true).record().painted, *painted); }, {});
+    if (result.answer.size() != painted->size()) {
+        notes->emplace_back("clips are not heeded");
+        return;
     }
-    if (hidden > 0) {
+    std::vector<PaintedPath> seen;
+    for (std::size_t i = 0; i < painted->size(); ++i) {
+        if (result.answer[i] == '1') {
+            seen.push_back(std::move((*painted)[i]));
+        }
+    }
+    if (const std::size_t hidden = painted->size() - seen.size(); hidden > 0) {
         notes->push_back(std::to_string(hidden) + " painted path" + (hidden == 1 ? "" : "s") +
                          " left out: hidden by a clip");
     }
@@ -97,8 +109,7 @@ ConvertedPage convert(std::string_view bytes, const ImportOptions& options) {
     ConvertedPage result;
     result.notes = std::move(document.notes);
     if (document.clips) {
-        dropHidden(SvgRecorder(document.svg, true).record().painted, &recorded.painted,
-                   &result.notes);
+        dropHidden(document.svg, &recorded.painted, &result.notes);
     }
     result.page.width = recorded.width;
     result.page.height = recorded.height;

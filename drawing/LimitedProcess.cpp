@@ -12,6 +12,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,6 +57,7 @@ std::size_t mappedBytes() {
 }
 
 void limitThisProcess(const ProcessLimits& limits) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody would wait for the answer
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_CPU, static_cast<std::size_t>(std::ceil(limits.seconds)) + 1);
     if (!sanitized) { // a sanitizer's shadow alone is terabytes of addresses

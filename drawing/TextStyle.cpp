@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
+constexpr double largestSize = 1e6; // of a font; the renderer chokes on larger letters
+
 /// Reads a number at the front and takes it off.
 std::optional<double> takeNumber(std::string_view* text) {
     const std::size_t sign = text->starts_with('+') ? 1 : 0;
@@ -179,6 +181,7 @@ void TextStyles::readFont(const xmlNode* node, double parentSize, TextStyle* sty
         style->size =
             namedSize(*size, parentSize).value_or(lengthOf(*size, parentSize, parentSize));
     }
+    style->size = std::min(style->size, largestSize);
     if (const auto weight = stated("font-weight")) {
         style->font.weight = weightOf(*weight, style->font.weight);
     }

@@ -34,7 +34,8 @@ constexpr std::array ISSUES{
              "parse_path: Command %s: bad or missing parameters"},
     IssueRow{SvgIssue::FileTooLarge, false, "%s is larger than 64 MiB and is not read"},
     IssueRow{SvgIssue::Oval, false,
-             "a %s becomes an oval, half as wide and three eighths as tall: draw it as cubics"},
+             "element \"%s\" becomes an oval, half as wide and three eighths as tall: draw it as "
+             "cubics"},
     IssueRow{SvgIssue::RoundedCorners, false, "rounded corners (%s) are ignored"},
     IssueRow{SvgIssue::ClosedPolyline, false, "a polyline is closed: draw it as cubics"},
     IssueRow{SvgIssue::Unit, false, "the unit of \"%s\" is ignored"},

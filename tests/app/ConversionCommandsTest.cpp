@@ -39,7 +39,7 @@ TEST_F(ConversionCommandsTest, importWritesWhatCheckHasNothingToSayAbout) {
     const std::string out = m_folder / "out.svg";
     writeBytes(in, m_drawing);
     EXPECT_EQ(run({"check", in}), EXIT_DONE);
-    EXPECT_THAT(m_out.str(), AllOf(HasSubstr("(line 2): a circle becomes an oval"),
+    EXPECT_THAT(m_out.str(), AllOf(HasSubstr("(line 2): element \"circle\" becomes an oval"),
                                    HasSubstr("(2 times)"), HasSubstr("orbel import")));
     EXPECT_EQ(run({"import", in, "-o", out}), EXIT_DONE);
     EXPECT_THAT(m_out.str(), HasSubstr("2 outlines, 9 x 9 pixels"));
