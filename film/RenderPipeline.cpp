@@ -27,6 +27,7 @@ struct RenderPipeline::Run {
           writers(outputs),
           input(pipeline.m_input),
           renderer(pipeline.m_renderer),
+          still(pipeline.m_still),
           next(plan.frames.first) {}
 
     /// Makes a job of the next frame with its input; false when there is none.
@@ -36,12 +37,18 @@ struct RenderPipeline::Run {
         }
         const Stopwatch watch(&result.times.reading);
         job.frame = next++;
+        if (isKnown(job)) {
+            return true;
+        }
         job.rendered = false;
         return guarded(job.frame, [&] { input.fill(job.frame, job.input); });
     }
 
     void render(Job& job) {
         if (failed && job.frame > failedFrame) {
+            return;
+        }
+        if (isKnown(job)) {
             return;
         }
         const Stopwatch watch(&result.times.rendering);
@@ -89,6 +96,11 @@ struct RenderPipeline::Run {
         }
     }
 
+    /// The job holds this very frame from before.
+    [[nodiscard]] bool isKnown(const Job& job) const {
+        return still && job.rendered && job.frame > plan.frames.first;
+    }
+
     [[nodiscard]] bool interrupted() const {
         return callbacks.interrupted && callbacks.interrupted();
     }
@@ -117,6 +129,7 @@ struct RenderPipeline::Run {
     const std::vector<std::unique_ptr<MediaWriter>>& writers;
     FrameInput& input;
     FrameRenderer& renderer;
+    bool still; // all frames are the first one
     long next;
     std::atomic<bool> stopped = false;
     bool gaveUp = false;       // the rendering stage's own
@@ -159,8 +172,9 @@ RenderPipeline::RenderPipeline(ScenePlan* plan, int threads, PipelineCallbacks c
       m_callbacks(std::move(callbacks)),
       m_input(plan),
       m_renderer(plan, m_callbacks.interrupted, m_callbacks.warning),
-      m_jobs(static_cast<std::size_t>(
-          std::min<long>(threads == 1 ? 1 : plan->framesInFlight, plan->frames.count()))) {
+      m_still(m_input.isStill() && !plan->parameters.isAnyAnimated()),
+      m_jobs(static_cast<std::size_t>(std::min<long>(
+          threads == 1 || m_still ? 1 : plan->framesInFlight, plan->frames.count()))) {
     for (Job& job : m_jobs) {
         job.input = m_renderer.makeImage();
         job.output = m_renderer.makeImage();

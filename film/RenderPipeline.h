@@ -67,6 +67,7 @@ private:
     PipelineCallbacks m_callbacks;
     FrameInput m_input;
     FrameRenderer m_renderer;
+    bool m_still;            ///< nothing moves: drawn once, in the one job that there is
     std::vector<Job> m_jobs; ///< used in turn
 };
 
