@@ -16,6 +16,8 @@ public:
     /// Fills an image of the plan's size and format. Throws MediaError when the clip ends early or
     /// a frame cannot be decoded.
     void fill(long frame, const MemoryImage& image);
+    /// Every frame has the same picture.
+    [[nodiscard]] bool isStill() const { return m_still.has_value(); }
 
 private:
     void fillStill(const MemoryImage& image);

@@ -28,6 +28,7 @@ struct RenderPipeline::Run {
           input(pipeline.m_input),
           renderer(pipeline.m_renderer),
           keptInput(pipeline.m_keptInput),
+          still(pipeline.m_still),
           next(plan.frames.first) {}
 
     /// Makes a job of the next frame with its input; false when there is none.
@@ -37,12 +38,18 @@ struct RenderPipeline::Run {
         }
         const Stopwatch watch(&result.times.reading);
         job.frame = next++;
+        if (isKnown(job)) {
+            return true;
+        }
         job.rendered = false;
         return guarded(job.frame, [&] { input.fill(job.frame, job.input); });
     }
 
     void render(Job& job) {
         if (failed && job.frame > failedFrame) {
+            return;
+        }
+        if (isKnown(job)) {
             return;
         }
         const Stopwatch watch(&result.times.rendering);
@@ -107,6 +114,11 @@ struct RenderPipeline::Run {
         }
     }
 
+    /// The job holds this very frame from before.
+    [[nodiscard]] bool isKnown(const Job& job) const {
+        return still && job.rendered && job.frame > plan.frames.first;
+    }
+
     [[nodiscard]] bool interrupted() const {
         return callbacks.interrupted && callbacks.interrupted();
     }
@@ -136,6 +148,7 @@ struct RenderPipeline::Run {
     FrameInput& input;
     FrameRenderer& renderer;
     MemoryImage& keptInput;
+    bool still; // all frames are the first one
     long next;
     std::atomic<bool> stopped = false;
     bool gaveUp = false;       // the rendering stage's own
@@ -182,8 +195,9 @@ RenderPipeline::RenderPipeline(ScenePlan* plan, int threads, PipelineCallbacks c
                      ? std::function<bool()>([this] { return isUnwanted(); })
                      : nullptr,
                  m_callbacks.warning),
-      m_jobs(static_cast<std::size_t>(
-          std::min<long>(threads == 1 ? 1 : plan->framesInFlight, plan->frames.count()))) {
+      m_still(m_input.isStill() && !plan->parameters.isAnyAnimated()),
+      m_jobs(static_cast<std::size_t>(std::min<long>(
+          threads == 1 || m_still ? 1 : plan->framesInFlight, plan->frames.count()))) {
     for (Job& job : m_jobs) {
         job.input = m_renderer.makeImage();
         job.output = m_renderer.makeImage();

@@ -71,6 +71,7 @@ private:
     FrameInput m_input;
     FrameRenderer m_renderer;
     MemoryImage m_keptInput; ///< of the frame in the making, where it may have to be drawn anew
+    bool m_still;            ///< nothing moves: drawn once, in the one job that there is
     std::vector<Job> m_jobs; ///< used in turn
 };
 

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <limits>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace orbel {
@@ -65,7 +66,12 @@ public:
     void beginSample(const SampleLook& look) override {
         m_page->slices.emplace_back(m_ended, look, m_rowKernels);
     }
-    void stamp(const Stamp& s) override;
+    void stamp(const Stamp& s) override { gather(s); }
+    void stampAll(std::span<const Stamp> stamps) override {
+        for (const Stamp& s : stamps) {
+            gather(s);
+        }
+    }
     void endSample() override;
     int finish(const LayerFinish& how) override;
     void leave() override;
@@ -80,6 +86,8 @@ private:
     [[nodiscard]] const RasterInfo& rasterOf(const Slice& slice) const {
         return slice.sample == 0 ? m_out : m_sample.info();
     }
+    void gather(const Stamp& s);
+    void goOnWithNextPage();
     void beginPainting(const LayerFinish* how);
     void paintBand(const Page& page, int band, const LayerFinish* how);
     void finishRow(int y, const LayerFinish& how);
@@ -110,7 +118,7 @@ private:
 };
 
 template<class P>
-void BandTarget<P>::stamp(const Stamp& s) {
+void BandTarget<P>::gather(const Stamp& s) {
     if (!(s.radius > 0.0)) {
         return;
     }
@@ -123,11 +131,16 @@ void BandTarget<P>::stamp(const Stamp& s) {
     }
     m_page->batch.add(placed);
     if (m_page->batch.isFull()) {
-        Slice rest = m_page->slices.back();
-        beginPainting(nullptr);
-        rest.begins = false;
-        m_page->slices.push_back(rest);
+        goOnWithNextPage();
     }
+}
+
+template<class P>
+void BandTarget<P>::goOnWithNextPage() {
+    Slice rest = m_page->slices.back();
+    beginPainting(nullptr);
+    rest.begins = false;
+    m_page->slices.push_back(rest);
 }
 
 template<class P>
@@ -201,8 +214,7 @@ void BandTarget<P>::beginPainting(const LayerFinish* how) {
     m_page = &page == m_pages.data() ? &m_pages[1] : m_pages.data();
     m_page->batch.clear();
     m_page->slices.clear();
-    m_work.begin([&page] { page.batch.sortIntoBands(); },
-                 [this, &page, how](int band) { paintBand(page, band, how); });
+    m_work.begin([this, &page, how](int band) { paintBand(page, band, how); });
 }
 
 template<class P>

@@ -44,28 +44,24 @@ public:
         }
     }
 
-    /// Begins to call `prepare()` and then `work(band)` for every band; on one thread that is all
-    /// done before it returns. What was begun before has to have been waited for.
-    template<class Prepare, class Work>
-    void begin(const Prepare& prepare, const Work& work) {
+    /// Begins to call `work(band)` for every band; on one thread that is all done before it
+    /// returns. What was begun before has to have been waited for.
+    template<class Work>
+    void begin(const Work& work) {
 #if ORBEL_HAVE_TASKS
         if (m_arena) {
             m_arena->execute([&] {
-                m_tasks.run([prepare, work, bands = m_bands] {
-                    prepare();
-                    tbb::parallel_for(0, bands, work);
-                });
+                m_tasks.run([work, bands = m_bands] { tbb::parallel_for(0, bands, work); });
             });
             return;
         }
 #endif
-        prepare();
         for (int band = 0; band < m_bands; ++band) {
             work(band);
         }
     }
 
-    /// Lends a hand until everything is done. Throws what `prepare` and `work` have thrown.
+    /// Lends a hand until everything is done. Throws what `work` has thrown.
     void wait() {
 #if ORBEL_HAVE_TASKS
         if (m_arena) {

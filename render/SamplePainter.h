@@ -6,7 +6,6 @@
 #include "render/StampKernels.h"
 
 #include <algorithm>
-#include <cstring>
 #include <span>
 #include <vector>
 
@@ -97,11 +96,7 @@ private:
     // Stamps change nothing but alphas, so that pixels differ in those alone.
     void modulate(const Slice& slice, T* row, int count) const {
         if constexpr (Slice::ALPHAS > 0) {
-            for (T* const end = row + std::ptrdiff_t{count} * componentsPerPixel; row != end;
-                 row += componentsPerPixel) {
-                const auto& pixel = slice.modulated[row[P::FORMAT::alpha]];
-                std::memcpy(row, pixel.data(), sizeof(pixel));
-            }
+            m_stampKernels.recolour(row, count, slice.modulated.data());
         } else {
             m_rowKernels.hslModulate(row, count, slice.modulation);
         }

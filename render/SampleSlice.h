@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace orbel {
 
@@ -18,16 +20,17 @@ struct SampleSlice {
     /// How many alphas a format of single bytes has; that of others is too many for a table.
     static constexpr std::size_t ALPHAS = sizeof(T) == 1 ? 256 : 0;
 
-    int sample;                            ///< number, from 0
-    Pixel colour;                          ///< of the sample, at alpha 0
-    HslAmounts modulation;                 ///< of the colour by alpha
-    bool begins = true;                    ///< the sample begins in this batch
-    bool ends = false;                     ///< and ends in it
-    bool isOrdinary = true;                ///< the kernels can paint all of its stamps
-    std::size_t last = 0;                  ///< the number of the stamp behind its last one
-    Pixel ground{};                        ///< what untouched pixels come to in the sample
-    Pixel meanBefore{};                    ///< and in the mean of the samples before
-    std::array<Pixel, ALPHAS> modulated{}; ///< the colour at every alpha, if there is modulation
+    int sample;             ///< number, from 0
+    Pixel colour;           ///< of the sample, at alpha 0
+    HslAmounts modulation;  ///< of the colour by alpha
+    bool begins = true;     ///< the sample begins in this batch
+    bool ends = false;      ///< and ends in it
+    bool isOrdinary = true; ///< the kernels can paint all of its stamps
+    std::size_t last = 0;   ///< the number of the stamp behind its last one
+    Pixel ground{};         ///< what untouched pixels come to in the sample
+    Pixel meanBefore{};     ///< and in the mean of the samples before
+    /// The colour at every alpha, as pixels lie in memory, if there is modulation.
+    std::array<std::uint32_t, ALPHAS> modulated{};
 
     SampleSlice(int number, const SampleLook& look, const RowKernels<P>& kernels)
         : sample(number),
@@ -54,11 +57,13 @@ struct SampleSlice {
 private:
     void fillTable(const RowKernels<P>& kernels) {
         if constexpr (ALPHAS > 0) {
+            std::array<Pixel, ALPHAS> pixels;
             for (std::size_t alpha = 0; alpha < ALPHAS; ++alpha) {
-                modulated[alpha] = colour;
-                modulated[alpha][P::FORMAT::alpha] = static_cast<T>(alpha);
+                pixels[alpha] = colour;
+                pixels[alpha][P::FORMAT::alpha] = static_cast<T>(alpha);
             }
-            kernels.hslModulate(modulated[0].data(), static_cast<int>(ALPHAS), modulation);
+            kernels.hslModulate(pixels[0].data(), static_cast<int>(ALPHAS), modulation);
+            std::memcpy(modulated.data(), pixels.data(), sizeof(modulated));
         }
     }
 };

@@ -27,6 +27,9 @@ public:
     }
     void clear() {
         m_stamps.clear();
+        for (std::vector<Index>& band : m_inBand) {
+            band.clear();
+        }
         m_reaches = 0;
         m_pixels = 0;
     }
@@ -34,32 +37,23 @@ public:
     [[nodiscard]] std::size_t size() const { return m_stamps.size(); }
     [[nodiscard]] const PlacedStamp& operator[](std::size_t i) const { return m_stamps[i]; }
     [[nodiscard]] const PlacedStamp* data() const { return m_stamps.data(); }
-    [[nodiscard]] int bands() const { return m_bands; }
+    [[nodiscard]] int bands() const { return static_cast<int>(m_inBand.size()); }
 
-    /// To be called before the bands are asked for.
-    void sortIntoBands();
     /// The numbers of the stamps that reach into a band, in order.
-    [[nodiscard]] std::span<const Index> inBand(int band) const;
+    [[nodiscard]] std::span<const Index> inBand(int band) const {
+        return m_inBand[static_cast<std::size_t>(band)];
+    }
 
 private:
     static constexpr std::size_t MOST_STAMPS = std::size_t{1} << 14;
     static constexpr std::size_t MOST_REACHES = std::size_t{1} << 18;
     static constexpr std::size_t MOST_PIXELS = std::size_t{1} << 26;
 
-    [[nodiscard]] int firstBand(const PlacedStamp& stamp) const {
-        return stamp.box.top / m_bandRows;
-    }
-    [[nodiscard]] int lastBand(const PlacedStamp& stamp) const {
-        return stamp.box.bottom / m_bandRows;
-    }
-
-    int m_bandRows;
-    int m_bands;
     std::size_t m_reaches = 0; // bands reached by all the stamps
     std::size_t m_pixels = 0;  // of the boxes of all of them
     std::vector<PlacedStamp> m_stamps;
-    std::vector<Index> m_sorted;      // stamp numbers, band by band
-    std::vector<Index> m_firstOfBand; // where a band begins in there, and where the last one ends
+    std::vector<std::vector<Index>> m_inBand; // stamp numbers
+    std::vector<std::uint16_t> m_bandOfRow;
 };
 
 } // namespace orbel

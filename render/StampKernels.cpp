@@ -1,22 +1,6 @@
 #include "render/StampKernels.h"
 
-#include <cmath>
-
 namespace orbel {
-
-namespace {
-
-// Whole numbers up to here, and some more, are exact in single precision.
-constexpr double LARGEST = 1e6;
-
-} // namespace
-
-bool kernelsCanPaint(const PlacedStamp& stamp, double maximum) {
-    const BrushProfile& brush = stamp.brush;
-    return stamp.amount >= 0.0 && stamp.amount <= maximum && std::fabs(stamp.x) <= LARGEST &&
-           std::fabs(stamp.y) <= LARGEST && brush.outer <= LARGEST && brush.inner >= 0.0 &&
-           brush.inner < brush.outer;
-}
 
 #if !ORBEL_HAVE_HIGHWAY
 

@@ -42,6 +42,9 @@ struct StampKernels {
     /// read, and written back as they are.
     void (*paint)(const StampRows& rows, const PlacedStamp* stamps,
                   std::span<const std::uint32_t> order, bool solidFirst);
+    /// Replaces pixels of four bytes by those of a table that stand for their alphas; null for the
+    /// formats of other sizes. `row` is the first of so many pixels.
+    void (*recolour)(std::uint8_t* row, int pixels, const std::uint32_t* byAlpha);
 
     static constexpr int mostRows = 64;
     static constexpr int mostBeside = 15; ///< one less than a vector has pixels
@@ -49,7 +52,13 @@ struct StampKernels {
 
 /// Whether the kernels may paint a stamp: it lies within the bounds that they reckon with. Others
 /// are to be painted pixel by pixel.
-[[nodiscard]] bool kernelsCanPaint(const PlacedStamp& stamp, double maximum);
+[[nodiscard]] inline bool kernelsCanPaint(const PlacedStamp& stamp, double maximum) {
+    constexpr double largest = 1e6; // whole numbers up to here, and some more, are exact in float
+    const BrushProfile& brush = stamp.brush;
+    return stamp.amount >= 0.0 && stamp.amount <= maximum && std::fabs(stamp.x) <= largest &&
+           std::fabs(stamp.y) <= largest && brush.outer <= largest && brush.inner >= 0.0 &&
+           brush.inner < brush.outer;
+}
 
 /// The kernels of a format for a level of `Acceleration.h`; null for level 0.
 template<class P>

@@ -49,7 +49,14 @@ struct PlacedStamp {
           box(brushBox(x, y, brush.outer)) {}
 
     /// False when no pixel of the raster can be touched.
-    bool trim(int width, int height) { return Vx_TrimRect(&box, width, height) != 0; }
+    bool trim(int width, int height) {
+        const bool isInside =
+            box.left >= 0 && box.top >= 0 && box.right < width && box.bottom < height;
+        if (isInside && box.left < box.right && box.top < box.bottom) {
+            return true;
+        }
+        return Vx_TrimRect(&box, width, height) != 0;
+    }
 };
 
 /// How far the brush covers a point whose squared distance from the centre is `q`, at most

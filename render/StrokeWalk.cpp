@@ -3,6 +3,9 @@
 #include "host/Numeric.h"
 #include "render/BezierPath.h"
 #include "render/OutlineChords.h"
+#include "render/StampSpots.h"
+
+#include <array>
 
 namespace orbel {
 
@@ -29,13 +32,22 @@ public:
           m_step(stroke.step),
           m_dynamic(stroke.taper.enabled != 0 && stroke.taper.stepAdjustMethod == STEP_DYNAMIC) {}
 
-    int run();
+    /// What was placed until the end, or until something went wrong, is handed on.
+    int run() {
+        const int status = walkPath();
+        handOn();
+        return status;
+    }
 
 private:
+    int walkPath();
     int walk(OutlineChords* outline);
     int stampChord(const ChordReader& chords, bool* advances);
     int askOn(const ChordReader& chords);
     void place(double x, double y, double factor);
+    void placeOn(const ChordReader& chords, double s);
+    void handOn();
+    [[nodiscard]] double fadeAt(double depth) const;
     void adjustStep(double x, double y, double factor);
     [[nodiscard]] double startFactor() const {
         return m_stroke.taper.enabled != 0 ? m_stroke.taper.startThickness : 1.0;
@@ -61,9 +73,10 @@ private:
     double m_lastStamp = 0.0;
     long m_unasked = 0; // stamp distances passed, drawn or not, since `progress` was asked
     bool m_dynamic;
+    StampSpots m_spots; // placed, not yet handed on
 };
 
-int StrokeWalk::run() {
+int StrokeWalk::walkPath() {
     PluginPath_API* const paths = m_host->getPathAPI();
     if (const int status = paths->PathNumSegments(m_effectRef, m_path, &m_segments); status != 0) {
         return status;
@@ -127,8 +140,6 @@ int StrokeWalk::askOn(const ChordReader& chords) {
 
 // Places the stamps that fall on the accepted chord. `advances` is false when they no longer do.
 int StrokeWalk::stampChord(const ChordReader& chords, bool* advances) {
-    const ChordReader::Point a = chords.begin();
-    const ChordReader::Point b = chords.end();
     for (;;) {
         const double s = m_lastStamp + m_step;
         *advances = s > m_lastStamp && m_step >= SMALLEST_DISTANCE;
@@ -136,12 +147,7 @@ int StrokeWalk::stampChord(const ChordReader& chords, bool* advances) {
             return 0;
         }
         if (!(s < m_stroke.startDist) && !(s > m_stroke.endDist)) {
-            const double along = s - m_distance;
-            const double factor = taperFactor(m_host, m_stroke.taper, s);
-            const double x = a.x + (b.x - a.x) * along / chords.length();
-            const double y = a.y + (b.y - a.y) * along / chords.length();
-            place(x, y, factor);
-            adjustStep(x, y, factor);
+            placeOn(chords, s);
         }
         m_lastStamp = s;
         if (s >= m_stroke.endDist) {
@@ -153,29 +159,58 @@ int StrokeWalk::stampChord(const ChordReader& chords, bool* advances) {
     }
 }
 
+// Places the stamp at a path distance on the chord.
+void StrokeWalk::placeOn(const ChordReader& chords, double s) {
+    const ChordReader::Point a = chords.begin();
+    const ChordReader::Point b = chords.end();
+    const double along = s - m_distance;
+    const double factor = taperFactor(m_host, m_stroke.taper, s);
+    m_spots.add(a.x, a.y, b.x - a.x, b.y - a.y, along, chords.length(),
+                m_stroke.thickness * factor);
+    if (m_spots.count == StampSpots::capacity) {
+        handOn();
+    }
+    if (m_dynamic) {
+        adjustStep(a.x + (b.x - a.x) * along / chords.length(),
+                   a.y + (b.y - a.y) * along / chords.length(), factor);
+    }
+}
+
 void StrokeWalk::place(double x, double y, double factor) {
-    x /= m_projection.scaleX;
-    y /= m_projection.scaleY;
-    double radius = m_stroke.thickness * factor;
-    double z = 0.0;
-    project(m_host, &x, &y, &z, &radius, m_projection);
-    if (!(radius > 0.0 && z > m_stroke.nearZ && z < m_stroke.farZ)) {
-        return;
+    m_spots.addPoint(x, y, m_stroke.thickness * factor);
+    if (m_spots.count == StampSpots::capacity) {
+        handOn();
     }
-    double fade = 1.0;
-    if (z > m_stroke.fadeZ) {
-        const double depth = m_stroke.farZ - m_stroke.fadeZ;
-        const double reciprocal = depth > 0.0 ? 1.0 / depth : 0.0;
-        fade = 1.0 - (z - m_stroke.fadeZ) * reciprocal;
+}
+
+// Projects what has been placed and hands on what can be seen of it.
+void StrokeWalk::handOn() {
+    projectSpots(m_host, m_projection, &m_spots);
+    std::array<Stamp, StampSpots::capacity> stamps;
+    std::size_t seen = 0;
+    for (std::size_t i = 0; i < m_spots.count; ++i) {
+        const double radius = m_spots.radius[i];
+        const double z = m_spots.depth[i];
+        if (radius > 0.0 && z > m_stroke.nearZ && z < m_stroke.farZ) {
+            stamps[seen++] = {m_spots.x[i], m_spots.y[i], radius, m_stroke.feather,
+                              m_stroke.intensity * fadeAt(z)};
+        }
     }
-    m_sink.stamp({x, y, radius, m_stroke.feather, m_stroke.intensity * fade});
+    m_spots.count = 0;
+    m_sink.stampAll({stamps.data(), seen});
+}
+
+double StrokeWalk::fadeAt(double depth) const {
+    if (!(depth > m_stroke.fadeZ)) {
+        return 1.0;
+    }
+    const double range = m_stroke.farZ - m_stroke.fadeZ;
+    const double reciprocal = range > 0.0 ? 1.0 / range : 0.0;
+    return 1.0 - (depth - m_stroke.fadeZ) * reciprocal;
 }
 
 // Thin parts get closer stamps, but never closer than what shows on the screen.
 void StrokeWalk::adjustStep(double x, double y, double factor) {
-    if (!m_dynamic) {
-        return;
-    }
     m_step = m_stroke.step * factor;
     if (!(factor < 1.0)) {
         return;

@@ -4,6 +4,8 @@
 #include "render/Projection.h"
 #include "render/Taper.h"
 
+#include <span>
+
 namespace orbel {
 
 class OutlineChords;
@@ -37,6 +39,12 @@ struct Stamp {
 class StampSink {
 public:
     virtual void stamp(const Stamp& stamp) = 0;
+    /// Takes several, in order; what `stamp` would do with each of them.
+    virtual void stampAll(std::span<const Stamp> stamps) {
+        for (const Stamp& one : stamps) {
+            stamp(one);
+        }
+    }
 
 protected:
     ~StampSink() = default;

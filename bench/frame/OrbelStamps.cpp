@@ -35,7 +35,7 @@ public:
     }
 
     void paint() {
-        m_work.begin([this] { m_batch.sortIntoBands(); }, [this](int band) { paintBand(band); });
+        m_work.begin([this](int band) { paintBand(band); });
         m_work.wait();
         m_batch.clear();
     }

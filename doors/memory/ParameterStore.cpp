@@ -59,6 +59,11 @@ bool ParameterStore::isAnimated(int param) const {
     return track != m_tracks.end() && track->second.size() > 1;
 }
 
+bool ParameterStore::isAnyAnimated() const {
+    return std::any_of(m_tracks.begin(), m_tracks.end(),
+                       [](const auto& track) { return track.second.size() > 1; });
+}
+
 bool ParameterStore::evaluate(int param, double frame, ParameterValue& value) const {
     const ParameterRow* const row = findParameter(param);
     if (row == nullptr) {

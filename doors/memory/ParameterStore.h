@@ -32,6 +32,8 @@ public:
     void setKeys(int param, std::vector<Keyframe> keys);
     /// Whether the parameter has more than one key.
     [[nodiscard]] bool isAnimated(int param) const;
+    /// Whether any parameter has.
+    [[nodiscard]] bool isAnyAnimated() const;
     /// The value at a frame. False, `value` untouched, for an identifier that is not declared.
     bool evaluate(int param, double frame, ParameterValue& value) const;
 

@@ -15,6 +15,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 HWY_BEFORE_NAMESPACE();
 namespace orbel::HWY_NAMESPACE {
@@ -171,6 +172,29 @@ private:
     double m_amount = -1.0;                    // of the stamps that the table stands for
     std::array<std::uint32_t, 256> m_alphas{}; // what full cover makes of each alpha
 };
+
+/// Replaces pixels by those of a table that stand for their alphas. Most are as transparent as
+/// all around them.
+template<class P>
+void recolour8(std::uint8_t* row, int pixels, const std::uint32_t* byAlpha) {
+    using U32 = typename Lanes8<P>::U32;
+    using I32 = typename Lanes8<P>::I32;
+    const U32 du;
+    const int lanes = static_cast<int>(hn::Lanes(du));
+    const auto low = hn::Set(du, 255U);
+    const auto blank = hn::Set(du, byAlpha[0]);
+    auto* at = reinterpret_cast<std::uint32_t*>(row);
+    for (; pixels >= lanes; pixels -= lanes, at += lanes) {
+        const auto alpha = hn::And(hn::ShiftRight<Lanes8<P>::SHIFT>(hn::LoadU(du, at)), low);
+        const bool isBlank = hn::AllTrue(du, hn::Eq(alpha, hn::Zero(du)));
+        hn::StoreU(isBlank ? blank : hn::GatherIndex(du, byAlpha, hn::BitCast(I32(), alpha)), du,
+                   at);
+    }
+    for (std::uint8_t* rest = reinterpret_cast<std::uint8_t*>(at); pixels > 0;
+         --pixels, rest += 4) {
+        std::memcpy(rest, byAlpha + rest[P::FORMAT::alpha], 4);
+    }
+}
 
 } // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();

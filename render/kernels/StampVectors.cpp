@@ -52,15 +52,18 @@ void paintStamps(const StampRows& rows, const PlacedStamp* stamps,
     }
 }
 
-template<class P, template<class> class Pixels>
-constexpr StampKernels KERNELS{paintStamps<P, Pixels<P>>};
+template<class P>
+constexpr StampKernels KERNELS8{paintStamps<P, Stamp8<P>>, recolour8<P>};
+
+template<class P>
+constexpr StampKernels KERNELS_DEEP{paintStamps<P, StampDeep<P>>, nullptr};
 
 template<class P>
 void enter(P, const StampKernels** kernels) {
     if constexpr (sizeof(typename P::Component) == 1) {
-        *kernels = &KERNELS<P, Stamp8>;
+        *kernels = &KERNELS8<P>;
     } else {
-        *kernels = &KERNELS<P, StampDeep>;
+        *kernels = &KERNELS_DEEP<P>;
     }
 }
 

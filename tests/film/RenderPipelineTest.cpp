@@ -103,6 +103,16 @@ TEST_P(RenderPipelineTest, givesTheSamePicturesWithAnyNumberOfThreads) {
     EXPECT_NE(alone.log.pictures.front(), alone.log.pictures.back());
 }
 
+TEST_P(RenderPipelineTest, drawsAStillSceneOnceForAllFrames) {
+    ScenePlan plan = movingPlan();
+    plan.parameters.set(PARAM_END, 60);
+    const Outcome film = run(plan, GetParam(), never, {});
+    plan.frames = {9, 9};
+    const Outcome frame = run(plan, GetParam(), never, {});
+    EXPECT_EQ(film.log.frames, framesFrom(3, 20));
+    EXPECT_EQ(film.log.pictures, std::vector(20, frame.log.pictures.front()));
+}
+
 TEST_P(RenderPipelineTest, keepsTheFramesBeforeAFailingOutput) {
     ScenePlan plan = movingPlan();
     const Outcome outcome = run(plan, GetParam(), 9, {});
