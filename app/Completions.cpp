@@ -55,16 +55,6 @@ std::vector<std::string> optionNames(const CLI::App& command) {
     return names;
 }
 
-using Visit = void(const CLI::App& command, const std::string& path, std::ostream& out);
-
-/// Calls `visit` for a command and all below it; a path is "orbel", "orbel farm", …
-void walk(const CLI::App& command, const std::string& path, Visit* visit, std::ostream& out) {
-    visit(command, path, out);
-    for (const CLI::App* const below : shownCommands(command)) {
-        walk(*below, path + " " + below->get_name(), visit, out);
-    }
-}
-
 void bashPaths(const CLI::App& command, const std::string& path, std::ostream& out) {
     const std::vector<std::string> names = namesBelow(command);
     if (!names.empty()) {
@@ -156,11 +146,7 @@ std::string zshOption(const CLI::Option& option, const std::string& name) {
     return shellWord(text);
 }
 
-/// Functions of commands stand before those that call them.
 void zshCommand(const CLI::App& command, const std::string& path, std::ostream& out) {
-    for (const CLI::App* const below : shownCommands(command)) {
-        zshCommand(*below, path + " " + below->get_name(), out);
-    }
     const bool hasCommands = !shownCommands(command).empty();
     out << zshFunction(path) << "() {\n";
     if (hasCommands) {
@@ -193,24 +179,32 @@ void zshCommand(const CLI::App& command, const std::string& path, std::ostream& 
 } // namespace
 
 std::string bashCompletion(const CLI::App& program) {
-    const std::string name = program.get_name();
+    const std::vector<CalledCommand> commands = allCommands(program);
     std::ostringstream out;
     out << bashHead;
-    walk(program, name, bashPaths, out);
+    for (const auto& [command, path] : commands) {
+        bashPaths(*command, path, out);
+    }
     out << "        esac\n    done\n    case \"$path $before\" in\n";
-    walk(program, name, bashValues, out);
+    for (const auto& [command, path] : commands) {
+        bashValues(*command, path, out);
+    }
     out << "    esac\n    case \"$path\" in\n";
-    walk(program, name, bashWords, out);
+    for (const auto& [command, path] : commands) {
+        bashWords(*command, path, out);
+    }
     out << "    esac\n}\n\ncomplete -o default -F _orbel orbel\n";
     return out.str();
 }
 
 std::string zshCompletion(const CLI::App& program) {
-    const std::string name = program.get_name();
+    const std::string& name = program.get_name();
     std::ostringstream out;
     out << "#compdef " << name << "\n# Completion of " << name
         << " for zsh, made from the program's own tables.\n\n";
-    zshCommand(program, name, out);
+    for (const auto& [command, path] : allCommands(program)) {
+        zshCommand(*command, path, out);
+    }
     out << zshFunction(name) << " \"$@\"\n";
     return out.str();
 }

@@ -105,9 +105,6 @@ void writeCommand(const CLI::App& command, const std::string& name, std::ostream
         out << ".PP\n";
         writeText(footer, out);
     }
-    for (const CLI::App* const below : shownCommands(command)) {
-        writeCommand(*below, name + " " + below->get_name(), out);
-    }
 }
 
 std::string inCapitals(std::string text) {
@@ -126,11 +123,11 @@ std::string asSummary(std::string text) {
 } // namespace
 
 std::string manPage(const CLI::App& program, const std::string& version) {
-    const std::string name = program.get_name();
+    const std::string& name = program.get_name();
     std::ostringstream out;
     out << ".\\\" Made from the texts of \"" << name << " --help\".\n.TH " << inCapitals(name)
-        << " 1 \"\" \"" << name << ' ' << version << "\" \"User Commands\"\n.SH NAME\n"
-        << name << " \\- " << plain(asSummary(program.get_description())) << "\n.SH SYNOPSIS\n"
+        << R"( 1 "" ")" << name << ' ' << version << "\" \"User Commands\"\n.SH NAME\n"
+        << name << R"( \- )" << plain(asSummary(program.get_description())) << "\n.SH SYNOPSIS\n"
         << synopsis(program, name) << "\n.SH DESCRIPTION\n"
         << plain(withStop(program.get_description())) << '\n';
     writeText(program.get_footer(), out);
@@ -139,8 +136,10 @@ std::string manPage(const CLI::App& program, const std::string& version) {
         writeOption(*option, out);
     }
     out << ".SH COMMANDS\n";
-    for (const CLI::App* const command : shownCommands(program)) {
-        writeCommand(*command, name + " " + command->get_name(), out);
+    for (const CalledCommand& called : allCommands(program)) {
+        if (called.command != &program) {
+            writeCommand(*called.command, called.path, out);
+        }
     }
     return out.str();
 }

@@ -51,6 +51,21 @@ std::vector<const CLI::App*> shownCommands(const CLI::App& command) {
     return command.get_subcommands([](const CLI::App* one) { return !one->get_group().empty(); });
 }
 
+std::vector<CalledCommand> allCommands(const CLI::App& program) {
+    std::vector<CalledCommand> all;
+    std::vector<CalledCommand> waiting{{&program, program.get_name()}};
+    while (!waiting.empty()) {
+        const CalledCommand next = waiting.back();
+        waiting.pop_back();
+        all.push_back(next);
+        const std::vector<const CLI::App*> below = shownCommands(*next.command);
+        std::for_each(below.rbegin(), below.rend(), [&](const CLI::App* command) {
+            waiting.push_back({command, next.path + " " + command->get_name()});
+        });
+    }
+    return all;
+}
+
 std::vector<const CLI::Option*> namedOptions(const CLI::App& command) {
     return command.get_options(
         [](const CLI::Option* one) { return one->nonpositional() && !one->get_group().empty(); });

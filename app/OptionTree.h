@@ -14,6 +14,15 @@ namespace orbel::app {
 /// The commands below this one that are meant for people, in their order.
 [[nodiscard]] std::vector<const CLI::App*> shownCommands(const CLI::App& command);
 
+/// A command under the words that call it, as "orbel farm submit".
+struct CalledCommand {
+    const CLI::App* command;
+    std::string path;
+};
+
+/// The program itself and all commands that are meant for people, each before those below it.
+[[nodiscard]] std::vector<CalledCommand> allCommands(const CLI::App& program);
+
 /// Its options, without what goes by place.
 [[nodiscard]] std::vector<const CLI::Option*> namedOptions(const CLI::App& command);
 

@@ -9,17 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace orbel::app {
 namespace {
-
-void forEachCommand(const CLI::App& command, const std::function<void(const CLI::App&)>& visit) {
-    visit(command);
-    for (const CLI::App* const below : shownCommands(command)) {
-        forEachCommand(*below, visit);
-    }
-}
 
 TEST(ManPage, holdsWhatEveryHelpSays) {
     describeCommands([](const CLI::App& program) {
@@ -33,11 +24,11 @@ TEST(ManPage, holdsWhatEveryHelpSays) {
         for (std::size_t at = 0; (at = page.find("\\-", at)) != std::string::npos;) {
             page.erase(at, 1);
         }
-        forEachCommand(program, [&says](const CLI::App& command) {
-            for (const CLI::Option* const option : namedOptions(command)) {
+        for (const CalledCommand& called : allCommands(program)) {
+            for (const CLI::Option* const option : namedOptions(*called.command)) {
                 EXPECT_TRUE(says(option->get_description())) << option->get_description();
             }
-        });
+        }
         EXPECT_TRUE(says("\\fINAME=FRAME:VALUE[:EASING],...\\fR"));
         EXPECT_TRUE(says("\\fIkeep|all|none\\fR\n")) << "the word, without its check";
         EXPECT_FALSE(says("supervise")) << "meant for people";
