@@ -1,4 +1,5 @@
 #include "drawing/Lettering.h"
+#include "drawing/SingleStrokes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,6 +37,18 @@ TEST(Lettering, drawsPenLinesThatStayOpen) {
     ASSERT_EQ(written.shape->outlines.size(), 1U); // its two lines are one, the pen stays down
     EXPECT_FALSE(written.shape->outlines.front().closed);
     EXPECT_THAT(written.shape->notes.front(), HasSubstr("U+00E9"));
+}
+
+// A letter of one line and a lone point, one of nothing, and no letter at all.
+TEST(Lettering, readsThePensWayFromPairsOfCharacters) {
+    const std::vector<PenLetter> letters = parseHand("    1  5JZJ[R[ RQR\n    2  1RR\nno");
+    ASSERT_EQ(letters.size(), 3U);
+    ASSERT_EQ(letters[0].lines.size(), 1U);
+    const auto& line = letters[0].lines[0];
+    ASSERT_EQ(line.size(), 2U);
+    EXPECT_EQ(line[0], (PlanePoint{0, 0}));
+    EXPECT_EQ(line[1], (PlanePoint{letters[0].advance / 2, 0}));
+    EXPECT_TRUE(letters[1].lines.empty() && letters[2].lines.empty());
 }
 
 TEST(Lettering, saysWhatItCannotWrite) {

@@ -1,6 +1,7 @@
 #include "film/Film.h"
 
 #include "film/FrameOnDemand.h"
+#include "film/Profile.h"
 #include "film/ShapeFolder.h"
 #include "media/MediaReader.h"
 #include "params/ParameterTable.h"
@@ -146,6 +147,17 @@ TEST(Film, drawsAnewWhatGaveWay) {
     callbacks.giveWay = [&] { return attempts % 2 == 0; };
     EXPECT_TRUE(film("anew") == plain);
     EXPECT_EQ(attempts, 3 + 3 * 2);
+}
+
+TEST(Film, tellsWhatAFrameTakesOfEveryStage) {
+    StageTimes times;
+    times.rendering = std::chrono::milliseconds(500);
+    times.whole = std::chrono::seconds(1);
+    for (const auto& [frames, each] : {std::pair{0L, "500.00"}, {1L, "500.00"}, {4L, "125.00"}}) {
+        const std::string line =
+            std::string("rendering     0.50 s  ") + each + " ms         50 %   ";
+        EXPECT_NE(profileText(times, frames).find(line), std::string::npos) << frames;
+    }
 }
 
 } // namespace

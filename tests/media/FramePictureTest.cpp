@@ -121,6 +121,26 @@ TEST(FrameConverter, ObeysMatrixAndRange) {
     }
 }
 
+// Full red by the matrix of each; the other matrix gives another green.
+TEST(FrameConverter, TakesUnlabelledColourByTheSizeOfTheFrame) {
+    const struct {
+        int width, height;
+        bool high;
+    } cases[] = {{1280, 16, true}, {1278, 16, false}, {16, 578, true}, {16, 576, false}};
+    for (const auto& c : cases) {
+        libav::FramePtr frame = libav::makeFrame(AV_PIX_FMT_YUV444P, c.width, c.height);
+        const int values[] = {c.high ? 63 : 81, c.high ? 102 : 90, 240};
+        for (int plane = 0; plane < 3; ++plane) {
+            std::memset(frame->data[plane], values[plane],
+                        static_cast<std::size_t>(frame->linesize[plane]) *
+                            static_cast<std::size_t>(c.height));
+        }
+        const Picture picture = FrameConverter().convert(*frame, origin);
+        EXPECT_NEAR(componentOf(picture, 8, 8, 0), 1.0, 2.5 / 255.0) << c.width;
+        EXPECT_NEAR(componentOf(picture, 8, 8, 1), 0.0, 2.5 / 255.0) << c.width;
+    }
+}
+
 TEST(FrameConverter, OpaqueStaysOpaque) {
     for (const AVPixelFormat format :
          {AV_PIX_FMT_YUVA420P, AV_PIX_FMT_YUVA444P10LE, AV_PIX_FMT_YUVA444P12LE,
