@@ -64,7 +64,7 @@ async function open(file) {
   const server = await startProgram(file);
   const context = await (
     await openBrowser()
-  ).newContext({ viewport: { width: 1560, height: 946 } });
+  ).newContext({ viewport: { width: 1580, height: 950 } });
   const page = await context.newPage();
   await page.addInitScript(watch);
   const began = performance.now();
