@@ -82,15 +82,16 @@ template<typename P>
 void decodeRow(const typename YCbCrRows<P>::Samples& samples, int pixels,
                const YCbCrWeights& weights, std::uint8_t* row) {
     using Format = typename P::FORMAT;
-    for (std::ptrdiff_t x = 0; x < pixels; ++x, row += componentsPerPixel) {
+    std::uint8_t* pixel = row;
+    for (std::ptrdiff_t x = 0; x < pixels; ++x, pixel += componentsPerPixel) {
         const std::int32_t luma = weights.luma * (samples.luma[x] - weights.black);
         const std::int32_t cb = samples.cb[x] - 32768;
         const std::int32_t cr = samples.cr[x] - 32768;
-        row[Format::red] = decodedComponent(luma + weights.redByCr * cr);
-        row[Format::green] =
+        pixel[Format::red] = decodedComponent(luma + weights.redByCr * cr);
+        pixel[Format::green] =
             decodedComponent(luma + weights.greenByCb * cb + weights.greenByCr * cr);
-        row[Format::blue] = decodedComponent(luma + weights.blueByCb * cb);
-        row[Format::alpha] = 255;
+        pixel[Format::blue] = decodedComponent(luma + weights.blueByCb * cb);
+        pixel[Format::alpha] = 255;
     }
 }
 

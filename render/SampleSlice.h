@@ -57,7 +57,7 @@ struct SampleSlice {
 private:
     void fillTable(const RowKernels<P>& kernels) {
         if constexpr (ALPHAS > 0) {
-            std::array<Pixel, ALPHAS> pixels;
+            std::array<Pixel, ALPHAS> pixels{};
             for (std::size_t alpha = 0; alpha < ALPHAS; ++alpha) {
                 pixels[alpha] = colour;
                 pixels[alpha][P::FORMAT::alpha] = static_cast<T>(alpha);

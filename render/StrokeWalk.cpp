@@ -186,7 +186,7 @@ void StrokeWalk::place(double x, double y, double factor) {
 // Projects what has been placed and hands on what can be seen of it.
 void StrokeWalk::handOn() {
     projectSpots(m_host, m_projection, &m_spots);
-    std::array<Stamp, StampSpots::capacity> stamps;
+    std::array<Stamp, StampSpots::capacity> stamps{};
     std::size_t seen = 0;
     for (std::size_t i = 0; i < m_spots.count; ++i) {
         const double radius = m_spots.radius[i];
