@@ -33,7 +33,10 @@ std::string shellWords(const std::vector<std::string>& list) {
 std::string pattern(const std::string& path, const std::vector<std::string>& names) {
     std::string out;
     for (const std::string& name : names) {
-        out += (out.empty() ? "" : "|") + shellWord(path + " " + name);
+        std::string called = path;
+        called += ' ';
+        called += name;
+        out += (out.empty() ? "" : "|") + shellWord(called);
     }
     return out;
 }

@@ -125,7 +125,7 @@ std::string asSummary(std::string text) {
 std::string manPage(const CLI::App& program, const std::string& version) {
     const std::string& name = program.get_name();
     std::ostringstream out;
-    out << ".\\\" Made from the texts of \"" << name << " --help\".\n.TH " << inCapitals(name)
+    out << R"(.\" Made from the texts of ")" << name << " --help\".\n.TH " << inCapitals(name)
         << R"( 1 "" ")" << name << ' ' << version << "\" \"User Commands\"\n.SH NAME\n"
         << name << R"( \- )" << plain(asSummary(program.get_description())) << "\n.SH SYNOPSIS\n"
         << synopsis(program, name) << "\n.SH DESCRIPTION\n"

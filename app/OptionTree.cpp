@@ -24,6 +24,7 @@ std::vector<std::string> parameterNames() {
 
 std::vector<std::string> formatNames() {
     std::vector<std::string> names;
+    names.reserve(namedFormats.size());
     for (const NamedFormat& format : namedFormats) {
         names.emplace_back(format.name);
     }
