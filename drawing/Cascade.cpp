@@ -125,7 +125,8 @@ private:
         if (equals != std::string_view::npos) {
             wanted.comparison = '=';
             wanted.value = unquoted(trimmed(inside.substr(equals + 1)));
-            if (!name.empty() && std::string_view("~|^$*").find(name.back()) != name.npos) {
+            if (!name.empty() &&
+                std::string_view("~|^$*").find(name.back()) != std::string_view::npos) {
                 wanted.comparison = name.back();
                 name.remove_suffix(1);
             }

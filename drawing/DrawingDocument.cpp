@@ -127,6 +127,7 @@ private:
         if (mended == nullptr) {
             throw std::bad_alloc();
         }
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): the name space owns it
         xmlFree(const_cast<xmlChar*>(space->href));
         space->href = mended;
     }

@@ -27,7 +27,7 @@ std::string elementText(const xmlNode* element, bool moved) {
         return {};
     }
     std::string copy(1, '<');
-    copy.append(nameOf(element)).append(" fill=\"none\" stroke=\"black\"");
+    copy.append(nameOf(element)).append(R"( fill="none" stroke="black")");
     for (const char* const name : geometry) {
         const auto value = attributeOf(element, name);
         const bool wanted = moved || std::strcmp(name, "transform") != 0;
