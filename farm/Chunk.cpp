@@ -156,10 +156,13 @@ private:
 
     void publish() const {
         const std::string path = chunkPath(m_job, m_chunk);
+        bool ready = true;
         if (m_job.kind() == PartKind::Pictures) {
+            const std::vector<std::string> files = filesOf(m_job, m_own, m_job.chunkRange(m_chunk));
+            ready = std::all_of(files.begin(), files.end(), syncPath);
             fs::remove_all(path); // of an earlier attempt
-            fs::rename(m_own, path);
-        } else if (!publishFile(m_own, path)) {
+        }
+        if (!ready || !publishFile(m_own, path)) {
             throw MediaError(path, "",
                              "the chunk cannot be written (" +
                                  std::generic_category().message(errno) + ")",

@@ -170,18 +170,19 @@ void writeWholeFile(const std::string& path, std::string_view text) {
     file.complete();
 }
 
-bool publishFile(const std::string& from, const std::string& to) {
-    const int file = open(from.c_str(), O_RDONLY | O_CLOEXEC);
+bool syncPath(const std::string& path) {
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     const bool synced = file >= 0 && syncFile(file);
     const int code = errno;
     if (file >= 0) {
         close(file);
     }
-    if (!synced) {
-        errno = code;
-        return false;
-    }
-    if (std::rename(from.c_str(), to.c_str()) != 0) {
+    errno = code;
+    return synced;
+}
+
+bool publishFile(const std::string& from, const std::string& to) {
+    if (!syncPath(from) || std::rename(from.c_str(), to.c_str()) != 0) {
         return false;
     }
     syncFolder(to);

@@ -58,6 +58,10 @@ private:
 /// Writes the whole text or nothing. Throws MediaError.
 void writeWholeFile(const std::string& path, std::string_view text);
 
+/// Sees to it that a file, or the names in a folder, are on the disk; false, with `errno` set, when
+/// that fails.
+[[nodiscard]] bool syncPath(const std::string& path);
+
 /// Gives a complete file another name in its folder, once it is on the disk; false, with `errno`
 /// set, when that fails. Replaces what has that name.
 [[nodiscard]] bool publishFile(const std::string& from, const std::string& to);
