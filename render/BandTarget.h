@@ -54,9 +54,9 @@ public:
           m_painter(m_out, m_rowKernels, stamps),
           m_mean(m_out, m_rowKernels),
           m_finisher(alpha, m_rowKernels),
-          m_pages{Page{StampBatch(m_out.height, m_bandRows), {}},
-                  Page{StampBatch(m_out.height, m_bandRows), {}}},
-          m_work(m_pages[0].batch.bands()) {}
+          m_buffers{Buffer{StampBatch(m_out.height, m_bandRows), {}},
+                    Buffer{StampBatch(m_out.height, m_bandRows), {}}},
+          m_work(m_buffers[0].batch.bands()) {}
 
     [[nodiscard]] int width() const override { return m_out.width; }
     [[nodiscard]] int height() const override { return m_out.height; }
@@ -64,7 +64,7 @@ public:
     void fill(const SampleLook& look) override { m_filled = Slice::pixelOf(look); }
     int prepareSamples() override { return m_sample.allocate(m_output); }
     void beginSample(const SampleLook& look) override {
-        m_page->slices.emplace_back(m_ended, look, m_rowKernels);
+        m_buffer->slices.emplace_back(m_ended, look, m_rowKernels);
     }
     void stamp(const Stamp& s) override { gather(s); }
     void stampAll(std::span<const Stamp> stamps) override {
@@ -78,7 +78,7 @@ public:
 
 private:
     /// What is painted together.
-    struct Page {
+    struct Buffer {
         StampBatch batch;
         std::vector<Slice> slices;
     };
@@ -89,7 +89,7 @@ private:
     void gather(const Stamp& s);
     void goOnWithNextPage();
     void beginPainting(const LayerFinish* how);
-    void paintBand(const Page& page, int band, const LayerFinish* how);
+    void paintBand(const Buffer& buffer, int band, const LayerFinish* how);
     void finishRow(int y, const LayerFinish& how);
     void settleOutput();
     /// Calls `visit(input, layer, pixels)` for every run of a mask in a row.
@@ -109,8 +109,8 @@ private:
     SamplePainter<P> m_painter;
     RunningMean<P> m_mean;
     RowFinisher<P> m_finisher;
-    std::array<Page, 2> m_pages; // one is filled while the other is painted
-    Page* m_page = m_pages.data();
+    std::array<Buffer, 2> m_buffers; // one is filled while the other is painted
+    Buffer* m_buffer = m_buffers.data();
     std::optional<typename Slice::Pixel> m_filled;
     int m_ended = 0; // samples
     bool m_left = false;
@@ -127,28 +127,28 @@ void BandTarget<P>::gather(const Stamp& s) {
         return;
     }
     if (!kernelsCanPaint(placed, P::MAX_VALUE())) {
-        m_page->slices.back().isOrdinary = false;
+        m_buffer->slices.back().isOrdinary = false;
     }
-    m_page->batch.add(placed);
-    if (m_page->batch.isFull()) {
+    m_buffer->batch.add(placed);
+    if (m_buffer->batch.isFull()) {
         goOnWithNextPage();
     }
 }
 
 template<class P>
 void BandTarget<P>::goOnWithNextPage() {
-    Slice rest = m_page->slices.back();
+    Slice rest = m_buffer->slices.back();
     beginPainting(nullptr);
     rest.begins = false;
-    m_page->slices.push_back(rest);
+    m_buffer->slices.push_back(rest);
 }
 
 template<class P>
 void BandTarget<P>::endSample() {
-    Slice& slice = m_page->slices.back();
+    Slice& slice = m_buffer->slices.back();
     slice.ends = true;
-    slice.last = m_page->batch.size();
-    m_mean.takeGround(&slice);
+    slice.last = m_buffer->batch.size();
+    m_mean.takeBackground(&slice);
     ++m_ended;
 }
 
@@ -171,7 +171,7 @@ int BandTarget<P>::finish(const LayerFinish& how) {
 template<class P>
 void BandTarget<P>::leave() {
     m_left = true;
-    std::vector<Slice>& slices = m_page->slices;
+    std::vector<Slice>& slices = m_buffer->slices;
     const bool unfinished = !slices.empty() && !slices.back().ends;
     if (unfinished && m_sample.raster() != nullptr) {
         slices.pop_back();
@@ -184,48 +184,48 @@ void BandTarget<P>::leave() {
     }
 }
 
-// Writes what stands for itself so far: the ground of the mean or, without a complete sample, what
-// the output was filled with. Of samples that would have been averaged an incomplete first one is
-// covered.
+// Writes what stands for itself so far: the background of the mean or, without a complete sample,
+// what the output was filled with. Of samples that would have been averaged an incomplete first one
+// is covered.
 template<class P>
 void BandTarget<P>::settleOutput() {
     if (!m_filled) {
         return;
     }
     const bool covers = m_ended == 0 && m_sample.raster() != nullptr;
-    const auto& ground = m_ended == 0 ? *m_filled : m_mean.ground();
+    const auto& background = m_ended == 0 ? *m_filled : m_mean.background();
     for (int y = 0; y < m_out.height; ++y) {
         const Mask drawn = m_ended == 0 ? m_painter.touched(y) : m_mean.drawn(y);
         const Mask open = m_painter.blocks().all() & ~(covers ? Mask{0} : drawn);
         forEachRun(y, open, [&](auto*, auto* layer, int count) {
-            m_rowKernels.fill(layer, count, ground.data());
+            m_rowKernels.fill(layer, count, background.data());
         });
     }
 }
 
-// Turns to the other page, which is free when the painting that was begun before is done.
+// Turns to the other buffer, which is free when the painting that was begun before is done.
 template<class P>
 void BandTarget<P>::beginPainting(const LayerFinish* how) {
-    Page& page = *m_page;
-    if (!page.slices.empty() && !page.slices.back().ends) {
-        page.slices.back().last = page.batch.size();
+    Buffer& buffer = *m_buffer;
+    if (!buffer.slices.empty() && !buffer.slices.back().ends) {
+        buffer.slices.back().last = buffer.batch.size();
     }
     m_work.wait();
-    m_page = &page == m_pages.data() ? &m_pages[1] : m_pages.data();
-    m_page->batch.clear();
-    m_page->slices.clear();
-    m_work.begin([this, &page, how](int band) { paintBand(page, band, how); });
+    m_buffer = &buffer == m_buffers.data() ? &m_buffers[1] : m_buffers.data();
+    m_buffer->batch.clear();
+    m_buffer->slices.clear();
+    m_work.begin([this, &buffer, how](int band) { paintBand(buffer, band, how); });
 }
 
 template<class P>
-void BandTarget<P>::paintBand(const Page& page, int band, const LayerFinish* how) {
+void BandTarget<P>::paintBand(const Buffer& buffer, int band, const LayerFinish* how) {
     const int first = band * m_bandRows;
     const int last = std::min(first + m_bandRows, m_out.height) - 1;
-    std::span<const StampBatch::Index> stamps = page.batch.inBand(band);
-    for (const Slice& slice : page.slices) {
+    std::span<const StampBatch::Index> stamps = buffer.batch.inBand(band);
+    for (const Slice& slice : buffer.slices) {
         const auto end = std::lower_bound(stamps.begin(), stamps.end(), slice.last);
         const auto count = static_cast<std::size_t>(end - stamps.begin());
-        m_painter.paint(slice, rasterOf(slice), first, last, page.batch, stamps.first(count));
+        m_painter.paint(slice, rasterOf(slice), first, last, buffer.batch, stamps.first(count));
         for (int y = first; slice.ends && y <= last; ++y) {
             m_mean.takeRow(slice, y, m_painter.touched(y), rasterOf(slice));
         }
@@ -250,7 +250,7 @@ void BandTarget<P>::finishRow(int y, const LayerFinish& how) {
         return;
     }
     forEachRun(y, open, [&](auto*, auto* layer, int count) {
-        m_rowKernels.fill(layer, count, m_mean.ground().data());
+        m_rowKernels.fill(layer, count, m_mean.background().data());
     });
     m_finisher.finish(pixelsAt<P>(m_in, y, 0), pixelsAt<P>(m_out, y, 0), m_out.width, how);
 }

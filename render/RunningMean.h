@@ -8,7 +8,7 @@
 namespace orbel {
 
 /// The mean of all samples of a frame so far, in the output. Where nothing was drawn yet it is one
-/// pixel everywhere, the ground, and the output is not written.
+/// pixel everywhere, the background, and the output is not written.
 template<class P>
 class RunningMean {
     using T = typename P::Component;
@@ -24,24 +24,24 @@ public:
           m_rowKernels(rows),
           m_drawn(static_cast<std::size_t>(output.height)) {}
 
-    /// Takes the ground of a sample into that of the mean, and leaves the former one with the
+    /// Takes the background of a sample into that of the mean, and leaves the former one with the
     /// slice. To be called for one sample after the other, ahead of its rows.
-    void takeGround(Slice* slice) {
-        slice->meanBefore = m_ground;
+    void takeBackground(Slice* slice) {
+        slice->meanBefore = m_background;
         if (slice->sample == 0) {
-            m_ground = slice->ground;
+            m_background = slice->background;
         } else {
-            fade(*slice, slice->ground.data(), m_ground.data(), 1);
+            fade(*slice, slice->background.data(), m_background.data(), 1);
         }
     }
 
     /// Takes a row of a complete sample into the mean. The first sample was drawn where the mean
-    /// is. Blocks of it that are not `touched` are the sample's ground.
+    /// is. Blocks of it that are not `touched` are the sample's background.
     void takeRow(const Slice& slice, int y, Mask touched, const RasterInfo& sample) {
         Mask& drawn = m_drawn[static_cast<std::size_t>(y)];
         if (slice.sample > 0) {
             fill(m_output, y, touched & ~drawn, slice.meanBefore);
-            fill(sample, y, drawn & ~touched, slice.ground);
+            fill(sample, y, drawn & ~touched, slice.background);
             m_blocks.forEachRun(drawn | touched, [&](int x, int count) {
                 fade(slice, pixelsAt<P>(sample, y, x), pixelsAt<P>(m_output, y, x), count);
             });
@@ -49,8 +49,8 @@ public:
         drawn |= touched;
     }
 
-    /// What the mean is where nothing was drawn, after `takeGround`.
-    [[nodiscard]] const typename Slice::Pixel& ground() const { return m_ground; }
+    /// What the mean is where nothing was drawn, after `takeBackground`.
+    [[nodiscard]] const typename Slice::Pixel& background() const { return m_background; }
     /// The blocks of a row of the output that hold the mean.
     [[nodiscard]] Mask drawn(int y) const { return m_drawn[static_cast<std::size_t>(y)]; }
 
@@ -70,7 +70,7 @@ private:
     RasterInfo m_output;
     const RowKernels<P>& m_rowKernels;
     std::vector<Mask> m_drawn; // by row
-    typename Slice::Pixel m_ground{};
+    typename Slice::Pixel m_background{};
 };
 
 } // namespace orbel

@@ -27,7 +27,7 @@ struct SampleSlice {
     bool ends = false;      ///< and ends in it
     bool isOrdinary = true; ///< the kernels can paint all of its stamps
     std::size_t last = 0;   ///< the number of the stamp behind its last one
-    Pixel ground{};         ///< what untouched pixels come to in the sample
+    Pixel background{};     ///< what untouched pixels come to in the sample
     Pixel meanBefore{};     ///< and in the mean of the samples before
     /// The colour at every alpha, as pixels lie in memory, if there is modulation.
     std::array<std::uint32_t, ALPHAS> modulated{};
@@ -37,9 +37,9 @@ struct SampleSlice {
           colour(pixelOf(look)),
           modulation{look.highAlphaBrightness, look.lowAlphaHueTurns * 360.0,
                      look.lowAlphaSaturation},
-          ground(colour) {
+          background(colour) {
         if (modulation.any()) {
-            kernels.hslModulate(ground.data(), 1, modulation);
+            kernels.hslModulate(background.data(), 1, modulation);
             fillTable(kernels);
         }
     }
