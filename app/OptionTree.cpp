@@ -31,19 +31,28 @@ std::vector<std::string> formatNames() {
     return names;
 }
 
-/// Out of a check's own words: "{text,json}", or "value in {all->1,none->2} OR {1,2}".
+/// The parts of a text between separators.
+std::vector<std::string> split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream list(text);
+    for (std::string part; std::getline(list, part, separator);) {
+        parts.push_back(part);
+    }
+    return parts;
+}
+
+/// Out of what an option calls its value, "keep|all|none", or a check's own words, "{text,json}".
+/// Capital letters stand for something else: "SCENE|FOLDER".
 std::vector<std::string> checkedNames(const std::string& type) {
     const std::size_t begin = type.find('{', type.find(':'));
     const std::size_t end = type.find('}', begin);
-    if (begin == std::string::npos || end == std::string::npos) {
-        return {};
+    if (begin != std::string::npos && end != std::string::npos) {
+        return split(type.substr(begin + 1, end - begin - 1), ',');
     }
-    std::vector<std::string> names;
-    std::istringstream list(type.substr(begin + 1, end - begin - 1));
-    for (std::string name; std::getline(list, name, ',');) {
-        names.push_back(name.substr(0, name.find("->")));
-    }
-    return names;
+    const bool areWords =
+        type.find('|') != std::string::npos &&
+        std::none_of(type.begin(), type.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    return areWords ? split(type, '|') : std::vector<std::string>{};
 }
 
 } // namespace

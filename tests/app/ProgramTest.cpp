@@ -170,7 +170,7 @@ TEST_F(ProgramTest, writesNothingForBadInput) {
     const std::string out = m_folder / "out.png";
     const std::vector<Case> cases{
         {{"render", "none.json", "-o", out}, "none.json: the scene file does not exist"},
-        {{"render", "--size", "4x4", "-o", m_folder / "out.gif"}, "\".gif\" is not known"},
+        {{"render", "--size", "4x4", "-o", m_folder / "out.avi"}, "\".avi\" is not known"},
         {{"render", "--size", "4x4", "-o", m_folder / "none/out.png"}, "does not exist; make it"},
         {{"render", "--size", "4x4", "--raw", m_folder / "none/raw"}, "does not exist; make it"},
         {{"render", "--size", "4x4", "--frames", "0-1", "-o", out}, "out-%04d.png"},

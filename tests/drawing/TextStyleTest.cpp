@@ -19,7 +19,7 @@ std::string told(const TextStyle& style) {
     };
     const FontChoice& font = style.font;
     tell("size", style.size, 20.0);
-    tell("family", font.family, "sans");
+    tell("family", font.family, usualFamily);
     tell("weight", font.weight, 400);
     tell("stretch", font.stretch, 4);
     tell("italic", font.italic, false);
@@ -73,11 +73,12 @@ TEST(TextStyle, isWhatItsDeclarationsSay) {
         {"font-style: oblique 10deg", "oblique 1; "},
         {"font-variant: all-small-caps", "capitals 1; "},
         {"font-family: \"A B\", serif", "family A B,serif; "},
-        {"font-family: sans-serif", ""},
+        {"font-family: sans-serif", "family sans; "},
         {"font-kerning: none", "features kern 0; "},
         {"font: italic 700 condensed 150%/2 \"A\"",
-         "size 30; family A; weight 700; stretch 2; italic 1; "},
-        {"font: small-caps oblique larger x", "size 24; family x; oblique 1; capitals 1; "},
+         "size 30; family A,Times New Roman; weight 700; stretch 2; italic 1; "},
+        {"font: small-caps oblique larger x",
+         "size 24; family x,Times New Roman; oblique 1; capitals 1; "},
         {"letter-spacing: .1em", "letters 2; "},
         {"word-spacing: 15%", "words 3; "},
         {"baseline-shift: sub", "raise -4; "},

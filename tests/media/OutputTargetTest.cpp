@@ -54,7 +54,9 @@ TEST(CheckOutput, SaysWhatIsWrong) {
         long frames;
         const char* words;
     } cases[] = {
-        {"a.avi", 1, "\".avi\" is not known; use .png, .tif, .tiff, .exr, .mp4, .mov or .mkv"},
+        {"a.avi", 1,
+         "\".avi\" is not known; use .png, .tif, .tiff, .exr, .mp4, .mov, .mkv, .gif, .webp or "
+         ".apng"},
         {"a", 1, "has no ending"},
         {"", 1, "has no ending"},
         {"a.png", 2, "cannot hold 2 frames; give a numbered name such as a-%04d.png"},
