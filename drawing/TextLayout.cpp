@@ -18,9 +18,12 @@ namespace {
 
 constexpr double degrees = std::numbers::pi / 180;
 
+// Each ends what another one began, in texts that are put together here.
+// NOLINTBEGIN(misc-misleading-bidirectional)
 constexpr const char* forceRight = "\u202d";
 constexpr const char* forceLeft = "\u202e";
 constexpr const char* release = "\u202c";
+// NOLINTEND(misc-misleading-bidirectional)
 
 bool isDirectionMark(std::string_view text) {
     return text.starts_with(forceRight) || text.starts_with(forceLeft) || text.starts_with(release);

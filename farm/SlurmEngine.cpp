@@ -96,7 +96,7 @@ Submission settled(const Submission& submission) {
     const std::set<std::string> all = machines();
     std::copy_if(submission.without.begin(), submission.without.end(),
                  std::back_inserter(own.without),
-                 [&all](const std::string& machine) { return all.count(machine) > 0; });
+                 [&all](const std::string& machine) { return all.contains(machine); });
     if (own.without.size() == all.size()) {
         own.without.clear();
     }

@@ -101,7 +101,7 @@ std::string taskScript(const Job& job, const Submission& submission, long offset
            "if [ $attempt -gt $most ]; then exit 75; fi\n"
            "name=$(sed -n \"$((index + 1))p\" \"$list\")\n" +
            shellQuoted(submission.program) +
-           " farm task \"$job\" --list \"$list\" --index $index --threads " + threads +
+           R"( farm task "$job" --list "$list" --index $index --threads )" + threads +
            " --scratch \"${TMPDIR:-/tmp}\"\n" + ending;
 }
 

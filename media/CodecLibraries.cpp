@@ -3,7 +3,6 @@
 #include "media/Libav.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 extern "C" {
@@ -64,10 +63,12 @@ std::string h264Coder() {
 }
 
 std::string scalerVersion() {
-    std::array<unsigned, 3> version{};
-    zimg_get_version_info(&version[0], &version[1], &version[2]);
-    return "zimg " + std::to_string(version[0]) + "." + std::to_string(version[1]) + "." +
-           std::to_string(version[2]);
+    unsigned major = 0;
+    unsigned minor = 0;
+    unsigned micro = 0;
+    zimg_get_version_info(&major, &minor, &micro);
+    return "zimg " + std::to_string(major) + "." + std::to_string(minor) + "." +
+           std::to_string(micro);
 }
 
 } // namespace

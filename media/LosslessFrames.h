@@ -10,7 +10,7 @@ namespace orbel {
 /// Frames without loss in 8 bits and straight alpha, as a coder of 8 bits will take them.
 class LosslessFrames final : public MediaWriter {
 public:
-    LosslessFrames(const std::string& path, const WriterSpec& spec);
+    LosslessFrames(const std::string& path, const WriterSpec& whole);
 
     void write(const RasterInfo& raster, long frame) override;
     void finish() override { m_film.finish(); }

@@ -28,7 +28,7 @@ const char* unitOf(const ParameterRow& row) {
     }
 }
 
-const char* kindOf(const ParameterRow& row) {
+const char* kindName(const ParameterRow& row) {
     switch (row.kind) {
     case RowKind::Custom:
         return "shape";
@@ -78,7 +78,7 @@ json rowJson(const ParameterRow& row) {
               {"name", fullName(row)},
               {"label", row.name},
               {"group", row.group},
-              {"kind", kindOf(row)},
+              {"kind", kindName(row)},
               {"default", defaultOf(row)},
               {"step", row.delta},
               {"unit", unitOf(row)},

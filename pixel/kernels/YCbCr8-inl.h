@@ -231,11 +231,11 @@ public:
         int x = 0;
         for (; x + lanes <= pixels; x += lanes) {
             decodeBlock({samples.luma + x, samples.cb + x, samples.cr + x}, weights,
-                        row + x * componentsPerPixel);
+                        row + std::ptrdiff_t{x} * componentsPerPixel);
         }
         if (x < pixels) {
             decodeRest({samples.luma + x, samples.cb + x, samples.cr + x}, pixels - x, weights,
-                       row + x * componentsPerPixel);
+                       row + std::ptrdiff_t{x} * componentsPerPixel);
         }
     }
 

@@ -190,8 +190,7 @@ void recolour8(std::uint8_t* row, int pixels, const std::uint32_t* byAlpha) {
         hn::StoreU(isBlank ? blank : hn::GatherIndex(du, byAlpha, hn::BitCast(I32(), alpha)), du,
                    at);
     }
-    for (std::uint8_t* rest = reinterpret_cast<std::uint8_t*>(at); pixels > 0;
-         --pixels, rest += 4) {
+    for (auto* rest = reinterpret_cast<std::uint8_t*>(at); pixels > 0; --pixels, rest += 4) {
         std::memcpy(rest, byAlpha + rest[P::FORMAT::alpha], 4);
     }
 }
