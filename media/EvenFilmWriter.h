@@ -35,4 +35,13 @@ private:
     std::vector<std::uint64_t> m_pixels; ///< of one frame, aligned for every layout
 };
 
+/// Opens a film through `open`, for frames of any size.
+template<typename Open>
+std::unique_ptr<MediaWriter> openEvenFilm(const WriterSpec& spec, const Open& open) {
+    if (EvenFilmWriter::isNeeded(spec)) {
+        return std::make_unique<EvenFilmWriter>(spec, open);
+    }
+    return open(spec);
+}
+
 } // namespace orbel

@@ -18,13 +18,9 @@ namespace {
 std::unique_ptr<MediaWriter> openMp4Frames(const std::string& path, const WriterSpec& spec,
                                            OutputTarget target) {
     target.kind = OutputKind::Mp4Frames;
-    const auto openFilm = [&](const WriterSpec& film) {
+    return openEvenFilm(spec, [&](const WriterSpec& film) {
         return std::make_unique<FilmWriter>(path, film, target);
-    };
-    if (EvenFilmWriter::isNeeded(spec)) {
-        return std::make_unique<EvenFilmWriter>(spec, openFilm);
-    }
-    return openFilm(spec);
+    });
 }
 
 } // namespace

@@ -111,8 +111,8 @@ std::unique_ptr<MediaWriter> openWriter(const std::string& path, const WriterSpe
     const auto openFilm = [&](const WriterSpec& film) {
         return std::make_unique<FilmWriter>(path, film, target);
     };
-    if (target.kind == OutputKind::Mp4 && EvenFilmWriter::isNeeded(spec)) {
-        return std::make_unique<EvenFilmWriter>(spec, openFilm);
+    if (target.kind == OutputKind::Mp4) {
+        return openEvenFilm(spec, openFilm);
     }
     if (target.isFilm) {
         return openFilm(spec);
