@@ -71,6 +71,12 @@ TEST_F(ResumeTest, givesTheFilmThatIsMadeInOneGo) {
             EXPECT_FALSE(fs::exists(two + ".orbel"));
         }
     }
+    // Of an odd size, which H.264 does not know.
+    const Arguments odd{"--size", "61x35", "-o"};
+    EXPECT_EQ(run(test::words(odd, "", {m_folder / "odd.mp4"})), EXIT_DONE) << m_log;
+    EXPECT_EQ(run(test::words(odd, "", {m_folder / "parts.mp4", "--resume", "--chunk", "7"})),
+              EXIT_DONE);
+    EXPECT_TRUE(readBytes(m_folder / "odd.mp4") == readBytes(m_folder / "parts.mp4"));
     // A shape that is converted first, once for all chunks.
     writeBytes(m_folder / "drawing.svg",
                "<svg viewBox='0 0 99 99'><g transform='rotate(20)'><rect x='30' y='9' width='50' "
