@@ -1,12 +1,12 @@
 #include "media/OutputTarget.h"
 
 #include "media/MediaError.h"
+#include "media/PendingFile.h"
 #include "media/SequencePattern.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -54,7 +54,6 @@ std::string errorWords(int code) {
     return std::generic_category().message(code);
 }
 
-/// Tries it: permissions alone do not tell of read-only and special file systems.
 void checkFolder(const std::string& path) {
     const std::filesystem::path parent = std::filesystem::path(path).parent_path();
     const std::string folder = parent.empty() ? "." : parent.string();
@@ -63,15 +62,11 @@ void checkFolder(const std::string& path) {
         throw MediaError(path, "", "the folder \"" + folder + "\" does not exist",
                          "make it or choose another");
     }
-    std::string probe = folder + "/.orbel-XXXXXX";
-    const int file = mkstemp(probe.data());
-    if (file < 0) {
+    if (!takesFiles(folder)) {
         throw MediaError(
             path, "", "the folder \"" + folder + "\" cannot be written (" + errorWords(errno) + ")",
             "change its permissions or choose another");
     }
-    close(file);
-    unlink(probe.c_str());
 }
 
 void checkFile(const std::string& path) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <system_error>
@@ -168,6 +169,20 @@ void writeWholeFile(const std::string& path, std::string_view text) {
     PendingFile file(path, Writers::Any);
     file.write(text);
     file.complete();
+}
+
+bool takesFiles(const std::string& folder) {
+    int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, usualMode);
+    if (file < 0) {
+        std::string named = folder + "/.orbel-XXXXXX";
+        file = mkostemp(named.data(), O_CLOEXEC);
+        if (file < 0) {
+            return false;
+        }
+        unlink(named.c_str());
+    }
+    close(file);
+    return true;
 }
 
 bool syncPath(const std::string& path) {

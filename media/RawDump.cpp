@@ -9,8 +9,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include <unistd.h>
-
 namespace orbel {
 
 namespace {
@@ -34,16 +32,12 @@ void checkWritable(const std::filesystem::path& folder, const std::string& named
         throw MediaError(named, "", "the folder \"" + folder.string() + "\" does not exist",
                          "make it or choose another");
     }
-    std::string probe = (folder / ".orbel-XXXXXX").string();
-    const int file = mkstemp(probe.data());
-    if (file < 0) {
+    if (!takesFiles(folder.string())) {
         throw MediaError(named, "",
                          "the folder \"" + folder.string() + "\" cannot be written (" +
                              lastError() + ")",
                          "change its permissions or choose another");
     }
-    close(file);
-    unlink(probe.c_str());
 }
 
 class RawDump final : public MediaWriter {

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace orbel::test {
 
@@ -40,6 +42,15 @@ public:
     [[nodiscard]] std::string file(const std::string& name, const std::string& bytes) const {
         writeBytes(m_path / name, bytes);
         return m_path / name;
+    }
+    /// What is in the folder, in alphabetical order.
+    [[nodiscard]] std::vector<std::string> fileNames() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
+            names.push_back(entry.path().filename());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
     }
     [[nodiscard]] std::size_t fileCount() const {
         const std::filesystem::directory_iterator files(m_path);
