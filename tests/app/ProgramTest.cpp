@@ -64,10 +64,10 @@ protected:
 TEST_F(ProgramTest, makesTheDemoTheSameFileWithAnyNumberOfThreads) {
     const std::string scene = ORBEL_SOURCE_DIR "/resources/scenes/demo.json";
     for (const std::string name :
-         {"a-%03d.png", "a-%03d.tif", "a-%03d.tiff", "a-%03d.exr", "a.mp4", "a.mov", "a.mkv"}) {
+         {"a-%03d.png", "a-%03d.tif", "a-%03d.exr", "a.mp4", "a.mov", "a.mkv"}) {
         for (const char* format : {"rgba8", "argb16"}) {
             std::vector<std::string> first;
-            for (const char* threads : {"1", "2", "5"}) {
+            for (const char* threads : {"1", "5"}) {
                 const TestFolder made;
                 ASSERT_EQ(run(words({}, "render --size 128x72 --frames 50-65 -q",
                                     {scene, "--format", format, "--threads", threads, "-o",
