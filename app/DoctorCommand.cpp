@@ -53,6 +53,7 @@ struct Door {
     std::function<std::string(const std::string& folder)> binary;
     std::function<PluginProbe(const std::string& file)> probe;
     std::string component; ///< of the installation
+    std::string place;     ///< below the prefix of an installation or of an unpacked archive
 };
 
 void checkShapeFiles(Report& report) {
@@ -86,10 +87,21 @@ std::string firstFile(const Door& door, const PluginHostFolders& host) {
     return {};
 }
 
+/// The folder of the plug-in that came with this program; empty when it came alone.
+std::string folderBesideProgram(const Door& door) {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    const fs::path folder = program.parent_path().parent_path() / door.place;
+    return fs::exists(door.binary(folder.string()), error) ? folder.string() : "";
+}
+
 void tellMissing(const Door& door, const PluginHostFolders& host, Report& report) {
+    const std::string own = folderBesideProgram(door);
     report.bad(host.host + ": no " + door.file + " in any of", host.folders,
-               "install it there (cmake --install BUILD --component " + door.component +
-                   "), or set " + host.setting + " to the folder that holds it");
+               own.empty()
+                   ? "install it there (cmake --install BUILD --component " + door.component +
+                         "), or set " + host.setting + " to the folder that holds it"
+                   : "set " + host.setting + " to " + inQuotes(own) + ", or copy it from there");
 }
 
 void checkDoor(const Door& door, Report& report) {
@@ -150,11 +162,12 @@ void checkFxPlug(Report& report) {
 int doctorCommand(std::ostream& out) {
     Report report(out);
     checkShapeFiles(report);
-    checkDoor({"OFX bundle", "Orbel.ofx.bundle", ofxHosts(), ofxBinary, probeBundle, "ofx"},
+    checkDoor({"OFX bundle", "Orbel.ofx.bundle", ofxHosts(), ofxBinary, probeBundle, "ofx",
+               "OFX/Plugins"},
               report);
     checkDoor({"frei0r plug-in", "orbel.so", frei0rHosts(),
                [](const std::string& folder) { return folder + "/orbel.so"; }, probeFrei0r,
-               "frei0r"},
+               "frei0r", "lib/frei0r-1"},
               report);
 #ifdef __APPLE__
     checkFxPlug(report);
