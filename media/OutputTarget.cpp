@@ -54,21 +54,6 @@ std::string errorWords(int code) {
     return std::generic_category().message(code);
 }
 
-void checkFolder(const std::string& path) {
-    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
-    const std::string folder = parent.empty() ? "." : parent.string();
-    std::error_code error;
-    if (!std::filesystem::is_directory(folder, error)) {
-        throw MediaError(path, "", "the folder \"" + folder + "\" does not exist",
-                         "make it or choose another");
-    }
-    if (!takesFiles(folder)) {
-        throw MediaError(
-            path, "", "the folder \"" + folder + "\" cannot be written (" + errorWords(errno) + ")",
-            "change its permissions or choose another");
-    }
-}
-
 void checkFile(const std::string& path) {
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) {
@@ -110,7 +95,8 @@ OutputTarget checkOutput(const std::string& path, long frames) {
         }
         file = pattern.pathOf(0);
     }
-    checkFolder(path);
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    checkTakesFiles(folder.empty() ? "." : folder.string(), path);
     if (!target.isSequence) {
         checkFile(file);
     }

@@ -48,6 +48,21 @@ bool syncFile(int file) {
     return fsync(file) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+/// False, with `errno` set, when the folder takes no file.
+bool takesFiles(const std::string& folder) {
+    int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, usualMode);
+    if (file < 0) {
+        std::string named = folder + "/.orbel-XXXXXX";
+        file = mkostemp(named.data(), O_CLOEXEC);
+        if (file < 0) {
+            return false;
+        }
+        unlink(named.c_str());
+    }
+    close(file);
+    return true;
+}
+
 [[noreturn]] void refuse(const std::string& file, const std::string& what, int code) {
     throw MediaError(file, "", what + " (" + std::generic_category().message(code) + ")",
                      "free some room or write elsewhere, then try again", MediaError::Passing,
@@ -171,18 +186,18 @@ void writeWholeFile(const std::string& path, std::string_view text) {
     file.complete();
 }
 
-bool takesFiles(const std::string& folder) {
-    int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, usualMode);
-    if (file < 0) {
-        std::string named = folder + "/.orbel-XXXXXX";
-        file = mkostemp(named.data(), O_CLOEXEC);
-        if (file < 0) {
-            return false;
-        }
-        unlink(named.c_str());
+void checkTakesFiles(const std::string& folder, const std::string& named) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error)) {
+        throw MediaError(named, "", "the folder \"" + folder + "\" does not exist",
+                         "make it or choose another");
     }
-    close(file);
-    return true;
+    if (!takesFiles(folder)) {
+        throw MediaError(named, "",
+                         "the folder \"" + folder + "\" cannot be written (" +
+                             std::generic_category().message(errno) + ")",
+                         "change its permissions or choose another");
+    }
 }
 
 bool syncPath(const std::string& path) {

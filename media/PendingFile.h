@@ -58,10 +58,11 @@ private:
 /// Writes the whole text or nothing. Throws MediaError.
 void writeWholeFile(const std::string& path, std::string_view text);
 
-/// Tells by trying whether new files can be written in a folder, as permissions say nothing of
-/// read-only and special file systems; false, with `errno` set, when they cannot. Leaves no file
-/// even when the program is killed meanwhile, where the file system knows files without names.
-[[nodiscard]] bool takesFiles(const std::string& folder);
+/// Tells by trying that new files can be written in a folder, as permissions say nothing of
+/// read-only and special file systems. Throws MediaError for the output that is `named` when there
+/// is no such folder or it takes none. Leaves no file even when the program is killed meanwhile,
+/// where the file system knows files without names.
+void checkTakesFiles(const std::string& folder, const std::string& named);
 
 /// Sees to it that a file, or the names in a folder, are on the disk; false, with `errno` set, when
 /// that fails.

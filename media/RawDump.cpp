@@ -4,7 +4,6 @@
 #include "media/PendingFile.h"
 
 #include <bit>
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -16,28 +15,10 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "a dump is little-endian and written as it lies in memory");
 
-std::string lastError() {
-    return std::generic_category().message(errno);
-}
-
 std::filesystem::path parentOf(const std::filesystem::path& folder) {
     const std::filesystem::path whole = folder.has_filename() ? folder : folder.parent_path();
     const std::filesystem::path parent = whole.parent_path();
     return parent.empty() ? "." : parent;
-}
-
-void checkWritable(const std::filesystem::path& folder, const std::string& named) {
-    std::error_code error;
-    if (!std::filesystem::is_directory(folder, error)) {
-        throw MediaError(named, "", "the folder \"" + folder.string() + "\" does not exist",
-                         "make it or choose another");
-    }
-    if (!takesFiles(folder.string())) {
-        throw MediaError(named, "",
-                         "the folder \"" + folder.string() + "\" cannot be written (" +
-                             lastError() + ")",
-                         "change its permissions or choose another");
-    }
 }
 
 class RawDump final : public MediaWriter {
@@ -83,13 +64,13 @@ private:
 void checkRawFolder(const std::string& folder) {
     std::error_code error;
     if (std::filesystem::is_directory(folder, error)) {
-        checkWritable(folder, folder);
+        checkTakesFiles(folder, folder);
         return;
     }
     if (std::filesystem::exists(folder, error)) {
         throw MediaError(folder, "", "is no folder", "name a folder");
     }
-    checkWritable(parentOf(folder), folder);
+    checkTakesFiles(parentOf(folder), folder);
 }
 
 std::unique_ptr<MediaWriter> openRawDump(const std::string& folder) {
