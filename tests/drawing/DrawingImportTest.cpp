@@ -199,6 +199,83 @@ TEST(DrawingImport, placesTextLetterByLetter) {
     EXPECT_THAT(import(plain + ">a&#x10FFFD;</text>").shape->notes.front(), HasSubstr("U+10FFFD"));
 }
 
+/// Boxes to a tenth, and what is noted.
+std::string pictured(const std::string& body) {
+    const Conversion conversion = import(body);
+    std::string text;
+    for (const Box& box : boxesOf(conversion)) {
+        for (const double side : {box.left, box.top, box.right, box.bottom}) {
+            char number[32];
+            std::snprintf(number, sizeof number, "%.1f ", std::round(side * 10) / 10 + 0.0);
+            text += number;
+        }
+        text.back() = ';';
+    }
+    for (const std::string& note :
+         conversion.shape ? conversion.shape->notes : std::vector{conversion.message}) {
+        text += note + ';';
+    }
+    return text;
+}
+
+TEST(DrawingImport, drawsLettersWithAllTheyWear) {
+    const std::string mono = "font-family='DejaVu Sans Mono' font-size='20' ";
+    const std::string sans = "font-family='DejaVu Sans' font-size='20' ";
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"<text " + mono + "x='10' y='40'>H</text>", "11.3 25.4 20.7 40.0;"},
+        {"<text " + mono + "x='10' y='40' rotate='90'>H</text>", "10.0 41.3 24.6 50.7;"},
+        {"<text " + mono + "x='10' y='40' baseline-shift='5'>H</text>", "11.3 20.4 20.7 35.0;"},
+        {"<text " + mono + "x='50' y='40' writing-mode='vertical-rl'>H</text>",
+         "43.1 41.3 57.7 50.7;"},
+        {"<text " + mono + "y='40' textLength='36' lengthAdjust='spacingAndGlyphs'>H</text>",
+         "4.0 25.4 32.0 40.0;"},
+        {"<text " + mono + "y='40' transform='translate(30 5)'>H</text>", "31.3 30.4 40.7 45.0;"},
+        {"<text " + mono + "y='40' text-decoration='underline'>HH</text>",
+         "0.0 40.0 24.1 40.8;1.3 25.4 10.7 40.0;13.4 25.4 22.7 40.0;"},
+        {"<text " + mono + "y='40' text-decoration='overline'>H</text>",
+         "0.0 21.0 12.0 21.9;1.3 25.4 10.7 40.0;"},
+        {"<text " + mono + "y='40' text-decoration='line-through' x='0 40'>HH</text>",
+         "0.0 34.3 12.0 35.3;40.0 34.3 52.0 35.3;1.3 25.4 10.7 40.0;41.3 25.4 50.7 40.0;"},
+        {"<text " + mono +
+             "y='40' text-decoration='underline' rotate='90' baseline-shift='5'>H</text>",
+         "4.2 40.0 5.0 52.0;5.0 41.3 19.6 50.7;"},
+        {"<text " + mono +
+             "y='40'>H<tspan opacity='0'>H</tspan><tspan fill='none'>H</tspan>H</text>",
+         "1.3 25.4 10.7 40.0;37.5 25.4 46.8 40.0;"},
+        {"<text " + mono +
+             "y='40' visibility='hidden'>H<tspan visibility='visible'>H</tspan></text>",
+         "13.4 25.4 22.7 40.0;"},
+        {"<text " + mono +
+             "y='40'>H<tspan font-family='DejaVu Sans' font-weight='bold'>I</tspan>"
+             "<tspan font-size='10'>H</tspan>H</text>",
+         "1.3 25.4 10.7 40.0;13.9 25.4 17.6 40.0;20.2 32.7 24.8 40.0;26.8 25.4 36.2 40.0;"},
+        {"<text " + sans + "y='40'>IVAI</text>",
+         "2.0 25.4 3.9 40.0;6.1 25.4 19.4 40.0;22.5 27.4 27.8 34.6;18.5 25.4 31.8 40.0;33.9 25.4 "
+         "35.9 40.0;"},
+        {"<text " + sans + "y='40' font-kerning='none'>IVAI</text>",
+         "2.0 25.4 3.9 40.0;6.1 25.4 19.4 40.0;23.7 27.4 29.1 34.6;19.7 25.4 33.1 40.0;35.2 25.4 "
+         "37.2 40.0;"},
+        {"<text " + sans + "y='40'>fi</text>", "0.5 24.8 10.7 40.0;8.9 24.8 10.7 27.1;"},
+        {"<text " + sans + "y='40' letter-spacing='1'>fi</text>",
+         "0.5 24.8 7.4 40.0;9.9 29.1 11.7 40.0;9.9 24.8 11.7 27.1;"},
+        {"<text " + sans + "x='50' y='40'>א</text>", "51.8 29.1 61.6 40.0;"},
+        {"<text font-family='None, Nor This' "
+         "y='40'>&#x10FFF0;&#x10FFF1;&#x10FFF2;&#x10FFF3;&#x10FFF4;&#x10FFF5;"
+         "&#x10FFF6;&#x10FFF7;</text><rect width='9' height='9'/>",
+         "0.0 0.0 9.0 9.0;not installed, so other fonts are used: None;no installed font has "
+         "U+10FFF0, U+10FFF1, U+10FFF2, U+10FFF3, U+10FFF4, U+10FFF5, U+10FFF6, U+10FFF7: left "
+         "out;"},
+        {"<text font-family='None, DejaVu Sans' "
+         "y='40'>&#x10FFF0;&#x10FFF1;&#x10FFF2;&#x10FFF3;&#x10FFF4;&#x10FFF5;"
+         "&#x10FFF6;&#x10FFF7;&#x10FFF8;</text><rect width='9' height='9'/>",
+         "0.0 0.0 9.0 9.0;no installed font has U+10FFF0, U+10FFF1, U+10FFF2, U+10FFF3, U+10FFF4, "
+         "U+10FFF5, U+10FFF6, U+10FFF7 and others: left out;"},
+    };
+    for (const auto& [body, picture] : cases) {
+        EXPECT_EQ(pictured(body), picture) << body;
+    }
+}
+
 std::string nested(int depth) {
     std::string groups;
     for (int i = 0; i < depth; ++i) {
