@@ -31,7 +31,8 @@ protected:
     /// The exit code of "orbel farm" with these words; what it said is kept.
     int farm(const std::string& line, const Arguments& more = {}) {
         const Arguments all =
-            test::words({"env", "PATH=" + (m_folder / "bin") + ":/usr/bin:/bin", ORBEL_PROGRAM},
+            test::words({"env", "-u", "SBATCH_PARTITION",
+                         "PATH=" + (m_folder / "bin") + ":/usr/bin:/bin", ORBEL_PROGRAM},
                         "farm " + line, more);
         const int code = test::Process(all, m_folder / "log", 120).wait();
         m_said = withoutFolder(readBytes(m_folder / "log"));
