@@ -267,6 +267,18 @@ TEST_F(StudioPicture, knowsWhereTheStrokeRuns) {
                              {"Start", 25},
                              {"End", 10}});
     EXPECT_EQ(moved["position"], json({200.0, 100.0}));
+    // Two outlines, of which one is as long again as the other, and a frame on the way.
+    test::writeBytes(m_studio.folder / "line.svg",
+                     "<svg><polyline points='0,0 50,0'/><polyline points='0,50 100,50'/></svg>");
+    for (const bool one : {false, true}) {
+        const json two = path({{"Stroke Sequentially", one}});
+        ASSERT_EQ(two["fractions"].size(), 2U);
+        const double parts[] = {one ? 1.0 / 3 : 1.0, one ? 1.0 / 3 : 0.0};
+        EXPECT_NEAR(two["fractions"][0].front().get<double>(), 0.0, 0.02) << one;
+        EXPECT_NEAR(two["fractions"][0].back().get<double>(), parts[0], 0.02) << one;
+        EXPECT_NEAR(two["fractions"][1].front().get<double>(), parts[1], 0.02) << one;
+        EXPECT_NEAR(two["fractions"][1].back().get<double>(), 1.0, 0.02) << one;
+    }
     EXPECT_EQ(path({{"Camera/XY Position", {0.25, 0.75}}})["camera"], json({100.0, 300.0}));
     EXPECT_TRUE(near(moved["start"], 300, 170.7)) << moved["start"];
     EXPECT_TRUE(near(moved["end"], 300, 170.7)) << moved["end"];
