@@ -315,6 +315,14 @@ TEST_F(StudioPicture, knowsWhereTheStrokeRuns) {
                              {"Start", 25},
                              {"End", 10}});
     EXPECT_EQ(moved["position"], json({200.0, 100.0}));
+    const json wide =
+        m_studio
+            .post("/api/path", {{"text", sceneText({{"size", {400, 400}},
+                                                    {"shape", "line.svg"},
+                                                    {"pixelAspect", 2},
+                                                    {"parameters", {{"Presets", nullptr}}}})}})
+            .document();
+    EXPECT_NE(wide["paths"], plain["paths"]);
     // Two outlines, of which one is as long again as the other, and a frame on the way.
     test::writeBytes(m_studio.folder / "line.svg",
                      "<svg><polyline points='0,0 50,0'/><polyline points='0,50 100,50'/></svg>");
