@@ -321,12 +321,14 @@ TEST(SceneReader, takesDrawingsAndTextsAsShapes) {
     ASSERT_TRUE(drawing.import);
     EXPECT_EQ(drawing.import->take, ImportOptions::Take::Fills);
     EXPECT_EQ(drawing.import->simplify, 2);
-    EXPECT_FALSE(goodScene(R"({"orbel": 1, "shape": {"file": "a.svg"}})").needsConversion());
+    const Scene plain = goodScene(R"({"orbel": 1, "shape": {"file": "a.svg"}})");
+    EXPECT_FALSE(plain.needsConversion());
+    EXPECT_EQ(shapeKeys(plain), "folder/a.svg");
     const Scene text = goodScene(
         R"({"orbel": 1, "shape": {"text": "Hi", "singleStroke": true, "align": "right"}})");
     ASSERT_TRUE(text.lettering);
     EXPECT_TRUE(text.lettering->singleStroke);
-    for (const Scene* scene : {&drawing, &text}) {
+    for (const Scene* scene : {&drawing, &text, &plain}) {
         Scene copy;
         Problems problems;
         readShapeKeys(shapeKeys(*scene), {"scene.json", "/shape", &problems}, "", &copy);
