@@ -1,9 +1,11 @@
 #include "drawing/DrawingDocument.h"
 
+#include "drawing/BrowserPatience.h"
 #include "drawing/Cascade.h"
 #include "drawing/Gunzip.h"
 #include "drawing/RendererGaps.h"
 #include "drawing/TextOutlines.h"
+#include "drawing/TextStyle.h"
 #include "drawing/XmlTree.h"
 
 #include <libxml/uri.h>
@@ -13,7 +15,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <initializer_list>
+#include <map>
 #include <new>
 #include <utility>
 
@@ -76,6 +80,7 @@ public:
 
     DrawingDocument prepare() {
         addNamespaces();
+        mendFaults(m_root);
         const Cascade cascade(m_root);
         bridgeRendererGaps(m_root, cascade);
         replaceTexts(m_root, cascade, &m_result.notes);
@@ -156,13 +161,78 @@ private:
             ++m_foreign;
         } else if (isNamed(node, "pattern") && xmlFirstElementChild(node) != nullptr) {
             m_patterns.push_back(node);
-        } else if (isOneOf(node, {"clipPath", "mask", "symbol"}) ||
-                   (node != m_root && isNamed(node, "svg"))) {
+        } else if (isNamed(node, "clipPath")) {
+            m_result.clips = true;
+            openBoxClip(node);
+        } else if (isOneOf(node, {"mask", "symbol"}) || (node != m_root && isNamed(node, "svg"))) {
             m_result.clips = true;
         }
-        if (isTransparent(node, cascade)) {
+        if ((isTransparent(node, cascade) && !isInside(node, "clipPath")) ||
+            isBlanked(node, cascade)) {
             hideElement(node);
         }
+    }
+
+    static bool isInside(const xmlNode* node, const char* name) {
+        while (node != nullptr && isElement(node) && !isNamed(node, name)) {
+            node = node->parent;
+        }
+        return node != nullptr && isElement(node);
+    }
+
+    /// The turned recording loses what is clipped in parts of a box, so such a clip hides nothing.
+    void openBoxClip(xmlNode* clip) {
+        if (attributeOf(clip, "clipPathUnits") != "objectBoundingBox" ||
+            xmlFirstElementChild(clip) == nullptr) {
+            return;
+        }
+        removeAttribute(clip, "clipPathUnits");
+        removeAttribute(clip, "transform");
+        setAttribute(addChild(clip, "path"), "d", "M-1e5-1e5H1e5V1e5H-1e5z");
+    }
+
+    /// Whether a filter or a mask leaves nothing: one that is empty, or has no size.
+    bool isBlanked(const xmlNode* node, const Cascade& cascade) {
+        for (const char* const property : {"filter", "mask"}) {
+            const std::string value = cascade.declared(node, property).value_or("");
+            const std::size_t mark = value.find("url(");
+            const std::size_t end = value.find(')', mark);
+            if (mark != 0 || end == std::string::npos || !trimmed(value.substr(end + 1)).empty()) {
+                continue;
+            }
+            std::string name = value.substr(4, end - 4);
+            name.erase(std::remove_if(name.begin(), name.end(),
+                                      [](char c) { return c == '"' || c == '\'' || c == ' '; }),
+                       name.end());
+            if (const auto found = identified().find(name); found != m_identified.end() &&
+                                                            isNamed(found->second, property) &&
+                                                            isVoid(found->second)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    static bool isVoid(const xmlNode* effect) {
+        const auto none = [effect](const char* side) {
+            const auto length = attributeOf(effect, side);
+            return length && lengthOf(*length, 1, 1) == 0;
+        };
+        return (xmlChildElementCount(const_cast<xmlNode*>(effect)) == 0 && // NOLINT
+                !attributeOf(effect, "href")) ||
+               none("width") || none("height");
+    }
+
+    /// The elements by "#" and their identifiers.
+    const std::map<std::string, const xmlNode*, std::less<>>& identified() {
+        if (m_identified.empty()) {
+            forEachElement(m_root, [this](const xmlNode* node) {
+                if (const auto id = attributeOf(node, "id")) {
+                    m_identified.emplace("#" + *id, node);
+                }
+            });
+        }
+        return m_identified;
     }
 
     /// What a pattern repeats is no outline, and the recording may fail on it; so only its being
@@ -242,6 +312,7 @@ private:
     XmlTree m_tree;
     xmlNode* m_root;
     DrawingDocument m_result;
+    std::map<std::string, const xmlNode*, std::less<>> m_identified;
     std::vector<xmlNode*> m_patterns; // those with tiles of their own
     std::size_t m_pictures = 0;
     std::size_t m_foreign = 0;

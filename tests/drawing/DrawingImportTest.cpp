@@ -183,11 +183,11 @@ TEST(DrawingImport, placesTextLetterByLetter) {
     EXPECT_GT(onPath[0].right - onPath[0].left, onPath[0].bottom - onPath[0].top);
     const auto onShape = boxesOf(
         import(R"(<defs><line id="l" x1="90" y1="50" x2="10" y2="50" pathLength="2"/></defs><text )"
-               R"(font-size="10" font-family="DejaVu Sans"><textPath xlink:href="#l" side="right" )"
+               R"(font-size="10" font-family="DejaVu Sans"><textPath xlink:href="#l" )"
                R"(startOffset="1">l</textPath></text>)"));
     ASSERT_EQ(onShape.size(), 1U);
-    EXPECT_NEAR(onShape[0].bottom, 50, 0.1);
-    EXPECT_NEAR(onShape[0].left, 51, 0.5);
+    EXPECT_NEAR(onShape[0].top, 50, 0.1);
+    EXPECT_NEAR(onShape[0].right, 49, 0.5);
     EXPECT_EQ(leftEdges(plain + R"(x="1 50">e&#x301;l</text>)").back(), 8); // the mark took the 50
     EXPECT_GT(leftEdges(plain + R"(x="1" unicode-bidi="bidi-override" direction="rtl" )" +
                         R"(text-anchor="end">lo</text>)")
@@ -195,6 +195,15 @@ TEST(DrawingImport, placesTextLetterByLetter) {
               leftEdges(plain + R"(x="1">lo</text>)").front());
     EXPECT_THAT(leftEdges(R"(<style>path{fill:none}</style>)" + plain + R"(x="1">l</text>)"),
                 ElementsAre(2));
+    EXPECT_THAT(
+        leftEdges(plain + R"(x="1" textLength="93">ll<tspan x="1" y="90">ll</tspan></text>)"),
+        ElementsAre(2, 32, 2, 32)); // lines share the length
+    EXPECT_THAT(leftEdges(plain + R"(x="1">l<tspan textLength="40">ll</tspan>l</text>)"),
+                ElementsAre(2, 5, 42 - 17, 42 + 20 - 17));
+    EXPECT_THAT(leftEdges(plain + R"(x="50" dx="10" text-anchor="end">l</text>)"), ElementsAre(58));
+    EXPECT_THAT(
+        import(plain + R"(><tspan><textPath xlink:href="#p">l</textPath></tspan></text>)").shape,
+        testing::Eq(std::nullopt));
     EXPECT_THAT(import(plain + ">a<text>b</text></text>").shape->outlines.size(), 2U);
     EXPECT_THAT(import(plain + ">a&#x10FFFD;</text>").shape->notes.front(), HasSubstr("U+10FFFD"));
 }
