@@ -28,7 +28,8 @@ namespace {
 constexpr const char* svgNamespace = "http://www.w3.org/2000/svg";
 constexpr const char* linkNamespace = "http://www.w3.org/1999/xlink";
 
-constexpr std::size_t mostSigns = 20000; // beyond, sources are not worth the memory
+constexpr std::size_t mostSigns = 60000;  // beyond, sources are not worth the memory
+constexpr std::size_t mostDrawn = 400000; // each has three points or more, a shape a million
 constexpr int signRed = 0x5a;
 constexpr int signAlpha = 4;
 
@@ -85,6 +86,11 @@ public:
         bridgeRendererGaps(m_root, cascade);
         replaceTexts(m_root, cascade, &m_result.notes);
         forEachElement(m_root, [&](xmlNode* node) { prepareElement(node, cascade); });
+        if (m_drawn > mostDrawn) {
+            throw DrawingError{"the drawing has " + std::to_string(m_drawn) +
+                                   " painted elements, too many for a shape of a million points",
+                               "split it in a drawing program"};
+        }
         if (!m_patterns.empty()) {
             simplifyTiles();
         }
@@ -154,6 +160,7 @@ private:
     }
 
     void prepareElement(xmlNode* node, const Cascade& cascade) {
+        m_drawn += isDrawn(node) ? 1U : 0U;
         if (isOneOf(node, {"image", "feImage"})) {
             removeAttribute(node, "href"); // as data it may be longer than the renderer takes
             m_pictures += isNamed(node, "image") ? 1U : 0U;
@@ -314,6 +321,7 @@ private:
     DrawingDocument m_result;
     std::map<std::string, const xmlNode*, std::less<>> m_identified;
     std::vector<xmlNode*> m_patterns; // those with tiles of their own
+    std::size_t m_drawn = 0;
     std::size_t m_pictures = 0;
     std::size_t m_foreign = 0;
 };

@@ -87,7 +87,7 @@ TEST(TextStyle, isWhatItsDeclarationsSay) {
         {"baseline-shift: super", "shifts 1; "},
         {"dominant-baseline: text-top", ""},
         {"dominant-baseline: central", "baseline central; "},
-        {"font-feature-settings: 'liga' off, \"c2sc\", smcp", "features liga 0, c2sc 1; "},
+        {"font-feature-settings: \"liga\" off, \"c2sc\", smcp", "features liga 0, c2sc 1; "},
         {"baseline-shift: 25%", "raise 5; "},
         {"text-anchor: middle", "anchor 1; "},
         {"text-anchor: end", "anchor 2; "},
