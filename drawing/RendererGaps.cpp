@@ -214,17 +214,22 @@ private:
             return;
         }
         const Viewport viewport = viewportOf(use);
-        const auto place = [&](const char* name, double whole) {
-            return std::to_string(
-                lengthOf(attributeOf(use, name).value_or("0"), usualFontSize, whole));
+        const auto read = [&](const std::string& text) {
+            return cssTransform(text, usualFontSize, viewport.width, viewport.height, false);
         };
-        const std::string x = place("x", viewport.width);
-        const std::string y = place("y", viewport.height);
+        const auto own = read(m_cascade.declared(use, "transform").value_or("none"));
+        const auto symbols = read(symbol->second);
+        if (!own || !symbols) {
+            return;
+        }
+        const auto place = [&](const char* name, double whole) {
+            return lengthOf(attributeOf(use, name).value_or("0"), usualFontSize, whole);
+        };
+        const PlaneTransform moved{
+            1, 0, 0, 1, place("x", viewport.width), place("y", viewport.height)};
         removeAttribute(use, "x");
         removeAttribute(use, "y");
-        setAttribute(use, "transform",
-                     attributeOf(use, "transform").value_or("") + " translate(" + x + "," + y +
-                         ") " + symbol->second);
+        writeTransform(combined(combined(*own, moved), *symbols), use);
     }
 
     /// The renderer heeds the size for symbols alone, so the use gets an svg of its own.

@@ -121,8 +121,9 @@ TEST(DrawingImport, showsWhatABrowserShows) {
          {{0, 0, 8, 8}}},
         {R"(<radialGradient id="g" r="0"><stop/></radialGradient><rect width="9" height="9" fill='url(#g)'/>)",
          {{0, 0, 9, 9}}},
-        {R"(<symbol id="s" transform='scale(2)'><rect width="9" height="9"/></symbol><use xlink:href="#s" x="5"/>)",
-         {{5, 0, 23, 18}}},
+        {R"(<symbol id="s" transform='scale(2)'><rect width="9" height="9"/></symbol><use style='transform:translate(0,9px)' )"
+         R"(xlink:href="#s" x="5"/>)",
+         {{5, 9, 23, 27}}},
         {R"(<rect style='transform:translate(50%,0)' width="9" height="9"/>)"
          R"(<rect style='transform:rotate(90)' transform='scale(2)' width="9" height="9"/>)"
          R"(<rect style='transform:rotate(.25turn)' width="9" height="7"/>)",
