@@ -12,9 +12,9 @@ namespace orbel {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view spaceBetween = " \t\r\n";
 
-bool hasWord(std::string_view text, std::string_view word) {
+bool mentions(std::string_view text, std::string_view word) {
     return text.find(word) != std::string_view::npos;
 }
 
@@ -50,7 +50,7 @@ bool isAspect(std::string_view text) {
     if (text.starts_with("defer ")) {
         text = trimmed(text.substr(6));
     }
-    const std::size_t end = std::min(text.find_first_of(blanks), text.size());
+    const std::size_t end = std::min(text.find_first_of(spaceBetween), text.size());
     const std::string_view rest = trimmed(text.substr(end));
     return isAlignment(text.substr(0, end)) && (rest.empty() || rest == "meet" || rest == "slice");
 }
@@ -93,8 +93,8 @@ std::string withoutMedia(std::string_view sheet) {
         }
         const std::string_view media = sheet.substr(at, open - at);
         const std::size_t close = endOfBlock(sheet, open + 1);
-        const bool ours = (hasWord(media, "screen") || hasWord(media, "all")) &&
-                          !hasWord(media, "not") && !hasWord(media, "(");
+        const bool ours = (mentions(media, "screen") || mentions(media, "all")) &&
+                          !mentions(media, "not") && !mentions(media, "(");
         if (ours) {
             result.append(sheet.substr(open + 1, close - open - 1));
         }
@@ -114,7 +114,7 @@ void mendSheet(xmlNode* node) {
             continue;
         }
         const std::string sheet = reinterpret_cast<const char*>(child->content);
-        if (hasWord(sheet, "@media")) {
+        if (mentions(sheet, "@media")) {
             const std::string mended = withoutMedia(sheet);
             xmlNodeSetContent(child, nullptr);
             xmlNodeAddContent(child, xmlChars(mended.c_str()));

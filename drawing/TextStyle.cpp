@@ -141,7 +141,7 @@ void addFeatures(std::string_view list, FontChoice* font) {
     }
 }
 
-bool isInsideText(const xmlNode* node) {
+bool isPartOfText(const xmlNode* node) {
     return isNamed(node, "tspan") || isNamed(node, "textPath") || isNamed(node, "tref");
 }
 
@@ -308,7 +308,7 @@ void TextStyles::readPlace(const xmlNode* node, TextStyle* style) const {
     if (const std::string letters = stated("text-transform"); !letters.empty()) {
         style->letterCase = letters;
     }
-    if (const std::string mode = stated("writing-mode"); !mode.empty() && !isInsideText(node)) {
+    if (const std::string mode = stated("writing-mode"); !mode.empty() && !isPartOfText(node)) {
         style->vertical = mode.starts_with("tb") || mode.starts_with("vertical");
     }
     if (const std::string orientation = stated("text-orientation"); !orientation.empty()) {
@@ -343,7 +343,7 @@ void TextStyles::readBaseline(const xmlNode* node, TextStyle* style) const {
         style->alignmentBaseline = aligned;
     }
     const std::string shift = m_cascade.declared(node, "baseline-shift").value_or("");
-    if (!isInsideText(node) && !isNamed(node, "text") && !isNamed(node, "a")) {
+    if (!isPartOfText(node) && !isNamed(node, "text") && !isNamed(node, "a")) {
         return;
     }
     style->superscripts += shift == "super" ? 1 : 0;
