@@ -80,6 +80,14 @@ public:
         return std::nullopt;
     }
 
+    /// Whether every number but 0 has a unit.
+    [[nodiscard]] bool hasUnits() const {
+        return std::all_of(m_words.begin(), m_words.end(), [](std::string_view word) {
+            return word.back() == '%' || (word.back() >= 'a' && word.back() <= 'z') ||
+                   lengthOf(word, 1, 1) == 0;
+        });
+    }
+
 private:
     static PlaneTransform moved(double x, double y) { return {1, 0, 0, 1, x, y}; }
     static PlaneTransform scaled(double x, double y) { return {x, 0, 0, y, 0, 0}; }
@@ -121,7 +129,7 @@ PlaneTransform combined(const PlaneTransform& outer, const PlaneTransform& inner
 }
 
 std::optional<PlaneTransform> cssTransform(std::string_view text, double em, double width,
-                                           double height) {
+                                           double height, bool sheet) {
     PlaneTransform whole;
     text = trimmed(text);
     while (!text.empty() && text != "none") {
@@ -131,8 +139,10 @@ std::optional<PlaneTransform> cssTransform(std::string_view text, double em, dou
             return std::nullopt;
         }
         const Function function(text.substr(open + 1, close - open - 1), em, width, height);
-        const auto one = function.read(trimmed(text.substr(0, open)));
-        if (!one) {
+        const std::string_view name = trimmed(text.substr(0, open));
+        const auto one = function.read(name);
+        const bool bare = name.starts_with("scale") || name.starts_with("matrix");
+        if (!one || (sheet && !bare && !function.hasUnits())) {
             return std::nullopt;
         }
         whole = combined(whole, *one);

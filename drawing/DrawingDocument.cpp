@@ -1,9 +1,11 @@
 #include "drawing/DrawingDocument.h"
 
+#include "drawing/BrowserPatience.h"
 #include "drawing/Cascade.h"
 #include "drawing/Gunzip.h"
 #include "drawing/RendererGaps.h"
 #include "drawing/TextOutlines.h"
+#include "drawing/TextStyle.h"
 #include "drawing/XmlTree.h"
 
 #include <libxml/uri.h>
@@ -13,7 +15,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <initializer_list>
+#include <map>
 #include <new>
 #include <utility>
 
@@ -24,7 +28,8 @@ namespace {
 constexpr const char* svgNamespace = "http://www.w3.org/2000/svg";
 constexpr const char* linkNamespace = "http://www.w3.org/1999/xlink";
 
-constexpr std::size_t mostSigns = 20000; // beyond, sources are not worth the memory
+constexpr std::size_t mostSigns = 60000;  // beyond, sources are not worth the memory
+constexpr std::size_t mostDrawn = 400000; // each has three points or more, a shape a million
 constexpr int signRed = 0x5a;
 constexpr int signAlpha = 4;
 
@@ -76,10 +81,16 @@ public:
 
     DrawingDocument prepare() {
         addNamespaces();
+        mendFaults(m_root);
         const Cascade cascade(m_root);
         bridgeRendererGaps(m_root, cascade);
         replaceTexts(m_root, cascade, &m_result.notes);
         forEachElement(m_root, [&](xmlNode* node) { prepareElement(node, cascade); });
+        if (m_drawn > mostDrawn) {
+            throw DrawingError{"the drawing has " + std::to_string(m_drawn) +
+                                   " painted elements, too many for a shape of a million points",
+                               "split it in a drawing program"};
+        }
         if (!m_patterns.empty()) {
             simplifyTiles();
         }
@@ -149,6 +160,7 @@ private:
     }
 
     void prepareElement(xmlNode* node, const Cascade& cascade) {
+        m_drawn += isDrawn(node) ? 1U : 0U;
         if (isOneOf(node, {"image", "feImage"})) {
             removeAttribute(node, "href"); // as data it may be longer than the renderer takes
             m_pictures += isNamed(node, "image") ? 1U : 0U;
@@ -156,13 +168,78 @@ private:
             ++m_foreign;
         } else if (isNamed(node, "pattern") && xmlFirstElementChild(node) != nullptr) {
             m_patterns.push_back(node);
-        } else if (isOneOf(node, {"clipPath", "mask", "symbol"}) ||
-                   (node != m_root && isNamed(node, "svg"))) {
+        } else if (isNamed(node, "clipPath")) {
+            m_result.clips = true;
+            openBoxClip(node);
+        } else if (isOneOf(node, {"mask", "symbol"}) || (node != m_root && isNamed(node, "svg"))) {
             m_result.clips = true;
         }
-        if (isTransparent(node, cascade)) {
+        if ((isTransparent(node, cascade) && !isInside(node, "clipPath")) ||
+            isBlanked(node, cascade)) {
             hideElement(node);
         }
+    }
+
+    static bool isInside(const xmlNode* node, const char* name) {
+        while (node != nullptr && isElement(node) && !isNamed(node, name)) {
+            node = node->parent;
+        }
+        return node != nullptr && isElement(node);
+    }
+
+    /// The turned recording loses what is clipped in parts of a box, so such a clip hides nothing.
+    void openBoxClip(xmlNode* clip) {
+        if (attributeOf(clip, "clipPathUnits") != "objectBoundingBox" ||
+            xmlFirstElementChild(clip) == nullptr) {
+            return;
+        }
+        removeAttribute(clip, "clipPathUnits");
+        removeAttribute(clip, "transform");
+        setAttribute(addChild(clip, "path"), "d", "M-1e5-1e5H1e5V1e5H-1e5z");
+    }
+
+    /// Whether a filter or a mask leaves nothing: one that is empty, or has no size.
+    bool isBlanked(const xmlNode* node, const Cascade& cascade) {
+        for (const char* const property : {"filter", "mask"}) {
+            const std::string value = cascade.declared(node, property).value_or("");
+            const std::size_t mark = value.find("url(");
+            const std::size_t end = value.find(')', mark);
+            if (mark != 0 || end == std::string::npos || !trimmed(value.substr(end + 1)).empty()) {
+                continue;
+            }
+            std::string name = value.substr(4, end - 4);
+            name.erase(std::remove_if(name.begin(), name.end(),
+                                      [](char c) { return c == '"' || c == '\'' || c == ' '; }),
+                       name.end());
+            if (const auto found = identified().find(name); found != m_identified.end() &&
+                                                            isNamed(found->second, property) &&
+                                                            isVoid(found->second)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    static bool isVoid(const xmlNode* effect) {
+        const auto none = [effect](const char* side) {
+            const auto length = attributeOf(effect, side);
+            return length && lengthOf(*length, 1, 1) == 0;
+        };
+        return (xmlChildElementCount(const_cast<xmlNode*>(effect)) == 0 && // NOLINT
+                !attributeOf(effect, "href")) ||
+               none("width") || none("height");
+    }
+
+    /// The elements by "#" and their identifiers.
+    const std::map<std::string, const xmlNode*, std::less<>>& identified() {
+        if (m_identified.empty()) {
+            forEachElement(m_root, [this](const xmlNode* node) {
+                if (const auto id = attributeOf(node, "id")) {
+                    m_identified.emplace("#" + *id, node);
+                }
+            });
+        }
+        return m_identified;
     }
 
     /// What a pattern repeats is no outline, and the recording may fail on it; so only its being
@@ -242,7 +319,9 @@ private:
     XmlTree m_tree;
     xmlNode* m_root;
     DrawingDocument m_result;
+    std::map<std::string, const xmlNode*, std::less<>> m_identified;
     std::vector<xmlNode*> m_patterns; // those with tiles of their own
+    std::size_t m_drawn = 0;
     std::size_t m_pictures = 0;
     std::size_t m_foreign = 0;
 };

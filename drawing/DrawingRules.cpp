@@ -106,8 +106,9 @@ private:
             (!stroked && isFlat(curve, flatness * m_longer))) {
             return false; // paints nothing
         }
-        if (box.right < 0 || box.bottom < 0 || box.left > m_page->width ||
-            box.top > m_page->height) {
+        const double slack = meeting * m_longer; // what touches the page stays
+        if (box.right < -slack || box.bottom < -slack || box.left > m_page->width + slack ||
+            box.top > m_page->height + slack) {
             ++m_outside;
             return false;
         }

@@ -4,6 +4,7 @@
 #include <pango/pangoft2.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <iterator>
 #include <strings.h>
@@ -253,9 +254,28 @@ FontMetrics FontShaper::metricsOf(const FontChoice& font) {
     metrics.xHeight = length(HB_OT_METRICS_TAG_X_HEIGHT, metrics.xHeight);
     metrics.lineThickness = length(HB_OT_METRICS_TAG_UNDERLINE_SIZE, metrics.lineThickness);
     metrics.underline = -length(HB_OT_METRICS_TAG_UNDERLINE_OFFSET, -metrics.underline);
-    metrics.strikeThickness = length(HB_OT_METRICS_TAG_STRIKEOUT_SIZE, metrics.strikeThickness);
     metrics.strike = length(HB_OT_METRICS_TAG_STRIKEOUT_OFFSET, metrics.strike);
+    metrics.subscript = length(HB_OT_METRICS_TAG_SUBSCRIPT_EM_Y_OFFSET, metrics.subscript);
+    metrics.superscript = length(HB_OT_METRICS_TAG_SUPERSCRIPT_EM_Y_OFFSET, metrics.superscript);
     return metrics;
+}
+
+bool FontShaper::hasSmallCapitals(const FontChoice& font) {
+    const std::unique_ptr<PangoFont, Unref<PangoFont>> loaded(pango_font_map_load_font(
+        m_libraries->map.get(), m_libraries->context.get(), descriptionOf(font).get()));
+    if (loaded == nullptr) {
+        return false;
+    }
+    constexpr hb_tag_t smallCapitals = HB_TAG('s', 'm', 'c', 'p');
+    hb_face_t* const face = hb_font_get_face(pango_font_get_hb_font(loaded.get()));
+    std::array<hb_tag_t, 64> tags{};
+    for (unsigned from = 0, count = tags.size(); count == tags.size(); from += count) {
+        hb_ot_layout_table_get_feature_tags(face, HB_OT_TAG_GSUB, from, &count, tags.data());
+        if (std::find(tags.begin(), tags.begin() + count, smallCapitals) != tags.begin() + count) {
+            return true;
+        }
+    }
+    return false;
 }
 
 std::vector<std::string> FontShaper::families() {

@@ -32,9 +32,10 @@ struct FontMetrics {
     double descent = 0.2;
     double xHeight = 0.5;
     double lineThickness = 0.05;
-    double underline = -0.1; ///< middle of the line
-    double strikeThickness = 0.05;
-    double strike = 0.25; ///< middle of the line
+    double underline = -0.1;  ///< middle of the line
+    double strike = 0.25;     ///< middle of the line
+    double subscript = 0.2;   ///< how far below the line
+    double superscript = 0.4; ///< how far above
 };
 
 /// Letters that stand or fall together, for a font of size 1 at the pen, y downwards.
@@ -69,6 +70,8 @@ public:
     [[nodiscard]] std::vector<ShapedCluster>
     shape(const std::string& text, const std::vector<FontRun>& runs, Direction direction);
     [[nodiscard]] FontMetrics metricsOf(const FontChoice& font);
+    /// Whether the font draws small capitals itself.
+    [[nodiscard]] bool hasSmallCapitals(const FontChoice& font);
     /// The families that are installed, and the names that stand for one of them; in no order.
     [[nodiscard]] std::vector<std::string> families();
     /// Whether a font of the first family is installed by this name.

@@ -45,15 +45,21 @@ void limit(__rlimit_resource resource, std::size_t value) {
     static_cast<void>(setrlimit(resource, &both));
 }
 
-std::size_t mappedBytes() {
-    std::size_t pages = 0;
+/// Addresses that the copy may use. What it holds from its caller counts as used, with what it will
+/// hold of the libraries, unless that is more than half of its room.
+std::size_t addressesFor(std::size_t memory) {
+    std::size_t mapped = 0;
+    std::size_t held = 0;
     if (std::FILE* const file = std::fopen("/proc/self/statm", "re")) {
-        if (std::fscanf(file, "%zu", &pages) != 1) { // NOLINT(cert-err34-c): the kernel's own text
-            pages = 0;
+        // NOLINTNEXTLINE(cert-err34-c): the kernel's own text
+        if (std::fscanf(file, "%zu %zu", &mapped, &held) != 2) {
+            mapped = held = 0;
         }
         static_cast<void>(std::fclose(file));
     }
-    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    constexpr std::size_t libraries = std::size_t{24} << 20;
+    return mapped * page + memory - std::min(held * page + libraries, memory / 2);
 }
 
 void limitThisProcess(const ProcessLimits& limits) {
@@ -61,7 +67,7 @@ void limitThisProcess(const ProcessLimits& limits) {
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_CPU, static_cast<std::size_t>(std::ceil(limits.seconds)) + 1);
     if (!sanitized) { // a sanitizer's shadow alone is terabytes of addresses
-        limit(RLIMIT_AS, mappedBytes() + limits.memory);
+        limit(RLIMIT_AS, addressesFor(limits.memory));
     }
     for (const int signal : {SIGINT, SIGTERM, SIGPIPE, SIGABRT, SIGSEGV, SIGTRAP}) {
         std::signal(signal, SIG_DFL);

@@ -8,7 +8,7 @@ namespace orbel {
 
 struct ProcessLimits {
     double seconds = 10.0;                            ///< by the clock on the wall
-    std::size_t memory = std::size_t{1} << 30;        ///< bytes, beyond what the caller has mapped
+    std::size_t memory = std::size_t{1} << 30;        ///< bytes, with what the caller holds
     std::size_t answerBytes = std::size_t{256} << 20; ///< a longer answer is none
     std::function<bool()> stopped; ///< asked many times a second; true ends the work. May be empty
 };

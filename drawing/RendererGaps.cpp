@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 #include <new>
 #include <vector>
 
@@ -99,6 +100,7 @@ public:
             setAttribute(m_root, "font-size", "16");
         }
         const Conditions conditions;
+        std::vector<xmlNode*> moved;
         std::vector<xmlNode*> resized;
         forEachElement(m_root, [&](xmlNode* node) {
             if (isNamed(node, "switch")) {
@@ -106,6 +108,12 @@ public:
             }
             conditions.settle(node);
             turnAboutOrigin(node);
+            if (isNamed(node, "symbol")) {
+                noteTransform(node);
+            }
+            if (isNamed(node, "use")) {
+                moved.push_back(node);
+            }
             if (isNamed(node, "path")) {
                 takeStatedPath(node);
             } else if (isNamed(node, "use") &&
@@ -113,12 +121,23 @@ public:
                 resized.push_back(node);
             }
         });
+        for (xmlNode* const use : moved) {
+            moveUsed(use);
+        }
         for (xmlNode* const use : resized) {
             resizeUsed(use);
         }
     }
 
 private:
+    void noteTransform(const xmlNode* symbol) {
+        const auto id = attributeOf(symbol, "id");
+        const auto transform = m_cascade.declared(symbol, "transform");
+        if (id && transform) {
+            m_transforms.emplace("#" + *id, *transform);
+        }
+    }
+
     /// d: path("M0 0h5")
     void takeStatedPath(xmlNode* node) const {
         const auto stated = m_cascade.declared(node, "d");
@@ -156,13 +175,18 @@ private:
         const std::string kind = m_cascade.declared(node, "transform-box").value_or("");
         const bool own = kind == "fill-box" || kind == "stroke-box" || kind == "border-box" ||
                          kind == "content-box";
-        if (!origin && !own) {
+        const auto attribute = attributeOf(node, "transform");
+        const bool sheet = attribute != transform; // a style sheet's or attribute's own
+        if (!origin && !own && !sheet) {
             return;
         }
         const OutlineBox box = referenceBox(node, own);
         const double width = box.right - box.left;
         const double height = box.bottom - box.top;
-        const auto matrix = cssTransform(*transform, usualFontSize, width, height);
+        auto matrix = cssTransform(*transform, usualFontSize, width, height, sheet);
+        if (!matrix && sheet) {
+            matrix = cssTransform(attribute.value_or("none"), usualFontSize, width, height, false);
+        }
         if (!matrix) {
             return;
         }
@@ -180,6 +204,32 @@ private:
         removeAttribute(node, "transform");
         // The renderer reads no "!important" here.
         setAttribute(node, "style", attributeOf(node, "style").value_or("") + ";transform:" + text);
+    }
+
+    /// The renderer does not heed the transforms of symbols, so the use gets them.
+    void moveUsed(xmlNode* use) {
+        const std::string link = attributeOf(use, "href").value_or("");
+        const auto symbol = m_transforms.find(link);
+        if (symbol == m_transforms.end()) {
+            return;
+        }
+        const Viewport viewport = viewportOf(use);
+        const auto read = [&](const std::string& text) {
+            return cssTransform(text, usualFontSize, viewport.width, viewport.height, false);
+        };
+        const auto own = read(m_cascade.declared(use, "transform").value_or("none"));
+        const auto symbols = read(symbol->second);
+        if (!own || !symbols) {
+            return;
+        }
+        const auto place = [&](const char* name, double whole) {
+            return lengthOf(attributeOf(use, name).value_or("0"), usualFontSize, whole);
+        };
+        const PlaneTransform moved{
+            1, 0, 0, 1, place("x", viewport.width), place("y", viewport.height)};
+        removeAttribute(use, "x");
+        removeAttribute(use, "y");
+        writeTransform(combined(combined(*own, moved), *symbols), use);
     }
 
     /// The renderer heeds the size for symbols alone, so the use gets an svg of its own.
@@ -211,6 +261,7 @@ private:
 
     xmlNode* m_root;
     const Cascade& m_cascade;
+    std::map<std::string, std::string> m_transforms; // of symbols, by "#" and their identifiers
     std::size_t m_copies = 0;
     std::size_t m_measured = 0;
 };

@@ -200,6 +200,9 @@ std::optional<std::vector<PaintedPath>> SvgRecorder::Handle::recordTurned(double
     const RsvgRectangle page{0, 0, width, height};
     GError* error = nullptr;
     if (rsvg_handle_render_document(handle, context.get(), &page, &error) == FALSE) {
+        if (error != nullptr && std::strstr(error->message, "NoMemory") != nullptr) {
+            throw std::bad_alloc();
+        }
         throw DrawingError{"the drawing cannot be followed: " + textOf(error),
                            "convert what it repeats to paths in a drawing program"};
     }

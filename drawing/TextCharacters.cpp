@@ -1,5 +1,7 @@
 #include "drawing/TextCharacters.h"
 
+#include "drawing/RendererGaps.h"
+
 #include <glib.h>
 
 #include <algorithm>
@@ -38,6 +40,9 @@ private:
             return;
         }
         if (nameOf(element) == "textPath") {
+            if (!isNamed(element->parent, "text")) {
+                return;
+            }
             path = element;
         }
         const std::size_t span = m_spans.size();
@@ -45,16 +50,32 @@ private:
         const bool preserve = m_styles->of(element).preserve;
         for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
             const bool text = child->type == XML_TEXT_NODE || child->type == XML_CDATA_SECTION_NODE;
-            if (text && child->content != nullptr) {
+            if (text && child->content != nullptr && !isNamed(element, "tref")) {
                 const std::string letters = inCase(m_styles->of(element).letterCase,
                                                    reinterpret_cast<const char*>(child->content));
                 addText(letters.c_str(), element, path, preserve);
             } else if (isNamed(child, "tspan") || isNamed(child, "textPath") ||
-                       isNamed(child, "a")) {
+                       isNamed(child, "a") || isNamed(child, "tref")) {
                 enter(child, path);
             }
         }
+        if (isNamed(element, "tref")) {
+            addReferred(element, path);
+        }
         m_spans[span].end = m_characters.size();
+    }
+
+    /// Older drawings repeat the text of another element.
+    void addReferred(const xmlNode* element, const xmlNode* path) {
+        const std::string link = attributeOf(element, "href").value_or("");
+        const xmlNode* const target =
+            link.starts_with("#") ? elementById(xmlDocGetRootElement(element->doc), link.substr(1))
+                                  : nullptr;
+        if (target != nullptr) {
+            const TextStyle& style = m_styles->of(element);
+            addText(inCase(style.letterCase, plainText(target).c_str()).c_str(), element, path,
+                    style.preserve);
+        }
     }
 
     static std::string inCase(const std::string& wanted, const char* text) {

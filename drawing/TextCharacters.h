@@ -17,7 +17,8 @@ struct TextCharacter {
     std::optional<double> y;
     double dx = 0.0;
     double dy = 0.0;
-    double rotate = 0.0; ///< degrees
+    double rotate = 0.0;       ///< degrees
+    bool smallCapital = false; ///< a capital in place of a small letter
 };
 
 /// Width and height of what percentages refer to.

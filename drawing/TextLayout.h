@@ -15,10 +15,12 @@ struct PlacedCluster {
     std::size_t character = 0;
     double x = 0.0;
     double y = 0.0;
-    double advance = 0.0; ///< with all spacing
-    double stretch = 1.0; ///< across
-    double turn = 0.0;    ///< radians
-    double raise = 0.0;
+    double advance = 0.0;  ///< with all spacing
+    double stretch = 1.0;  ///< across
+    double scale = 1.0;    ///< of the font's size
+    double turn = 0.0;     ///< radians
+    double line = 0.0;     ///< direction of the line, radians
+    double raise = 0.0;    ///< across the line
     bool sideways = false; ///< lies on its side in vertical text
     bool upright = false;
     bool hidden = false;              ///< beyond the ends of its path

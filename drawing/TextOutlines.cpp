@@ -161,7 +161,12 @@ private:
     void addPath(const xmlNode* element, std::vector<PlacedCluster> clusters) {
         const TextStyle& style = m_styles->of(element);
         PathData data;
-        addLines(style, clusters, &data);
+        if (style.underline) {
+            addLines(style, clusters, Line::Under, &data);
+        }
+        if (style.overline) {
+            addLines(style, clusters, Line::Over, &data);
+        }
         for (PlacedCluster& cluster : clusters) {
             for (OutlineCurve& curve : cluster.curves) {
                 if (!cluster.hidden) {
@@ -169,6 +174,9 @@ private:
                     data.add(curve);
                 }
             }
+        }
+        if (style.strike) {
+            addLines(style, clusters, Line::Through, &data);
         }
         xmlNode* const path = xmlNewChild(m_group, m_text->ns, xmlChars("path"), nullptr);
         setAttribute(path, "d", data.text());
@@ -179,42 +187,65 @@ private:
         const double turn = cluster.turn + (cluster.sideways ? std::numbers::pi / 2 : 0);
         const double c = std::cos(turn);
         const double s = std::sin(turn);
-        const double wide = size * cluster.stretch;
+        const double high = size * cluster.scale;
+        const double wide = high * cluster.stretch;
         const double up = cluster.upright ? 0.0 : cluster.raise;
-        return {c * wide, -s * size, s * wide, c * size, cluster.x + s * up, cluster.y - c * up};
+        return {c * wide,
+                -s * high,
+                s * wide,
+                c * high,
+                cluster.x + std::sin(cluster.line) * up,
+                cluster.y - std::cos(cluster.line) * up};
     }
 
-    /// Lines under, over and through the letters, one for every stretch without a gap.
-    void addLines(const TextStyle& style, const std::vector<PlacedCluster>& clusters,
+    enum class Line { Under, Over, Through };
+
+    /// Where a line stands above the baseline; beside vertical text, left and right of it.
+    [[nodiscard]] static double heightOf(Line line, const FontMetrics& metrics, bool vertical) {
+        switch (line) {
+        case Line::Under:
+            return vertical ? -metrics.descent : metrics.underline;
+        case Line::Over:
+            return metrics.ascent;
+        case Line::Through:
+            break;
+        }
+        return vertical ? (metrics.ascent - metrics.descent) / 2 : metrics.strike;
+    }
+
+    /// Lines under, over or through the letters, one for every stretch without a gap.
+    void addLines(const TextStyle& style, const std::vector<PlacedCluster>& clusters, Line line,
                   PathData* data) {
-        if (!(style.underline || style.overline || style.strike) || style.vertical) {
+        if (style.size <= 0) {
             return;
         }
         const FontMetrics metrics = m_shaper->metricsOf(style.font);
+        const bool vertical =
+            style.vertical && m_layout.characters[clusters.front().character].path == nullptr;
+        const double above = heightOf(line, metrics, vertical);
         for (auto from = clusters.begin(); from != clusters.end();) {
             auto to = from + 1;
-            double right = from->x + from->advance;
-            while (to != clusters.end() && from->turn == 0 && to->turn == 0 && to->y == from->y &&
-                   std::abs(to->x - right) < 1e-3 * style.size) {
-                right = to->x + to->advance;
+            double length = from->advance;
+            const auto follows = [&](const PlacedCluster& next) {
+                const double along = vertical ? next.y - from->y : next.x - from->x;
+                const double aside = vertical ? next.x - from->x : next.y - from->y;
+                return from->line == next.line && from->turn == 0 && next.turn == 0 && aside == 0 &&
+                       std::abs(along - length) < 1e-3 * style.size;
+            };
+            while (to != clusters.end() && follows(*to)) {
+                length += to->advance;
                 ++to;
             }
-            const auto line = [&](double above, double thickness) {
-                OutlineCurve curve =
-                    bar(0, -(above + thickness / 2), (right - from->x) / style.size, thickness);
-                PlacedCluster plain = *from;
-                plain.stretch = 1.0;
+            OutlineCurve curve = bar(0, -(above + metrics.lineThickness / 2), length / style.size,
+                                     metrics.lineThickness);
+            PlacedCluster plain = *from;
+            plain.stretch = 1.0;
+            plain.scale = 1.0;
+            plain.sideways = vertical;
+            plain.upright = false;
+            if (!from->hidden) {
                 transformCurve(transformOf(plain, style.size), &curve);
                 data->add(curve);
-            };
-            if (style.underline) {
-                line(metrics.underline, metrics.lineThickness);
-            }
-            if (style.overline) {
-                line(metrics.ascent, metrics.lineThickness);
-            }
-            if (style.strike) {
-                line(metrics.strike, metrics.strikeThickness);
             }
             from = to;
         }

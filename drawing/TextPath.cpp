@@ -77,15 +77,6 @@ TextPath::Station TextPath::at(double distance) const {
     return {between(a, b, t), std::atan2(b.y - a.y, b.x - a.x)};
 }
 
-void TextPath::reverse() {
-    const double whole = length();
-    std::reverse(m_points.begin(), m_points.end());
-    std::reverse(m_lengths.begin(), m_lengths.end());
-    for (double& distance : m_lengths) {
-        distance = whole - distance;
-    }
-}
-
 std::vector<OutlineCurve> outlinesOfShape(const xmlNode* element, const Viewport& viewport,
                                           bool moved) {
     const std::string copy = elementText(element, moved);

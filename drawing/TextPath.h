@@ -18,9 +18,6 @@ public:
     /// The sub-paths one after the other.
     explicit TextPath(const std::vector<OutlineCurve>& curves);
 
-    /// Runs the other way, so that letters stand on the other side.
-    void reverse();
-
     [[nodiscard]] double length() const { return m_lengths.empty() ? 0.0 : m_lengths.back(); }
     /// False before the start and beyond the end.
     [[nodiscard]] bool holds(double distance) const {

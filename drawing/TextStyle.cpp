@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -47,13 +48,14 @@ double unitIn(std::string_view unit, double em, double whole) {
 }
 
 std::optional<double> namedSize(std::string_view name, double parentSize) {
-    constexpr std::array<std::pair<std::string_view, double>, 7> sizes{{{"xx-small", 9.6},
-                                                                        {"x-small", 12},
-                                                                        {"small", 14.222},
+    constexpr std::array<std::pair<std::string_view, double>, 8> sizes{{{"xx-small", 9},
+                                                                        {"x-small", 10},
+                                                                        {"small", 13},
                                                                         {"medium", 16},
-                                                                        {"large", 19.2},
+                                                                        {"large", 18},
                                                                         {"x-large", 24},
-                                                                        {"xx-large", 32}}};
+                                                                        {"xx-large", 32},
+                                                                        {"xxx-large", 48}}};
     for (const auto& [known, pixels] : sizes) {
         if (known == name) {
             return pixels;
@@ -118,8 +120,33 @@ std::string familiesOf(std::string_view text) {
     return generic ? result : result + (result.empty() ? "" : ",") + usualFamily;
 }
 
-void addFeature(const char* feature, FontChoice* font) {
+void addFeature(std::string_view feature, FontChoice* font) {
     font->features.append(font->features.empty() ? "" : ", ").append(feature);
+}
+
+/// Features as style sheets name them: "smcp", 'kern' 0, "liga" off.
+void addFeatures(std::string_view list, FontChoice* font) {
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(','), list.size());
+        const std::string_view one = trimmed(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+        constexpr std::size_t length = 4; // of a tag, without its quotes
+        if (one.size() < length + 2 || (one.front() != '"' && one.front() != '\'') ||
+            one[length + 1] != one.front()) {
+            continue;
+        }
+        const std::string_view value = trimmed(one.substr(length + 2));
+        const bool off = value == "off" || value == "0";
+        addFeature(std::string(one.substr(1, length)) + (off ? " 0" : " 1"), font);
+    }
+}
+
+bool isPartOfText(const xmlNode* node) {
+    return isNamed(node, "tspan") || isNamed(node, "textPath") || isNamed(node, "tref");
+}
+
+bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+    return std::find(words.begin(), words.end(), word) != words.end();
 }
 
 } // namespace
@@ -166,7 +193,26 @@ const TextStyle& TextStyles::of(const xmlNode* node) {
     return m_known.emplace(node, std::move(style)).first->second;
 }
 
-void TextStyles::readFont(const xmlNode* node, double parentSize, TextStyle* style) const {
+// NOLINTNEXTLINE(misc-no-recursion): asks for the outermost element alone
+double TextStyles::sizeOf(const std::string& text, const xmlNode* node, double parentSize) {
+    constexpr double usualSize = 16.0;
+    if (const auto named = namedSize(text, parentSize)) {
+        return *named;
+    }
+    std::string_view rest = trimmed(text);
+    const std::optional<double> number = takeNumber(&rest);
+    if (!number || *number < 0) {
+        return parentSize;
+    }
+    if (rest == "rem") {
+        const xmlNode* const root = xmlDocGetRootElement(node->doc);
+        return *number * (node == root ? usualSize : of(root).size);
+    }
+    return lengthOf(text, parentSize, parentSize);
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): asks for the outermost element alone
+void TextStyles::readFont(const xmlNode* node, double parentSize, TextStyle* style) {
     const auto stated = [&](const char* property) -> std::optional<std::string> {
         auto value = m_cascade.declared(node, property);
         return value && *value != "inherit" ? std::move(value) : std::nullopt;
@@ -178,8 +224,7 @@ void TextStyles::readFont(const xmlNode* node, double parentSize, TextStyle* sty
         style->font.family = familiesOf(*family);
     }
     if (const auto size = stated("font-size")) {
-        style->size =
-            namedSize(*size, parentSize).value_or(lengthOf(*size, parentSize, parentSize));
+        style->size = sizeOf(*size, node, parentSize);
     }
     style->size = std::min(style->size, largestSize);
     if (const auto weight = stated("font-weight")) {
@@ -192,11 +237,21 @@ void TextStyles::readFont(const xmlNode* node, double parentSize, TextStyle* sty
         style->font.italic = *slant == "italic";
         style->font.oblique = slant->starts_with("oblique");
     }
-    if (const auto variant = stated("font-variant")) {
-        style->font.smallCaps = variant->find("small-caps") != std::string::npos;
+    for (const char* const property : {"font-variant", "font-variant-caps"}) {
+        if (const auto variant = stated(property)) {
+            style->font.smallCaps = variant->find("small-caps") != std::string::npos;
+        }
     }
-    if (stated("font-kerning") == "none" || stated("kerning") == "0") {
+    // "font-kerning" is a property of style sheets alone.
+    const bool kerns = attributeOf(node, "font-kerning") || stated("font-kerning") != "none";
+    if (!kerns || stated("kerning") == "0") {
         addFeature("kern 0", &style->font);
+    }
+    if (stated("font-variant-ligatures") == "none") {
+        addFeature("liga 0, clig 0", &style->font);
+    }
+    if (const auto features = stated("font-feature-settings")) {
+        addFeatures(*features, &style->font);
     }
     if (const auto language = attributeOf(node, "lang")) {
         style->font.language = *language;
@@ -239,11 +294,6 @@ void TextStyles::readPlace(const xmlNode* node, TextStyle* style) const {
     if (const std::string spacing = stated("word-spacing"); !spacing.empty()) {
         style->wordSpacing = lengthOf(spacing, style->size, style->size);
     }
-    if (const std::string shift = stated("baseline-shift"); !shift.empty()) {
-        style->raise += shift == "sub"     ? -0.2 * style->size
-                        : shift == "super" ? 0.4 * style->size
-                                           : lengthOf(shift, style->size, style->size);
-    }
     if (const std::string anchor = stated("text-anchor"); !anchor.empty()) {
         style->anchor = anchor == "middle" ? TextStyle::Anchor::Middle
                         : anchor == "end"  ? TextStyle::Anchor::End
@@ -258,13 +308,13 @@ void TextStyles::readPlace(const xmlNode* node, TextStyle* style) const {
     if (const std::string letters = stated("text-transform"); !letters.empty()) {
         style->letterCase = letters;
     }
-    if (const std::string mode = stated("writing-mode"); !mode.empty()) {
+    if (const std::string mode = stated("writing-mode"); !mode.empty() && !isPartOfText(node)) {
         style->vertical = mode.starts_with("tb") || mode.starts_with("vertical");
     }
-    if (const std::string baseline = stated("dominant-baseline"); !baseline.empty()) {
-        style->dominantBaseline = baseline;
+    if (const std::string orientation = stated("text-orientation"); !orientation.empty()) {
+        style->orientation = orientation;
     }
-    style->alignmentBaseline = stated("alignment-baseline");
+    readBaseline(node, style);
     if (const auto space = attributeOf(node, "space")) {
         style->preserve = *space == "preserve";
     }
@@ -275,6 +325,30 @@ void TextStyles::readPlace(const xmlNode* node, TextStyle* style) const {
     style->underline = style->underline || lines.find("underline") != std::string::npos;
     style->overline = style->overline || lines.find("overline") != std::string::npos;
     style->strike = style->strike || lines.find("line-through") != std::string::npos;
+}
+
+/// Words that browsers do not know change nothing. A shift is of text alone, and adds to those
+/// around it.
+void TextStyles::readBaseline(const xmlNode* node, TextStyle* style) const {
+    const std::string dominant = m_cascade.declared(node, "dominant-baseline").value_or("");
+    if (isOneOf(dominant,
+                {"auto", "use-script", "reset-size", "ideographic", "alphabetic", "hanging",
+                 "mathematical", "central", "middle", "text-after-edge", "text-before-edge"})) {
+        style->dominantBaseline = dominant;
+    }
+    const std::string aligned = m_cascade.declared(node, "alignment-baseline").value_or("");
+    if (isOneOf(aligned,
+                {"before-edge", "text-before-edge", "middle", "central", "after-edge",
+                 "text-after-edge", "ideographic", "alphabetic", "hanging", "mathematical"})) {
+        style->alignmentBaseline = aligned;
+    }
+    const std::string shift = m_cascade.declared(node, "baseline-shift").value_or("");
+    if (!isPartOfText(node) && !isNamed(node, "text") && !isNamed(node, "a")) {
+        return;
+    }
+    style->superscripts += shift == "super" ? 1 : 0;
+    style->subscripts += shift == "sub" ? 1 : 0;
+    style->raise += lengthOf(shift, style->size, style->size);
 }
 
 } // namespace orbel

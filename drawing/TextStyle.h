@@ -21,15 +21,18 @@ struct TextStyle {
     double size = 16.0;
     double letterSpacing = 0.0;
     double wordSpacing = 0.0;
-    double raise = 0.0; ///< of all baseline shifts, upwards
+    double raise = 0.0;   ///< of all baseline shifts, upwards
+    int superscripts = 0; ///< shifts by as much as the font says, upwards
+    int subscripts = 0;
     std::string dominantBaseline;
     std::string alignmentBaseline; ///< of the element alone
     Anchor anchor = Anchor::Start;
     bool rightToLeft = false;
     bool forcesDirection = false; ///< whatever the scripts
     bool vertical = false;
-    bool preserve = false;  ///< white space stays
-    std::string letterCase; ///< "uppercase", "lowercase", "capitalize", or as it is
+    std::string orientation; ///< of letters in vertical text: "upright", "sideways", or by script
+    bool preserve = false;   ///< white space stays
+    std::string letterCase;  ///< "uppercase", "lowercase", "capitalize", or as it is
     bool underline = false;
     bool overline = false;
     bool strike = false;
@@ -43,9 +46,11 @@ public:
     [[nodiscard]] const TextStyle& of(const xmlNode* node);
 
 private:
-    void readFont(const xmlNode* node, double parentSize, TextStyle* style) const;
+    void readFont(const xmlNode* node, double parentSize, TextStyle* style);
+    [[nodiscard]] double sizeOf(const std::string& text, const xmlNode* node, double parentSize);
     static void readShorthand(const std::string& text, double parentSize, TextStyle* style);
     void readPlace(const xmlNode* node, TextStyle* style) const;
+    void readBaseline(const xmlNode* node, TextStyle* style) const;
 
     const Cascade& m_cascade;
     std::map<const xmlNode*, TextStyle> m_known;

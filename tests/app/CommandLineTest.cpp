@@ -10,12 +10,15 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <sstream>
 
 namespace orbel::app {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 struct Output {
     int code;
@@ -56,6 +59,91 @@ TEST(CommandLine, refusesWhatItDoesNotKnow) {
         const Output output = orbelProgram(arguments);
         EXPECT_EQ(output.code, EXIT_BAD_INPUT);
         EXPECT_FALSE(output.err.empty());
+    }
+}
+
+// What is in range goes on to what is missing then.
+TEST(CommandLine, takesNumbersWithinTheirRanges) {
+    struct Row {
+        std::vector<const char*> command;
+        const char* option;
+        std::array<const char*, 2> ends;
+        std::array<const char*, 2> beyond;
+    };
+    const std::vector<const char*> render{"render", "none.json"};
+    const std::vector<const char*> submit{"farm", "submit", "none.json"};
+    const std::vector<const char*> resume{"farm", "resume", "none"};
+    const std::vector<const char*> verify{"farm", "verify", "none"};
+    const std::vector<const char*> import{"import", "none.svg", "-o", "/nowhere/out.svg"};
+    const std::vector<const char*> text{"text", "l", "-o", "/nowhere/out.svg"};
+    const Row rows[] = {
+        {render, "--threads", {"1", "1024"}, {"0", "1025"}},
+        {render, "--chunk", {"1", "1000000"}, {"0", "1000001"}},
+        {submit, "--chunk", {"1", "1000000"}, {"0", "1000001"}},
+        {submit, "--nodes", {"1", "100000"}, {"0", "100001"}},
+        {submit, "--threads", {"0", "1024"}, {"-1", "1025"}},
+        {resume, "--nodes", {"1", "100000"}, {"0", "100001"}},
+        {resume, "--threads", {"0", "1024"}, {"-1", "1025"}},
+        {verify, "--sample", {"0", "1000000"}, {"-1", "1000001"}},
+        {verify, "--threads", {"0", "1024"}, {"-1", "1025"}},
+        {import, "--smallest", {"0", "100"}, {"-0.1", "100.1"}},
+        {import, "--simplify", {"0", "1000000"}, {"-0.1", "1000001"}},
+        {import, "--seconds", {"0.1", "3600"}, {"0.05", "3601"}},
+        {text, "--size", {"1", "10000"}, {"0.9", "10001"}},
+        {text, "--width", {"1", "100000"}, {"0.9", "100001"}},
+        {text, "--line-height", {"0.1", "10"}, {"0.05", "10.5"}},
+    };
+    for (const Row& row : rows) {
+        const auto complaint = [&row](const char* value) {
+            std::vector<const char*> arguments = row.command;
+            arguments.insert(arguments.end(), {row.option, value});
+            const Output output = orbelProgram(arguments);
+            EXPECT_EQ(output.code, EXIT_BAD_INPUT) << row.option << ' ' << value << output.err;
+            return output.err;
+        };
+        for (const char* const value : row.ends) {
+            EXPECT_THAT(complaint(value), Not(HasSubstr("in range"))) << row.option << value;
+        }
+        for (const char* const value : row.beyond) {
+            EXPECT_THAT(complaint(value), StartsWith(std::string(row.option) + ": Value " + value))
+                << row.option << value;
+        }
+    }
+}
+
+TEST(CommandLine, takesTheWordsAndOptionsThatGoTogether) {
+    struct Row {
+        std::vector<const char*> arguments;
+        const char* complaint;
+    };
+    const char* const out = "/nowhere/out.svg";
+    const Row rows[] = {
+        {{"render", "none.json", "--progress", "xml"}, "--progress: xml not in {text,json}"},
+        {{"render", "none.json", "--progress", "json"}, ""},
+        {{"farm", "submit", "none.json", "--engine", "sge"}, "--engine: sge not in {slurm,local}"},
+        {{"farm", "submit", "none.json", "--engine", "local"}, ""},
+        {{"farm", "submit"}, "scene is required"},
+        {{"farm", "status"}, "job is required"},
+        {{"import", "none.svg"}, "--output is required"},
+        {{"import", "-o", out}, "drawings is required"},
+        {{"import", "none.svg", "-o", out, "--take", "all"}, R"("all" is none of both, fills, )"},
+        {{"import", "none.svg", "-o", out, "--order", "x"}, R"("x" is none of nearest, paint)"},
+        {{"import", "none.svg", "-o", out, "--closed", "x"}, R"("x" is none of all, keep, none)"},
+        {{"import", "none.svg", "-o", out, "--closed", "none", "--order", "paint"}, ""},
+        {{"text", "l"}, "--output is required"},
+        {{"text", "-o", out}, "text is required"},
+        {{"text", "l", "-o", out, "--align", "x"}, R"("x" is none of center, left, right)"},
+        {{"text", "l", "-o", out, "--align", "right", "--outline"}, ""},
+        {{"text", "l", "-o", out, "--single-stroke", "--outline"}, "excludes"},
+        {{"text", "l", "-o", out, "--hand", "cursive"}, "--hand requires --single-stroke"},
+        {{"check"}, "scene is required"},
+    };
+    for (const Row& row : rows) {
+        const Output output = orbelProgram(row.arguments);
+        EXPECT_EQ(output.code, EXIT_BAD_INPUT) << output.err;
+        const bool asked = output.err.find("Run with --help") != std::string::npos;
+        EXPECT_EQ(asked, *row.complaint != '\0') << output.err;
+        EXPECT_THAT(output.err, HasSubstr(row.complaint));
     }
 }
 

@@ -51,7 +51,7 @@ constexpr ShippedShape shapes[] = {
     {"Talk Square", 1, 0, 3, 0, 1, 55.8, 55.0, NONE},
     {"Tapered Flame", 2, 0, 3, 5, 2, 33.0, 26.7, 41.1},
     {"Target Lines", 3, 24, 0, 0, 3, 30.3, 26.7, 0},
-    {"Wild Splat", 10, 0, 0, 24, 10, 28.5, 6.8, 18.9},
+    {"Wild Splat", 9, 0, 0, 26, 9, 24.9, 8.1, 19.9},
     {"Wrinkled Petals", 6, 0, 5, 40, 6, 36.5, 6.1, 16.1},
 };
 

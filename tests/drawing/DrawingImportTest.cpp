@@ -105,6 +105,29 @@ TEST(DrawingImport, showsWhatABrowserShows) {
          R"(<rect width="7" height="7"/></switch>)",
          {{0, 0, 6, 6}}},
         {R"(<rect width="1em" height="2ex"/>)", {{0, 0, 16, 16}}},
+        {R"(<clipPath id="c" clipPathUnits="objectBoundingBox"><rect width=".5" height="1"/></clipPath>)"
+         R"(<rect clip-path='url(#c)' width="9" height="9"/><clipPath id="d"><rect opacity="0" )"
+         R"(width="5" height="5"/></clipPath><rect clip-path='url(#d)' width="8" height="9"/>)",
+         {{0, 0, 9, 9}, {0, 0, 8, 9}}},
+        {R"(<mask id="m"/><rect mask='url(#m)' width="9" height="9"/><filter id="f" width="0"><feFlood/>)"
+         R"(</filter><g filter='url(#f)'><rect width="9" height="9"/></g><rect width="7" height="9"/>)",
+         {{0, 0, 7, 9}}},
+        {R"(<polygon points="5 5-5 5.5.5,9e0"/><rect transform="translate(9" width="7" height="7"/>)",
+         {{-5, 5, 5, 9}, {0, 0, 7, 7}}},
+        {R"(<svg viewBox="0 0 9" preserveAspectRatio="middle" width="9" height="9"><rect width="9" height="8"/></svg>)",
+         {{0, 0, 9, 8}}},
+        {R"(<style type="text/x">rect{fill:none}</style><style>@media print{rect{fill:none}}@media screen{)"
+         R"(.a{fill:none}}</style><rect class="a" width="9" height="9"/><rect width="8" height="8"/>)",
+         {{0, 0, 8, 8}}},
+        {R"(<radialGradient id="g" r="0"><stop/></radialGradient><rect width="9" height="9" fill='url(#g)'/>)",
+         {{0, 0, 9, 9}}},
+        {R"(<symbol id="s" transform='scale(2)'><rect width="9" height="9"/></symbol><use style='transform:translate(0,9px)' )"
+         R"(xlink:href="#s" x="5"/>)",
+         {{5, 9, 23, 27}}},
+        {R"(<rect style='transform:translate(50%,0)' width="9" height="9"/>)"
+         R"(<rect style='transform:rotate(90)' transform='scale(2)' width="9" height="9"/>)"
+         R"(<rect style='transform:rotate(.25turn)' width="9" height="7"/>)",
+         {{50, 0, 59, 9}, {0, 0, 18, 18}, {-7, 0, 0, 9}}},
         {R"(<rect x="20" y="20" width="10" height="20" style="transform:rotate(90deg);)"
          R"(transform-box:fill-box;transform-origin:center"/>)",
          {{15, 25, 35, 35}}},
@@ -183,11 +206,11 @@ TEST(DrawingImport, placesTextLetterByLetter) {
     EXPECT_GT(onPath[0].right - onPath[0].left, onPath[0].bottom - onPath[0].top);
     const auto onShape = boxesOf(
         import(R"(<defs><line id="l" x1="90" y1="50" x2="10" y2="50" pathLength="2"/></defs><text )"
-               R"(font-size="10" font-family="DejaVu Sans"><textPath xlink:href="#l" side="right" )"
+               R"(font-size="10" font-family="DejaVu Sans"><textPath xlink:href="#l" )"
                R"(startOffset="1">l</textPath></text>)"));
     ASSERT_EQ(onShape.size(), 1U);
-    EXPECT_NEAR(onShape[0].bottom, 50, 0.1);
-    EXPECT_NEAR(onShape[0].left, 51, 0.5);
+    EXPECT_NEAR(onShape[0].top, 50, 0.1);
+    EXPECT_NEAR(onShape[0].right, 49, 0.5);
     EXPECT_EQ(leftEdges(plain + R"(x="1 50">e&#x301;l</text>)").back(), 8); // the mark took the 50
     EXPECT_GT(leftEdges(plain + R"(x="1" unicode-bidi="bidi-override" direction="rtl" )" +
                         R"(text-anchor="end">lo</text>)")
@@ -195,8 +218,94 @@ TEST(DrawingImport, placesTextLetterByLetter) {
               leftEdges(plain + R"(x="1">lo</text>)").front());
     EXPECT_THAT(leftEdges(R"(<style>path{fill:none}</style>)" + plain + R"(x="1">l</text>)"),
                 ElementsAre(2));
+    EXPECT_THAT(
+        leftEdges(plain + R"(x="1" textLength="93">ll<tspan x="1" y="90">ll</tspan></text>)"),
+        ElementsAre(2, 32, 2, 32)); // lines share the length
+    EXPECT_THAT(leftEdges(plain + R"(x="1">l<tspan textLength="40">ll</tspan>l</text>)"),
+                ElementsAre(2, 5, 42, 79));
+    EXPECT_THAT(leftEdges(plain + R"(x="50" dx="10" text-anchor="end">l</text>)"), ElementsAre(58));
+    EXPECT_THAT(
+        import(plain + R"(><tspan><textPath xlink:href="#p">l</textPath></tspan></text>)").shape,
+        testing::Eq(std::nullopt));
     EXPECT_THAT(import(plain + ">a<text>b</text></text>").shape->outlines.size(), 2U);
     EXPECT_THAT(import(plain + ">a&#x10FFFD;</text>").shape->notes.front(), HasSubstr("U+10FFFD"));
+}
+
+/// Boxes to a tenth, and what is noted.
+std::string pictured(const std::string& body) {
+    const Conversion conversion = import(body);
+    std::string text;
+    for (const Box& box : boxesOf(conversion)) {
+        for (const double side : {box.left, box.top, box.right, box.bottom}) {
+            char number[32];
+            std::snprintf(number, sizeof number, "%.1f ", std::round(side * 10) / 10 + 0.0);
+            text += number;
+        }
+        text.back() = ';';
+    }
+    for (const std::string& note :
+         conversion.shape ? conversion.shape->notes : std::vector{conversion.message}) {
+        text += note + ';';
+    }
+    return text;
+}
+
+TEST(DrawingImport, drawsLettersWithAllTheyWear) {
+    const std::string mono = "font-family='DejaVu Sans Mono' font-size='20' ";
+    const std::string sans = "font-family='DejaVu Sans' font-size='20' ";
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"<text " + mono + "x='10' y='40'>H</text>", "11.3 25.4 20.7 40.0;"},
+        {"<text " + mono + "x='10' y='40' rotate='90'>H</text>", "10.0 41.3 24.6 50.7;"},
+        {"<text " + mono + "x='10' y='40' baseline-shift='5'>H</text>", "11.3 20.4 20.7 35.0;"},
+        {"<text " + mono + "x='50' y='40' writing-mode='vertical-rl'>H</text>",
+         "43.1 41.3 57.7 50.7;"},
+        {"<text " + mono + "y='40' textLength='36' lengthAdjust='spacingAndGlyphs'>H</text>",
+         "4.0 25.4 32.0 40.0;"},
+        {"<text " + mono + "y='40' transform='translate(30 5)'>H</text>", "31.3 30.4 40.7 45.0;"},
+        {"<text " + mono + "y='40' text-decoration='underline'>HH</text>",
+         "0.0 40.0 24.1 40.8;1.3 25.4 10.7 40.0;13.4 25.4 22.7 40.0;"},
+        {"<text " + mono + "y='40' text-decoration='overline'>H</text>",
+         "0.0 21.0 12.0 21.9;1.3 25.4 10.7 40.0;"},
+        {"<text " + mono + "y='40' text-decoration='line-through' x='0 40'>HH</text>",
+         "0.0 34.3 12.0 35.3;40.0 34.3 52.0 35.3;1.3 25.4 10.7 40.0;41.3 25.4 50.7 40.0;"},
+        {"<text " + mono +
+             "y='40' text-decoration='underline' rotate='90' baseline-shift='5'>H</text>",
+         "4.2 40.0 5.0 52.0;5.0 41.3 19.6 50.7;"},
+        {"<text " + mono +
+             "y='40'>H<tspan opacity='0'>H</tspan><tspan fill='none'>H</tspan>H</text>",
+         "1.3 25.4 10.7 40.0;37.5 25.4 46.8 40.0;"},
+        {"<text " + mono +
+             "y='40' visibility='hidden'>H<tspan visibility='visible'>H</tspan></text>",
+         "13.4 25.4 22.7 40.0;"},
+        {"<text " + mono +
+             "y='40'>H<tspan font-family='DejaVu Sans' font-weight='bold'>I</tspan>"
+             "<tspan font-size='10'>H</tspan>H</text>",
+         "1.3 25.4 10.7 40.0;13.9 25.4 17.6 40.0;20.2 32.7 24.8 40.0;26.8 25.4 36.2 40.0;"},
+        {"<text " + sans + "y='40'>IVAI</text>",
+         "2.0 25.4 3.9 40.0;6.1 25.4 19.4 40.0;22.5 27.4 27.8 34.6;18.5 25.4 31.8 40.0;33.9 25.4 "
+         "35.9 40.0;"},
+        {"<text " + sans + "y='40' font-kerning='none'>IVAI</text>",
+         "2.0 25.4 3.9 40.0;6.1 25.4 19.4 40.0;23.7 27.4 29.1 34.6;19.7 25.4 33.1 40.0;35.2 25.4 "
+         "37.2 40.0;"},
+        {"<text " + sans + "y='40'>fi</text>", "0.5 24.8 10.7 40.0;8.9 24.8 10.7 27.1;"},
+        {"<text " + sans + "y='40' letter-spacing='1'>fi</text>",
+         "0.5 24.8 7.4 40.0;9.9 29.1 11.7 40.0;9.9 24.8 11.7 27.1;"},
+        {"<text " + sans + "x='50' y='40'>א</text>", "51.8 29.1 61.6 40.0;"},
+        {"<text font-family='None, Nor This' "
+         "y='40'>&#x10FFF0;&#x10FFF1;&#x10FFF2;&#x10FFF3;&#x10FFF4;&#x10FFF5;"
+         "&#x10FFF6;&#x10FFF7;</text><rect width='9' height='9'/>",
+         "0.0 0.0 9.0 9.0;not installed, so other fonts are used: None;no installed font has "
+         "U+10FFF0, U+10FFF1, U+10FFF2, U+10FFF3, U+10FFF4, U+10FFF5, U+10FFF6, U+10FFF7: left "
+         "out;"},
+        {"<text font-family='None, DejaVu Sans' "
+         "y='40'>&#x10FFF0;&#x10FFF1;&#x10FFF2;&#x10FFF3;&#x10FFF4;&#x10FFF5;"
+         "&#x10FFF6;&#x10FFF7;&#x10FFF8;</text><rect width='9' height='9'/>",
+         "0.0 0.0 9.0 9.0;no installed font has U+10FFF0, U+10FFF1, U+10FFF2, U+10FFF3, U+10FFF4, "
+         "U+10FFF5, U+10FFF6, U+10FFF7 and others: left out;"},
+    };
+    for (const auto& [body, picture] : cases) {
+        EXPECT_EQ(pictured(body), picture) << body;
+    }
 }
 
 std::string nested(int depth) {

@@ -56,6 +56,23 @@ TEST(Gunzip, refusesWhatIsDamagedOrTooLarge) {
               "the packed drawing becomes larger than 64 MiB");
 }
 
+TEST(Gunzip, doesNotWaitForTheEndOfABomb) {
+    z_stream stream{};
+    ASSERT_EQ(deflateInit2(&stream, 1, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY), Z_OK);
+    std::string bytes(std::size_t{4} << 20, '\0');
+    std::string blanks(std::size_t{1} << 20, ' ');
+    stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
+    stream.avail_out = static_cast<uInt>(bytes.size());
+    for (int i = 0; i < 512; ++i) {
+        stream.next_in = reinterpret_cast<Bytef*>(blanks.data());
+        stream.avail_in = static_cast<uInt>(blanks.size());
+        ASSERT_EQ(deflate(&stream, Z_NO_FLUSH), Z_OK);
+    }
+    bytes.resize(stream.total_out); // and never ended
+    deflateEnd(&stream);
+    EXPECT_EQ(importDrawing(bytes, {}).message, "the packed drawing becomes larger than 64 MiB");
+}
+
 TEST(Gunzip, letsPackedDrawingsBeImported) {
     const std::string drawing = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'>"
                                 "<path d='M1 1L8 2L4 7Z'/></svg>";

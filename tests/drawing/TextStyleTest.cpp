@@ -29,6 +29,8 @@ std::string told(const TextStyle& style) {
     tell("letters", style.letterSpacing, 0.0);
     tell("words", style.wordSpacing, 0.0);
     tell("raise", style.raise, 0.0);
+    tell("shifts", style.superscripts - style.subscripts, 0);
+    tell("baseline", style.dominantBaseline, "");
     tell("anchor", static_cast<int>(style.anchor), 0);
     tell("right to left", style.rightToLeft, false);
     tell("vertical", style.vertical, false);
@@ -48,11 +50,11 @@ TextStyle styleOf(const std::string& declarations) {
 
 TEST(TextStyle, sizesAreInUnitsNamedOrOfTheTextAround) {
     const std::pair<const char*, double> rows[] = {
-        {"8px", 8},        {"50%", 10},    {"2em", 40},          {"3ex", 30},
-        {"12pt", 16},      {"2pc", 32},    {"0.5in", 48},        {"12.7mm", 48},
-        {"2.54cm", 96},    {"+7", 7},      {"xx-small", 9.6},    {"x-small", 12},
-        {"small", 14.222}, {"medium", 16}, {"large", 19.2},      {"x-large", 24},
-        {"xx-large", 32},  {"larger", 24}, {"smaller", 20 / 1.2}};
+        {"8px", 8},      {"50%", 10},      {"2em", 40},    {"3ex", 30},           {"12pt", 16},
+        {"2pc", 32},     {"0.5in", 48},    {"12.7mm", 48}, {"2.54cm", 96},        {"+7", 7},
+        {"xx-small", 9}, {"x-small", 10},  {"small", 13},  {"medium", 16},        {"large", 18},
+        {"x-large", 24}, {"xx-large", 32}, {"larger", 24}, {"smaller", 20 / 1.2}, {"1.5rem", 30},
+        {"-3", 20},      {"tall", 20}};
     for (const auto& [size, expected] : rows) {
         EXPECT_DOUBLE_EQ(styleOf(std::string("font-size: ") + size).size, expected) << size;
     }
@@ -81,8 +83,11 @@ TEST(TextStyle, isWhatItsDeclarationsSay) {
          "size 24; family x,Times New Roman; oblique 1; capitals 1; "},
         {"letter-spacing: .1em", "letters 2; "},
         {"word-spacing: 15%", "words 3; "},
-        {"baseline-shift: sub", "raise -4; "},
-        {"baseline-shift: super", "raise 8; "},
+        {"baseline-shift: sub", "shifts -1; "},
+        {"baseline-shift: super", "shifts 1; "},
+        {"dominant-baseline: text-top", ""},
+        {"dominant-baseline: central", "baseline central; "},
+        {"font-feature-settings: \"liga\" off, \"c2sc\", smcp", "features liga 0, c2sc 1; "},
         {"baseline-shift: 25%", "raise 5; "},
         {"text-anchor: middle", "anchor 1; "},
         {"text-anchor: end", "anchor 2; "},

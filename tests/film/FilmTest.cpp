@@ -2,6 +2,7 @@
 
 #include "film/FrameOnDemand.h"
 #include "film/Profile.h"
+#include "film/RenderPipeline.h"
 #include "film/ShapeFolder.h"
 #include "media/MediaReader.h"
 #include "params/ParameterTable.h"
@@ -147,6 +148,41 @@ TEST(Film, drawsAnewWhatGaveWay) {
     callbacks.giveWay = [&] { return attempts % 2 == 0; };
     EXPECT_TRUE(film("anew") == plain);
     EXPECT_EQ(attempts, 3 + 3 * 2);
+}
+
+TEST(Film, tellsWhatStoppedIt) {
+    const MediaError fullDisk("out.mkv", "frame 12", "the disk is full", "free some room",
+                              MediaError::Passing);
+    const std::array<std::pair<std::function<void()>, Problem>, 3> failures{
+        {{[] { throw std::bad_alloc(); },
+          {"scene.json", "frame 6", "there is not enough memory", "render at a smaller size"}},
+         {[] { throw RenderError(7); },
+          {"scene.json", "frame 6", "the effect gave up with code 7", ""}},
+         {[&] { throw MediaError(fullDisk); },
+          {"out.mkv", "frame 12", "the disk is full", "free some room"}}}};
+    const TestFolder folder;
+    for (const auto& [fail, problem] : failures) {
+        for (const int threads : {1, 3}) {
+            FilmRequest request;
+            request.outputs.rawFolder = folder / "raw";
+            request.frames = FrameRange{4, 9};
+            request.threads = threads;
+            FilmCallbacks callbacks;
+            callbacks.beforeFrame = [&fail = fail, frame = 4]() mutable {
+                if (frame++ == 6) {
+                    fail();
+                }
+            };
+            ScenePlan plan = planned(starScene({40, 30}), request);
+            const FilmResult film = renderFilm(&plan, request, callbacks);
+            EXPECT_EQ(film.end, FilmEnd::Failed);
+            EXPECT_EQ(film.framesWritten, 2);
+            EXPECT_FALSE(film.outputFailed);
+            EXPECT_EQ(film.passing, problem.file == "out.mkv");
+            ASSERT_TRUE(film.problem.has_value());
+            EXPECT_EQ(sentence(*film.problem), sentence(problem));
+        }
+    }
 }
 
 TEST(Film, tellsWhatAFrameTakesOfEveryStage) {

@@ -109,7 +109,10 @@ TEST(ScalePicture, OneScalerServesPicturesOfEveryKind) {
         expectFlat(flat<std::uint16_t>(20, 10, {9000, 2000, 300, 65535}, false), 31, 17);
         expectFlat(flat<float>(20, 10, {0.5F, 0.25F, 0.125F, 0.5F}, true), 31, 17);
         expectFlat(flat<std::uint8_t>(9, 40, {200, 100, 50, 255}, false), 31, 17);
-        expectFlat(flat<std::uint8_t>(9, 40, {20, 10, 5, 255}, false), 3, 4);
+        for (const int width : {3, 5}) {
+            expectFlat(flat<std::uint8_t>(9, 40, {20, 10, 5, 255}, false), width, 4);
+            expectFlat(flat<std::uint8_t>(9, 40, {20, 10, 5, 255}, false), width, 7);
+        }
     }
 }
 

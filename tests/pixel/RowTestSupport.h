@@ -80,6 +80,20 @@ std::vector<Components<typename P::Component>> testPixels(unsigned seed) {
         pixels.insert(pixels.end(), more.begin(), more.end());
     }
     std::mt19937 engine(seed);
+    // Where modes part dark from light: half of the range, its neighbours and the ends, opaque.
+    using T = typename P::Component;
+    const auto whole = static_cast<T>(P::MAX_VALUE());
+    const auto half = static_cast<T>(halfRange<P>());
+    const T next = P::is32Bit() ? static_cast<T>(0.001) : T{1};
+    const std::array<T, 5> turns{T{0}, static_cast<T>(half - next), half,
+                                 static_cast<T>(half + next), whole};
+    for (int i = 0; i < 300; ++i) {
+        auto& pixel = pixels.emplace_back();
+        for (T& component : pixel) {
+            component = turns[engine() % turns.size()];
+        }
+        pixel[P::FORMAT::alpha] = whole;
+    }
     // Now and then runs of pixels of one alpha, which kernels may treat in a way of their own.
     for (std::size_t start = 0; start + 100 < pixels.size(); start += 200) {
         const auto alpha = pixels[start + engine() % 100][P::FORMAT::alpha];

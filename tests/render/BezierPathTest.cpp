@@ -89,6 +89,21 @@ TEST_F(BezierPath, theSearchDoublesOrHalvesUntilAChordFits) {
     }
 }
 
+// Beyond 100 the line begins: found too short at 81.92 and too long at 163.84, and halved from
+// there.
+TEST_F(BezierPath, theSearchNarrowsBetweenFarIncrements) {
+    std::vector<std::pair<double, double>> points(200, {0.0, 0.0});
+    for (std::size_t i = 101; i < points.size(); ++i) {
+        points[i].first = static_cast<double>(i) - 100;
+    }
+    FakeOutline outline = polyline(points, true);
+    BezierSampler sampler(&m_host, nullptr, &outline, 199);
+    ChordWalk walk(&m_host, &sampler, 9);
+    EXPECT_TRUE(walk.next());
+    EXPECT_DOUBLE_EQ(walk.parameter(), 104.96);
+    EXPECT_EQ(walk.evaluations(), 20);
+}
+
 // Increments from 1000 on bound no search, and beyond 5000 none goes on.
 TEST_F(BezierPath, theSearchEndsWhereNoIncrementLeads) {
     std::vector<std::pair<double, double>> points(2000, {0.0, 0.0});
@@ -101,6 +116,16 @@ TEST_F(BezierPath, theSearchEndsWhereNoIncrementLeads) {
         ChordWalk walk(&m_host, &sampler, 1.0);
         EXPECT_FALSE(walk.next());
         EXPECT_EQ(walk.evaluations(), 19); // 0.01, doubled up to 2621.44
+    }
+}
+
+TEST_F(BezierPath, outlinesEndWhereNoPictureReaches) {
+    for (const double far : {16e6, 1e8}) {
+        for (const double sign : {1.0, -1.0}) {
+            const double end = std::min(far, 16777216.0);
+            EXPECT_NEAR(length(polyline({{0, 0}, {sign * far, 0}}, true), 1e5), end, 1e5) << far;
+            EXPECT_NEAR(length(polyline({{0, 0}, {0, sign * far}}, true), 1e5), end, 1e5) << far;
+        }
     }
 }
 

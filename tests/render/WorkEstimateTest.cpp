@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 namespace orbel {
 namespace {
 
@@ -31,6 +34,39 @@ TEST(WorkEstimate, isRightWithinAFactorOfTwo) {
         EXPECT_LT(work.evaluations, taken * 2);
         EXPECT_GT(work.stamps, work.evaluations / 8);
         EXPECT_LT(work.stamps, work.evaluations);
+    }
+}
+
+// Measuring counts as one more copy, and stamps but for what is drawn.
+TEST(WorkEstimate, growsWithWhatIsDrawn) {
+    const auto estimated = [](Scene scene) {
+        const test::Frame frame(scene);
+        test::PlainHost host(&scene, frame);
+        return estimateWork(&host);
+    };
+    const Scene plain = Scene(test::LINE).set(PARAM_THICKNESS, 2);
+    const WorkEstimate one = estimated(plain);
+    struct Row {
+        std::vector<std::pair<int, double>> values;
+        double stamps;
+        double evaluations;
+    };
+    const Row rows[] = {
+        {{{PARAM_END, 50}}, 0.5, 1},
+        {{{PARAM_START, 25}}, 0.75, 1},
+        {{{PARAM_INSTANCES, 3}}, 1, 1},
+        {{{PARAM_ENABLE_REPEATER, 1}, {PARAM_INSTANCES, 3}, {PARAM_SYMMETRIC_DOUBLER, 0}}, 4, 2.5},
+        {{{PARAM_ENABLE_REPEATER, 1}, {PARAM_INSTANCES, 3}, {PARAM_SYMMETRIC_DOUBLER, 1}}, 7, 4},
+        {{{PARAM_ENABLE_REPEATER, 1}, {PARAM_INSTANCES, 0}}, 1, 1},
+    };
+    for (const Row& row : rows) {
+        Scene scene = plain;
+        for (const auto& [param, value] : row.values) {
+            scene.set(param, value);
+        }
+        const WorkEstimate work = estimated(scene);
+        EXPECT_NEAR(work.stamps / one.stamps, row.stamps, 1e-9) << row.stamps;
+        EXPECT_NEAR(work.evaluations / one.evaluations, row.evaluations, 1e-9) << row.stamps;
     }
 }
 

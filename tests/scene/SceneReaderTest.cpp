@@ -202,6 +202,15 @@ TEST(SceneReader, readsEveryKey) {
     EXPECT_EQ(scene.shape, "folder/svg/a b.svg");
 }
 
+TEST(SceneReader, takesTheEndsOfItsRanges) {
+    for (const char* const member :
+         {R"("fps": 0.001)", R"("fps": 1000000)", R"("pixelAspect": 1000)", R"("size": [1, 32767])",
+          R"("renderScale": [1000, 1e-9])", R"("frames": [0, 0])"}) {
+        static_cast<void>(
+            goodScene(std::string(R"({"orbel": 1, )") + member + "}")); // which wants no problems
+    }
+}
+
 TEST(SceneReader, readsPathsFromTheScenesOwnFolder) {
     const Scene raw = goodScene(R"({"orbel": 1, "input": {"raw": "r/x.raw"}, "shape": "/a.svg"})");
     EXPECT_EQ(std::get<RawInput>(raw.input).path, "folder/r/x.raw");
@@ -321,12 +330,14 @@ TEST(SceneReader, takesDrawingsAndTextsAsShapes) {
     ASSERT_TRUE(drawing.import);
     EXPECT_EQ(drawing.import->take, ImportOptions::Take::Fills);
     EXPECT_EQ(drawing.import->simplify, 2);
-    EXPECT_FALSE(goodScene(R"({"orbel": 1, "shape": {"file": "a.svg"}})").needsConversion());
+    const Scene plain = goodScene(R"({"orbel": 1, "shape": {"file": "a.svg"}})");
+    EXPECT_FALSE(plain.needsConversion());
+    EXPECT_EQ(shapeKeys(plain), "folder/a.svg");
     const Scene text = goodScene(
         R"({"orbel": 1, "shape": {"text": "Hi", "singleStroke": true, "align": "right"}})");
     ASSERT_TRUE(text.lettering);
     EXPECT_TRUE(text.lettering->singleStroke);
-    for (const Scene* scene : {&drawing, &text}) {
+    for (const Scene* scene : {&drawing, &text, &plain}) {
         Scene copy;
         Problems problems;
         readShapeKeys(shapeKeys(*scene), {"scene.json", "/shape", &problems}, "", &copy);

@@ -178,6 +178,54 @@ TEST_F(StudioPicture, showsTheNewFilesOfASequence) {
     EXPECT_TRUE(eventually([&] { return second() == std::string("\0\x33\0\xff", 4); }));
 }
 
+// A studio keeps what it drew from scenes before; whatever is said anew must show.
+TEST_F(StudioPicture, showsEveryChangeOfTheScene) {
+    const char* const files[] = {"shot-01.png", "shot-02.png", "shot-03.png"};
+    const char* const greens[] = {"55", "99", "dd"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        render(sceneText({{"parameters", {{"Presets", nullptr}}}}),
+               std::string("--frames 0 -q --input #00") + greens[i] + "00 -o " +
+                   (m_studio.folder / files[i]));
+    }
+    json base{{"input", {{"file", "shot-%02d.png"}, {"first", 1}}},
+              {"parameters",
+               {{"Motion Blur", "On"},
+                {"Transfer Mode", "Normal"},
+                {"Thickness", 6},
+                {"End", {{"keys", {{0, 0}, {9, 100}}}}}}}};
+    const json changes[] = {
+        {{"input", {{"first", 2}}}},
+        {{"input", nullptr}},
+        {{"input", {{"color", {0, 0, 1, 1}}, {"file", nullptr}, {"first", nullptr}}}},
+        {{"input", {{"color", {0, 1, 1, 1}}, {"file", nullptr}, {"first", nullptr}}}},
+        {{"size", {32, 40}}},
+        {{"format", "argb16"}},
+        {{"pixelAspect", 2}},
+        {{"renderScale", {0.5, 1}}},
+        {{"renderScale", {1, 0.5}}},
+        {{"shape", "line.svg"}, {"parameters", {{"Presets", nullptr}}}},
+        {{"parameters", {{"Color", {1, 0, 0}}}}},
+        {{"parameters", {{"Presets", "Moon"}}}},
+        json::object()};
+    const std::string shape = "<svg><polyline points='0,0 100,0 100,100'/></svg>";
+    test::writeBytes(m_studio.folder / "line.svg", shape);
+    EXPECT_EQ(frame(sceneText(base), {{"frame", 1}}).status, 200);
+    for (const json& change : changes) {
+        json scene = base;
+        scene.merge_patch(change);
+        const RunningStudio fresh;
+        test::writeBytes(fresh.folder / "line.svg", shape);
+        for (const char* const file : files) {
+            test::writeBytes(fresh.folder / file, test::readBytes(m_studio.folder / file));
+        }
+        const Reply shown = frame(sceneText(scene), {{"frame", 1}});
+        const json request{{"frame", 1}, {"text", sceneText(scene)}};
+        const Reply expected = fresh.post("/api/frame", request);
+        EXPECT_EQ(shown.status, expected.status) << change;
+        EXPECT_TRUE(shown.body == expected.body) << change;
+    }
+}
+
 TEST(StudioConversion, keepsNobodyElseWaitingAndEndsWithThePage) {
     std::atomic<bool> began = false;
     std::atomic<bool> ended = false;
@@ -267,6 +315,26 @@ TEST_F(StudioPicture, knowsWhereTheStrokeRuns) {
                              {"Start", 25},
                              {"End", 10}});
     EXPECT_EQ(moved["position"], json({200.0, 100.0}));
+    const json wide =
+        m_studio
+            .post("/api/path", {{"text", sceneText({{"size", {400, 400}},
+                                                    {"shape", "line.svg"},
+                                                    {"pixelAspect", 2},
+                                                    {"parameters", {{"Presets", nullptr}}}})}})
+            .document();
+    EXPECT_NE(wide["paths"], plain["paths"]);
+    // Two outlines, of which one is as long again as the other, and a frame on the way.
+    test::writeBytes(m_studio.folder / "line.svg",
+                     "<svg><polyline points='0,0 50,0'/><polyline points='0,50 100,50'/></svg>");
+    for (const bool one : {false, true}) {
+        const json two = path({{"Stroke Sequentially", one}});
+        ASSERT_EQ(two["fractions"].size(), 2U);
+        const double parts[] = {one ? 1.0 / 3 : 1.0, one ? 1.0 / 3 : 0.0};
+        EXPECT_NEAR(two["fractions"][0].front().get<double>(), 0.0, 0.02) << one;
+        EXPECT_NEAR(two["fractions"][0].back().get<double>(), parts[0], 0.02) << one;
+        EXPECT_NEAR(two["fractions"][1].front().get<double>(), parts[1], 0.02) << one;
+        EXPECT_NEAR(two["fractions"][1].back().get<double>(), 1.0, 0.02) << one;
+    }
     EXPECT_EQ(path({{"Camera/XY Position", {0.25, 0.75}}})["camera"], json({100.0, 300.0}));
     EXPECT_TRUE(near(moved["start"], 300, 170.7)) << moved["start"];
     EXPECT_TRUE(near(moved["end"], 300, 170.7)) << moved["end"];

@@ -1,6 +1,7 @@
 #include "tools/shapes/Drawings.h"
 #include "tools/shapes/Flow.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orbel::artwork {
@@ -69,59 +70,93 @@ Outline kidney() {
     return mapped(flowClosed(points), [](Point p) { return turned(p, -24); });
 }
 
-struct Finger {
+/// A tongue of paint that swells to a drop at its tip.
+struct Tongue {
     double degrees;
-    double length;
-    double neck; ///< half the width where it is thinnest
-    double bulb; ///< radius of its end
+    double distance; ///< of the drop's middle
+    double drop;     ///< radius
+    double neck;     ///< half the width where it is thinnest
+    double puddle;   ///< how far the puddle's rim lies from the middle, clockwise of the tongue
 };
 
-/// Paint thrown at a wall: a big puddle, and fingers of every length and thickness out of it.
-Outline splat() {
-    const Finger fingers[] = {{6, 110, 6, 10},    {36, 87, 8, 9},    {62, 102, 6, 9},
-                              {101, 86, 10, 11},  {133, 114, 7, 12}, {160, 87, 7, 8},
-                              {187, 98, 8, 11.5}, {225, 106, 6, 10}, {252, 86, 8, 8.5},
-                              {285, 97, 9, 12.5}, {318, 104, 6, 9},  {342, 87, 6.5, 7.5}};
-    const std::size_t count = std::size(fingers);
-    std::vector<Point> points;
-    for (std::size_t i = 0; i < count; ++i) {
-        const Finger& f = fingers[i];
-        const auto place = [&](double out, double aside) {
-            return turned({aside, -out}, f.degrees);
-        };
-        const double bulbAt = f.length - f.bulb;
-        const double neckAt = bulbAt - 0.3 * (bulbAt - 50);
-        points.push_back(place(f.length, 0));
-        points.push_back(place(bulbAt, f.bulb));
-        points.push_back(place(neckAt, f.neck));
-        const double next = fingers[(i + 1) % count].degrees + (i + 1 == count ? 360 : 0);
-        points.push_back(onClock({}, 78 - 0.36 * (next - f.degrees), (f.degrees + next) / 2));
-        const Finger& g = fingers[(i + 1) % count];
-        const double nextBulb = g.length - g.bulb;
-        points.push_back(turned({-g.neck, 0.3 * (nextBulb - 50) - nextBulb}, g.degrees));
-        points.push_back(turned({-g.bulb, -nextBulb}, g.degrees));
+/// Where the outline passes, which way, and how far the controls lie before and behind.
+struct Pass {
+    Point place;
+    Point way;
+    double before;
+    double behind;
+};
+
+Outline passing(const std::vector<Pass>& passes) {
+    Outline outline{passes.front().place, {}, true};
+    for (std::size_t i = 0; i < passes.size(); ++i) {
+        const Pass& from = passes[i];
+        const Pass& to = passes[(i + 1) % passes.size()];
+        outline.curveTo(from.place + from.way * from.behind, to.place - to.way * to.before,
+                        to.place);
     }
-    return flowClosed(points);
+    return outline;
+}
+
+constexpr double ROUND = 0.5523; // controls of a quarter circle, in radii
+
+/// Up to the tip of a tongue and down again; `rim` is that of the puddle around it.
+void passTongue(const Tongue& t, double rim, std::vector<Pass>* passes) {
+    const Point out = turned({0, -1}, t.degrees);
+    const Point aside = turned({1, 0}, t.degrees);
+    const auto place = [&](double along, double across) { return out * along + aside * across; };
+    const double length = t.distance - rim;
+    const double neckAt = rim + (length > 60 ? 0.42 : 0.36) * length;
+    const double foot = 0.62 * (neckAt - rim + 4);
+    const double swell = t.distance - neckAt;
+    const double quarter = ROUND * t.drop;
+    const Point back = out * -1;
+    passes->push_back({place(neckAt, -t.neck), out, foot, 0.45 * swell});
+    passes->push_back({place(t.distance, -t.drop), out, 0.42 * swell, quarter});
+    passes->push_back({place(t.distance + t.drop, 0), aside, quarter, quarter});
+    passes->push_back({place(t.distance, t.drop), back, quarter, 0.42 * swell});
+    passes->push_back({place(neckAt, t.neck), back, 0.45 * swell, foot});
+}
+
+/// Paint thrown at a wall: a round puddle, and tongues of every length out of it.
+Outline splat() {
+    const Tongue tongues[] = {{4, 206, 22, 10, 112},   {44, 146, 15, 11, 108},
+                              {79, 188, 19, 10, 110},  {117, 152, 14, 11, 106},
+                              {150, 214, 23, 10, 110}, {191, 148, 15, 11, 108},
+                              {226, 196, 20, 10, 112}, {262, 142, 14, 11, 106},
+                              {297, 212, 21, 10, 110}, {331, 150, 14, 10.5, 110}};
+    const std::size_t count = std::size(tongues);
+    std::vector<Pass> passes;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Tongue& t = tongues[i];
+        passTongue(t, std::max(t.puddle, tongues[(i + count - 1) % count].puddle), &passes);
+        const double next = tongues[(i + 1) % count].degrees + (i + 1 == count ? 360 : 0);
+        const double middle = (t.degrees + next) / 2;
+        const double half = (next - t.degrees) / 2 * PI / 180 * t.puddle;
+        const double reach = 0.6 * std::max(half - 10, 8.0);
+        passes.push_back({onClock({}, t.puddle, middle), turned({1, 0}, middle), reach, reach});
+    }
+    std::rotate(passes.begin(), passes.begin() + 2, passes.end()); // from a tip
+    return passing(passes);
 }
 
 /// A drop on its way out, the longer the faster.
-Outline drop(double degrees, double distance, double size, double stretch) {
-    return mapped(circle({}, size), [&](Point p) {
-        return turned({p.x, p.y * stretch - distance}, degrees);
+Outline drop(double degrees, double distance, double along, double across) {
+    return mapped(circle({}, 1), [&](Point p) {
+        return turned({p.x * across, p.y * along - distance}, degrees);
     });
 }
 
 std::vector<Outline> wildSplat() {
     return {splat(),
-            drop(7, 130, 6, 1.5),
-            drop(48.5, 101, 5, 1.1),
-            drop(62, 120, 5.5, 1.3),
-            drop(82, 96, 5.5, 1),
-            drop(133.5, 135, 6.5, 1.5),
-            drop(207, 100, 5, 1.1),
-            drop(225.5, 126, 6, 1.4),
-            drop(268, 100, 5.5, 1.1),
-            drop(318.5, 122, 5, 1.4)};
+            drop(24, 212, 16, 12),
+            drop(60, 206, 13, 13),
+            drop(98, 206, 12, 10),
+            drop(171, 208, 17, 12),
+            drop(208, 206, 12, 12),
+            drop(245, 192, 11, 10),
+            drop(279, 196, 15, 11),
+            drop(318, 222, 12, 11)};
 }
 
 } // namespace

@@ -447,10 +447,11 @@ TEST_F(Values, meanTheSameThroughReaderAndGetters) {
 
 TEST_F(Values, areReadAtTheTimeAskedFor) {
     project.setTrack(4, {{0, {0}, Easing::Linear}, {10, {100}, Easing::Linear}});
+    info.frame = 3.256; // between two ticks of the frame
     PluginHost_FXPLUG_Impl binding = host();
     double value = 0;
     binding.reader().readFloat(4, value);
-    EXPECT_EQ(value, 30);
+    EXPECT_DOUBLE_EQ(value, 32.56);
     binding.GetFixedFloatValue(4, 0, {325, 100, 0}, value);
     EXPECT_EQ(value, 32.5);
 }
