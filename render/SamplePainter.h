@@ -28,8 +28,9 @@ public:
           m_touched(static_cast<std::size_t>(output.height)) {}
 
     /// Paints what a slice has in the rows of a band: `stamps` are its stamps that reach into it.
+    /// What is complete then is modulated if `modulates` is true.
     void paint(const Slice& slice, const RasterInfo& raster, int first, int last,
-               const StampBatch& batch, std::span<const StampBatch::Index> stamps) {
+               const StampBatch& batch, std::span<const StampBatch::Index> stamps, bool modulates) {
         if (slice.begins) {
             std::fill(m_touched.begin() + first, m_touched.begin() + last + 1, Mask{0});
         }
@@ -40,7 +41,8 @@ public:
         } else {
             paintOneByOne(rows, batch, stamps);
         }
-        for (int y = first; slice.ends && slice.modulation.any() && y <= last; ++y) {
+        modulates = modulates && slice.ends && slice.modulation.any();
+        for (int y = first; modulates && y <= last; ++y) {
             m_blocks.forEachRun(touched(y), [&](int x, int count) {
                 modulate(slice, pixelsAt<P>(raster, y, x), count);
             });
