@@ -223,7 +223,7 @@ bool ChordWalk::findAhead() {
 // How many points from the first on end chords that need no second look.
 int ChordWalk::findAcceptable(int count) {
     Ahead& a = m_ahead;
-    std::array<double, MOST_AHEAD> squared;
+    std::array<double, MOST_AHEAD> squared{};
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
         const double dx = a.x[i + 1] - a.x[i];
         const double dy = a.y[i + 1] - a.y[i];

@@ -156,10 +156,10 @@ private:
     static constexpr int MOST_AHEAD = 16;
     /// Chords that the increment as it is leads to one after the other, found together.
     struct Ahead {
-        std::array<double, MOST_AHEAD + 1> t; // the first of these is where they begin
-        std::array<double, MOST_AHEAD + 1> x;
-        std::array<double, MOST_AHEAD + 1> y;
-        std::array<double, MOST_AHEAD> length;
+        std::array<double, MOST_AHEAD + 1> t{}; // the first of these is where they begin
+        std::array<double, MOST_AHEAD + 1> x{};
+        std::array<double, MOST_AHEAD + 1> y{};
+        std::array<double, MOST_AHEAD> length{};
         int next = 0; // of those that are not taken yet
         int end = 0;
         int most = 1; // worth looking for

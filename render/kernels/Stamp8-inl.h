@@ -224,7 +224,8 @@ void takeIntoMean8(const std::uint8_t* sample, std::uint8_t* mean, int pixels,
         fade(coloured, reinterpret_cast<std::uint8_t*>(to), reinterpret_cast<std::uint8_t*>(to));
     };
     const int lanes = static_cast<int>(hn::Lanes(du));
-    for (; pixels >= lanes; pixels -= lanes, sample += 4 * lanes, mean += 4 * lanes) {
+    for (; pixels >= lanes;
+         pixels -= lanes, sample += std::ptrdiff_t{4} * lanes, mean += std::ptrdiff_t{4} * lanes) {
         hn::Store(hn::LoadU(du, reinterpret_cast<const std::uint32_t*>(sample)), du, row);
         take(reinterpret_cast<std::uint32_t*>(mean));
     }
