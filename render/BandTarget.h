@@ -52,7 +52,7 @@ public:
           m_sample(host),
           m_bandRows(bandHeight(m_out.rowBytes)),
           m_painter(m_out, m_rowKernels, stamps),
-          m_mean(m_out, m_rowKernels),
+          m_mean(m_out, m_rowKernels, stamps),
           m_finisher(alpha, m_rowKernels),
           m_buffers{Buffer{StampBatch(m_out.height, m_bandRows), {}},
                     Buffer{StampBatch(m_out.height, m_bandRows), {}}},
@@ -225,7 +225,8 @@ void BandTarget<P>::paintBand(const Buffer& buffer, int band, const LayerFinish*
     for (const Slice& slice : buffer.slices) {
         const auto end = std::lower_bound(stamps.begin(), stamps.end(), slice.last);
         const auto count = static_cast<std::size_t>(end - stamps.begin());
-        m_painter.paint(slice, rasterOf(slice), first, last, buffer.batch, stamps.first(count));
+        m_painter.paint(slice, rasterOf(slice), first, last, buffer.batch, stamps.first(count),
+                        RunningMean<P>::isModulated(slice));
         for (int y = first; slice.ends && y <= last; ++y) {
             m_mean.takeRow(slice, y, m_painter.touched(y), rasterOf(slice));
         }

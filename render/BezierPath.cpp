@@ -93,6 +93,25 @@ void BezierSampler::enter(long segment) {
     m_number = segment;
 }
 
+int BezierSampler::at(const double* parameters, int count, double* x, double* y) {
+    const long segment = static_cast<long>(saturateTo<int>(parameters[0]));
+    if (segment != m_number) {
+        enter(segment);
+    }
+    const auto begin = static_cast<double>(segment);
+    int within = 0;
+    while (within < count && parameters[within] < begin + 1.0) {
+        ++within;
+    }
+    const Segment s = m_segment;
+    for (int i = 0; i < within; ++i) {
+        const double u = parameters[i] - begin;
+        x[i] = s.x.at(u);
+        y[i] = s.y.at(u);
+    }
+    return within;
+}
+
 void BezierSampler::keepSegments() {
     m_kept.reserve(static_cast<std::size_t>(m_numVertices));
     const Vx_PathVertex first = vertex(0);
@@ -182,7 +201,45 @@ ChordWalk::Trial ChordWalk::accept(double squaredChord, const Point& end) {
     return Trial::Accepted;
 }
 
-bool ChordWalk::next() {
+// On most of an outline one increment leads to many chords in a row, each at the first trial. These
+// are found together, in arrays: the same numbers, several at a time.
+bool ChordWalk::findAhead() {
+    if (m_trials != 0 || m_increment > LARGEST_INCREMENT) {
+        return false;
+    }
+    Ahead& a = m_ahead;
+    a.t[0] = m_t;
+    a.x[0] = m_end.x;
+    a.y[0] = m_end.y;
+    for (std::size_t i = 0; i < MOST_AHEAD; ++i) {
+        a.t[i + 1] = a.t[i] + m_increment;
+    }
+    a.next = 0;
+    a.end = findAcceptable(m_path->at(&a.t[1], a.most, &a.x[1], &a.y[1]));
+    a.most = a.end == a.most ? std::min(2 * a.most, MOST_AHEAD) : std::max(a.end, 1);
+    return a.end > 0;
+}
+
+// How many points from the first on end chords that need no second look.
+int ChordWalk::findAcceptable(int count) {
+    Ahead& a = m_ahead;
+    std::array<double, MOST_AHEAD> squared{};
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+        const double dx = a.x[i + 1] - a.x[i];
+        const double dy = a.y[i + 1] - a.y[i];
+        squared[i] = dx * dx + dy * dy;
+        a.length[i] = std::sqrt(squared[i]);
+    }
+    std::size_t i = 0;
+    while (i < static_cast<std::size_t>(count) && squared[i] >= m_shortest &&
+           squared[i] <= m_longest && std::fabs(a.x[i + 1]) <= LARGEST_COORDINATE &&
+           std::fabs(a.y[i + 1]) <= LARGEST_COORDINATE && a.t[i + 1] > a.t[i]) {
+        ++i;
+    }
+    return static_cast<int>(i);
+}
+
+bool ChordWalk::search() {
     Trial trial = tryChord();
     while (trial == Trial::Rejected) {
         trial = tryChord();

@@ -3,6 +3,7 @@
 #include "host/Numeric.h"
 #include "host/PluginHost.h"
 
+#include <array>
 #include <cstddef>
 #include <limits>
 #include <vector>
@@ -77,6 +78,10 @@ public:
         return {m_segment.x.at(u), m_segment.y.at(u)};
     }
 
+    /// What `at` gives for up to `count` parameters, as long as they lie in the segment of the
+    /// first one; none is below it. Gives how many do.
+    int at(const double* parameters, int count, double* x, double* y);
+
     /// Bytes taken from the memory; its owner gives them back.
     [[nodiscard]] std::size_t keptBytes() const { return m_kept.size() * sizeof(Segment); }
     /// Whether both keep all their segments and these are the same to the last bit.
@@ -128,8 +133,15 @@ public:
     ChordWalk(PluginHost_API* host, BezierSampler* path, double targetLength);
     /// One evaluation of the path.
     Trial tryChord();
-    /// Tries until a chord is accepted; false when no further chord can be found.
-    bool next();
+    /// Tries until a chord is accepted; false when no further chord can be found. Not to be mixed
+    /// with single trials.
+    bool next() {
+        if (m_ahead.next < m_ahead.end || findAhead()) {
+            takeAhead();
+            return true;
+        }
+        return search();
+    }
 
     [[nodiscard]] Point begin() const { return m_begin; }
     [[nodiscard]] Point end() const { return m_end; }
@@ -141,9 +153,32 @@ public:
     [[nodiscard]] long evaluations() const { return m_evaluations; }
 
 private:
+    static constexpr int MOST_AHEAD = 16;
+    /// Chords that the increment as it is leads to one after the other, found together.
+    struct Ahead {
+        std::array<double, MOST_AHEAD + 1> t{}; // the first of these is where they begin
+        std::array<double, MOST_AHEAD + 1> x{};
+        std::array<double, MOST_AHEAD + 1> y{};
+        std::array<double, MOST_AHEAD> length{};
+        int next = 0; // of those that are not taken yet
+        int end = 0;
+        int most = 1; // worth looking for
+    };
+
     void chooseIncrement();
     Trial judge(const Point& end);
     Trial accept(double squaredChord, const Point& end);
+    bool search();
+    [[nodiscard]] bool findAhead();
+    [[nodiscard]] int findAcceptable(int count);
+    void takeAhead() {
+        const auto i = static_cast<std::size_t>(m_ahead.next++);
+        m_begin = m_end;
+        m_end = {m_ahead.x[i + 1], m_ahead.y[i + 1]};
+        m_t = m_ahead.t[i + 1];
+        m_chord = m_ahead.length[i];
+        ++m_evaluations;
+    }
 
     PluginHost_API* m_host;
     BezierSampler* m_path;
@@ -158,10 +193,18 @@ private:
     Point m_end;
     long m_evaluations = 0;
     int m_trials = 0;
+    Ahead m_ahead;
 };
 
 /// Evaluations of a path from one call of `progress` to the next.
 inline constexpr long EVALUATIONS_PER_PROGRESS = 100;
+
+/// Whether the host is to be told when so many evaluations have become so many.
+[[nodiscard]] inline bool isToldOf(long before, long after) {
+    return after == before + 1
+               ? after % EVALUATIONS_PER_PROGRESS == 0
+               : after / EVALUATIONS_PER_PROGRESS > before / EVALUATIONS_PER_PROGRESS;
+}
 
 /// Goes on to the next chord of a `ChordWalk`, or of a reader of one, and tells the host of every
 /// hundredth evaluation that this took, with the parameter that had been reached then. `found` is
@@ -172,6 +215,9 @@ int nextChord(PluginHost_API* host, long numSegments, Chords* chords, bool* foun
     const long before = chords->evaluations();
     *found = chords->next();
     const long after = chords->evaluations();
+    if (!isToldOf(before, after)) {
+        return 0;
+    }
     for (long told = before - before % EVALUATIONS_PER_PROGRESS + EVALUATIONS_PER_PROGRESS;
          told <= after; told += EVALUATIONS_PER_PROGRESS) {
         const double parameter = *found && told == after ? chords->parameter() : reached;

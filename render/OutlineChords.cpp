@@ -7,10 +7,6 @@ namespace {
 // An outline's place among the others, the node that holds it included.
 constexpr std::size_t ENTRY_BYTES = sizeof(OutlineChords) + 128;
 
-Chord lastChord(const ChordWalk& walk) {
-    return {walk.end(), walk.length(), walk.parameter(), walk.evaluations()};
-}
-
 } // namespace
 
 OutlineChords::OutlineChords(PluginHost_API* host, void* const* effectRef, void* path,
@@ -57,25 +53,17 @@ bool OutlineChords::areSameAs(const OutlineChords& other) const {
     return m_targetLength == other.m_targetLength && m_sampler.isSameCurve(other.m_sampler);
 }
 
-bool ChordReader::next() {
-    m_begin = m_chord.end;
-    if (!m_beyond && (m_next < m_outline->m_kept.size() || m_outline->keepOneMore())) {
+bool ChordReader::readOn() {
+    if (m_next < m_outline->m_kept.size() || m_outline->keepOneMore()) {
         m_chord = m_outline->m_kept[m_next++];
         return true;
     }
-    if (!m_beyond && m_outline->m_ended) {
+    if (m_outline->m_ended) {
         m_chord.evaluations = m_outline->m_frontier.evaluations();
         return false;
     }
-    if (!m_beyond) {
-        m_beyond = m_outline->m_frontier;
-    }
-    if (!m_beyond->next()) {
-        m_chord.evaluations = m_beyond->evaluations();
-        return false;
-    }
-    m_chord = lastChord(*m_beyond);
-    return true;
+    m_beyond = m_outline->m_frontier;
+    return goOn();
 }
 
 OutlineChords* FrameChords::enter(unsigned long id, void* path, double targetLength) {

@@ -17,6 +17,11 @@ struct Chord {
     long evaluations; ///< of the path, since the walk began
 };
 
+/// The chord that a walk has come to.
+[[nodiscard]] inline Chord lastChord(const ChordWalk& walk) {
+    return {walk.end(), walk.length(), walk.parameter(), walk.evaluations()};
+}
+
 /// The chords of one outline, found once and read by the measurement and by every draw. Grows as
 /// far as somebody reads, within the memory given; whoever reads on walks by himself from there.
 class OutlineChords {
@@ -64,7 +69,10 @@ public:
         : m_outline(outline), m_begin(outline->m_begin), m_chord{outline->m_begin, 0.0, 0.0, 0} {}
 
     /// Goes on to the next chord; false when no further chord can be found.
-    bool next();
+    bool next() {
+        m_begin = m_chord.end;
+        return m_beyond ? goOn() : readOn();
+    }
     [[nodiscard]] Point begin() const { return m_begin; }
     [[nodiscard]] Point end() const { return m_chord.end; }
     [[nodiscard]] double length() const { return m_chord.length; }
@@ -74,6 +82,16 @@ public:
     [[nodiscard]] long evaluations() const { return m_chord.evaluations; }
 
 private:
+    bool readOn();
+    bool goOn() {
+        if (!m_beyond->next()) {
+            m_chord.evaluations = m_beyond->evaluations();
+            return false;
+        }
+        m_chord = lastChord(*m_beyond);
+        return true;
+    }
+
     OutlineChords* m_outline;
     Point m_begin;
     Chord m_chord;

@@ -83,4 +83,17 @@ void project(PluginHost_API* host, double* x, double* y, double* depth, double* 
     *depth = seen.z; // clipping and fading still follow the camera
 }
 
+// On a flat path that the camera sees, the depth is enough to know.
+double projectedSize(PluginHost_API* host, double x, double y, double size,
+                     const ProjectionSetup& setup) {
+    if (setup.view == VIEW_CAMERA && !(setup.bend > 0)) {
+        const auto& m = setup.viewFromPath.m;
+        const double z = x * m[0][2] + y * m[1][2] + 0.0 * m[2][2] + 1.0 * m[3][2];
+        return z == 0.0 ? 0.0 : size / z * setup.scaleX * setup.zoom;
+    }
+    double depth = 0.0;
+    project(host, &x, &y, &depth, &size, setup);
+    return size;
+}
+
 } // namespace orbel

@@ -38,4 +38,8 @@ struct ProjectionSetup {
 void project(PluginHost_API* host, double* x, double* y, double* depth, double* size,
              const ProjectionSetup& setup);
 
+/// What `project` makes of a length alone.
+[[nodiscard]] double projectedSize(PluginHost_API* host, double x, double y, double size,
+                                   const ProjectionSetup& setup);
+
 } // namespace orbel

@@ -28,21 +28,21 @@ public:
           m_touched(static_cast<std::size_t>(output.height)) {}
 
     /// Paints what a slice has in the rows of a band: `stamps` are its stamps that reach into it.
+    /// What is complete then is modulated if `modulates` is true.
     void paint(const Slice& slice, const RasterInfo& raster, int first, int last,
-               const StampBatch& batch, std::span<const StampBatch::Index> stamps) {
+               const StampBatch& batch, std::span<const StampBatch::Index> stamps, bool modulates) {
         if (slice.begins) {
             std::fill(m_touched.begin() + first, m_touched.begin() + last + 1, Mask{0});
         }
         const StampRows rows{raster.data, raster.rowBytes, raster.width, first, last};
-        for (const StampBatch::Index i : stamps) {
-            touch(slice, raster, rows, batch[i]);
-        }
+        touchAll(slice, raster, rows, batch, stamps);
         if (slice.isOrdinary) {
             m_stampKernels.paint(rows, batch.data(), stamps, true);
         } else {
             paintOneByOne(rows, batch, stamps);
         }
-        for (int y = first; slice.ends && slice.modulation.any() && y <= last; ++y) {
+        modulates = modulates && slice.ends && slice.modulation.any();
+        for (int y = first; modulates && y <= last; ++y) {
             m_blocks.forEachRun(touched(y), [&](int x, int count) {
                 modulate(slice, pixelsAt<P>(raster, y, x), count);
             });
@@ -66,24 +66,40 @@ private:
         }
     }
 
-    // Fills the blocks around a stamp with the colour, unless that was done for another one: all
+    // What lies around stamps that follow each other closely is looked at in one go.
+    void touchAll(const Slice& slice, const RasterInfo& raster, const StampRows& rows,
+                  const StampBatch& batch, std::span<const StampBatch::Index> stamps) {
+        constexpr int mostTogether = 48; // pixels across
+        if (stamps.empty()) {
+            return;
+        }
+        Vx_Rect together = batch[stamps.front()].box;
+        for (const StampBatch::Index i : stamps) {
+            const Vx_Rect& box = batch[i].box;
+            const Vx_Rect both{std::min(together.top, box.top), std::min(together.left, box.left),
+                               std::max(together.bottom, box.bottom),
+                               std::max(together.right, box.right)};
+            if (both.right - both.left < mostTogether && both.bottom - both.top < mostTogether) {
+                together = both;
+            } else {
+                touch(slice, raster, rows, together);
+                together = box;
+            }
+        }
+        touch(slice, raster, rows, together);
+    }
+
+    // Fills the blocks around a box with the colour, unless that was done for another one: all
     // that the kernels may read.
     void touch(const Slice& slice, const RasterInfo& raster, const StampRows& rows,
-               const PlacedStamp& stamp) {
+               const Vx_Rect& box) {
         constexpr int beside = StampKernels::mostBeside;
         const int lastColumn = rows.width - 1;
         const Mask around =
-            m_blocks.covering(std::min<int>(stamp.box.left, std::max(lastColumn - beside, 0)),
-                              std::min(stamp.box.right + beside, lastColumn));
-        const int first = std::max<int>(rows.first, stamp.box.top);
-        const int last = std::min<int>(rows.last, stamp.box.bottom);
-        Mask inAll = around;
-        for (int y = first; y <= last; ++y) {
-            inAll &= touched(y);
-        }
-        if (inAll == around) {
-            return;
-        }
+            m_blocks.covering(std::min<int>(box.left, std::max(lastColumn - beside, 0)),
+                              std::min(box.right + beside, lastColumn));
+        const int first = std::max<int>(rows.first, box.top);
+        const int last = std::min<int>(rows.last, box.bottom);
         for (int y = first; y <= last; ++y) {
             const Mask fresh = around & ~touched(y);
             m_blocks.forEachRun(fresh, [&](int x, int count) {

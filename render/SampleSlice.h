@@ -29,6 +29,7 @@ struct SampleSlice {
     std::size_t last = 0;   ///< the number of the stamp behind its last one
     Pixel background{};     ///< what untouched pixels come to in the sample
     Pixel meanBefore{};     ///< and in the mean of the samples before
+    Pixel meanAfter{};      ///< and in that mean with this sample
     /// The colour at every alpha, as pixels lie in memory, if there is modulation.
     std::array<std::uint32_t, ALPHAS> modulated{};
 

@@ -33,6 +33,15 @@ void stampRows(const StampRows& rows, const PlacedStamp& stamp) {
     }
 }
 
+/// How a sample goes into the mean of those before, in pixels of four bytes as they lie in memory.
+struct MeanStep {
+    float amount;                 ///< of the sample, 0 to 1
+    const std::uint32_t* byAlpha; ///< what each alpha of the sample stands for; null: for itself
+    std::uint32_t blank;          ///< where nothing was drawn: in the sample
+    std::uint32_t before;         ///< in the mean
+    std::uint32_t after;          ///< and in the mean with this sample
+};
+
 /// How to stamp one pixel format, to the same bytes as `HQDrawSphere`.
 struct StampKernels {
     /// Paints the stamps with the given numbers, in that order. With `solidFirst` stamps of full
@@ -45,6 +54,11 @@ struct StampKernels {
     /// Replaces pixels of four bytes by those of a table that stand for their alphas; null for the
     /// formats of other sizes. `row` is the first of so many pixels.
     void (*recolour)(std::uint8_t* row, int pixels, const std::uint32_t* byAlpha);
+
+    /// Takes pixels of a sample of four bytes into a mean; null for the formats of other sizes.
+    /// Both are the first of so many pixels.
+    void (*takeIntoMean)(const std::uint8_t* sample, std::uint8_t* mean, int pixels,
+                         const MeanStep& step);
 
     static constexpr int mostRows = 64;
     static constexpr int mostBeside = 15; ///< one less than a vector has pixels

@@ -49,6 +49,7 @@ private:
     void handOn();
     [[nodiscard]] double fadeAt(double depth) const;
     void adjustStep(double x, double y, double factor);
+    [[nodiscard]] bool isOffScreen(double planeX, double planeY) const;
     [[nodiscard]] double startFactor() const {
         return m_stroke.taper.enabled != 0 ? m_stroke.taper.startThickness : 1.0;
     }
@@ -115,7 +116,7 @@ int StrokeWalk::walk(OutlineChords* outline) {
         if (!goesOn) {
             break;
         }
-        if (chords.evaluations() / EVALUATIONS_PER_PROGRESS > before / EVALUATIONS_PER_PROGRESS) {
+        if (isToldOf(before, chords.evaluations())) {
             m_unasked = 0;
         }
         if (const int abort = stampChord(chords, &goesOn); abort != 0) {
@@ -215,19 +216,25 @@ void StrokeWalk::adjustStep(double x, double y, double factor) {
     if (!(factor < 1.0)) {
         return;
     }
-    double probeX = x / m_projection.scaleX;
-    double probeY = y / m_projection.scaleY;
-    double probeZ = 0.0;
-    double probeRadius = 1.0;
-    project(m_host, &probeX, &probeY, &probeZ, &probeRadius, m_projection);
-    if (probeRadius * m_step < 0.3) {
-        m_step = 0.3 / probeRadius;
+    const double planeX = x / m_projection.scaleX;
+    const double planeY = y / m_projection.scaleY;
+    const double pixels = projectedSize(m_host, planeX, planeY, 1.0, m_projection);
+    if (pixels * m_step < 0.3) {
+        m_step = 0.3 / pixels;
     }
-    const bool offScreen = probeX < -10 || probeX > m_projection.width + 10 || probeY < -10 ||
-                           probeY > m_projection.height + 10 || probeZ < 0;
-    if (offScreen && m_step < 0.5) {
+    if (m_step < 0.5 && isOffScreen(planeX, planeY)) {
         m_step = 0.5;
     }
+}
+
+bool StrokeWalk::isOffScreen(double planeX, double planeY) const {
+    double x = planeX;
+    double y = planeY;
+    double z = 0.0;
+    double size = 1.0;
+    project(m_host, &x, &y, &z, &size, m_projection);
+    return x < -10 || x > m_projection.width + 10 || y < -10 || y > m_projection.height + 10 ||
+           z < 0;
 }
 
 void StrokeWalk::stampVertex(long index, double factor) {

@@ -101,6 +101,20 @@ struct JointBlock {
     }
 };
 
+/// The same for "behind", where the picture lies in front.
+template<typename P>
+struct JointBehindBlock {
+    using T = typename P::Component;
+    float opacity;
+
+    HWY_INLINE void operator()(T* input, T* layer) const {
+        const PixelsOf<P> picture = unPremultiplied(loadPixels<P>(input));
+        const PixelsOf<P> c = combinedBehind(loadPixels<P>(layer), picture, opacity, 1.0F);
+        storePixels<P>(input, premultiplied(picture));
+        storePixels<P>(layer, premultiplied(c));
+    }
+};
+
 template<typename P, class Mode>
 struct CompositeBlock {
     using T = typename P::Component;
@@ -178,9 +192,9 @@ struct FinishKernels {
         forEachBlock(kernel, input, layer, pixels);
     }
 
-    template<class Mode>
+    template<class Block>
     static void finishJointly(T* input, T* layer, int pixels, float opacity) {
-        forEachBlock(JointBlock<P, Mode>{opacity}, input, layer, pixels);
+        forEachBlock(Block{opacity}, input, layer, pixels);
     }
 
     static void finishInFront(T* input, T* layer, int pixels, float opacity) {
@@ -215,26 +229,28 @@ void enter(RowKernels<P>& table, TransferMode mode, typename RowKernels<P>::Comp
     });
 }
 
-template<typename P, TransferMode mode, class Block>
+/// Float components take long to be sorted, so that fewer visits of a pixel are worth more code,
+/// unless `isLong` says that it would be a lot.
+template<typename P, TransferMode mode, class Block, class Joint, bool isLong = false>
 void enterComposite(RowKernels<P>& table) {
     using Kernel = CompositeKernel<P, codeOf(mode), Block>;
-    enter(table, mode, &Kernel::composite, &finishInSteps<P, &Kernel::composite>);
+    if constexpr (P::is32Bit() && !isLong) {
+        enter(table, mode, &Kernel::composite, &FinishKernels<P>::template finishJointly<Joint>);
+    } else {
+        enter(table, mode, &Kernel::composite, &finishInSteps<P, &Kernel::composite>);
+    }
 }
 
-/// Float components take long to be sorted, so that fewer visits of a pixel are worth more code.
 template<typename P, TransferMode mode, class Mode>
 void enterMode(RowKernels<P>& table) {
-    enterComposite<P, mode, CompositeBlock<P, Mode>>(table);
-    if constexpr (P::is32Bit() && Mode::kind != ModeKind::NON_SEPARABLE) {
-        constexpr int code = codeOf(mode);
-        enter(table, mode, table.composite[code], &FinishKernels<P>::template finishJointly<Mode>);
-    }
+    enterComposite<P, mode, CompositeBlock<P, Mode>, JointBlock<P, Mode>,
+                   Mode::kind == ModeKind::NON_SEPARABLE>(table);
 }
 
 template<typename P>
 void enterModes(RowKernels<P>& table) {
     table.finish.fill(&finishInSteps<P, &compositeNothing<P>>);
-    enterComposite<P, TransferMode::Behind, BehindBlock<P>>(table);
+    enterComposite<P, TransferMode::Behind, BehindBlock<P>, JointBehindBlock<P>>(table);
     enterMode<P, TransferMode::InFront, InFront>(table);
     enterMode<P, TransferMode::Plus, Plus>(table);
     enterMode<P, TransferMode::Multiply, Multiply>(table);

@@ -7,6 +7,7 @@
 #define ORBEL_STAMP8_INL_H
 #endif
 
+#include "pixel/kernels/Colour-inl.h"
 #include "render/kernels/Ring8-inl.h"
 
 #include <hwy/highway.h>
@@ -192,6 +193,50 @@ void recolour8(std::uint8_t* row, int pixels, const std::uint32_t* byAlpha) {
     }
     for (auto* rest = reinterpret_cast<std::uint8_t*>(at); pixels > 0; --pixels, rest += 4) {
         std::memcpy(rest, byAlpha + rest[P::FORMAT::alpha], 4);
+    }
+}
+
+/// Takes pixels into a mean as `blendImages` does. Where neither has anything but what is all
+/// around them, what that comes to is known.
+template<class P>
+void takeIntoMean8(const std::uint8_t* sample, std::uint8_t* mean, int pixels,
+                   const MeanStep& step) {
+    using U32 = typename Lanes8<P>::U32;
+    using I32 = typename Lanes8<P>::I32;
+    const U32 du;
+    const CrossFadeBlock<P> fade{hn::Set(Floats(), step.amount),
+                                 hn::Set(Floats(), 1.0F - step.amount)};
+    const auto blank = hn::Set(du, step.blank);
+    const auto before = hn::Set(du, step.before);
+    HWY_ALIGN std::uint32_t row[hn::MaxLanes(U32())];
+    auto* const coloured = reinterpret_cast<std::uint8_t*>(row);
+    const auto take = [&](std::uint32_t* to) HWY_ATTR {
+        auto pixel = hn::Load(du, row);
+        const auto drawn = hn::Or(hn::Xor(pixel, blank), hn::Xor(hn::LoadU(du, to), before));
+        if (hn::AllTrue(du, hn::Eq(drawn, hn::Zero(du)))) {
+            hn::StoreU(hn::Set(du, step.after), du, to);
+            return;
+        }
+        if (step.byAlpha != nullptr) {
+            const auto alpha = hn::And(hn::ShiftRight<Lanes8<P>::SHIFT>(pixel), hn::Set(du, 255U));
+            hn::Store(hn::GatherIndex(du, step.byAlpha, hn::BitCast(I32(), alpha)), du, row);
+        }
+        fade(coloured, reinterpret_cast<std::uint8_t*>(to), reinterpret_cast<std::uint8_t*>(to));
+    };
+    const int lanes = static_cast<int>(hn::Lanes(du));
+    for (; pixels >= lanes;
+         pixels -= lanes, sample += std::ptrdiff_t{4} * lanes, mean += std::ptrdiff_t{4} * lanes) {
+        hn::Store(hn::LoadU(du, reinterpret_cast<const std::uint32_t*>(sample)), du, row);
+        take(reinterpret_cast<std::uint32_t*>(mean));
+    }
+    if (pixels > 0) {
+        const auto bytes = static_cast<std::size_t>(pixels) * 4;
+        HWY_ALIGN std::uint32_t rest[hn::MaxLanes(U32())] = {};
+        std::memset(row, 0, sizeof(row));
+        std::memcpy(row, sample, bytes);
+        std::memcpy(rest, mean, bytes);
+        take(rest);
+        std::memcpy(mean, rest, bytes);
     }
 }
 

@@ -6,6 +6,10 @@
 #define HWY_TARGET_INCLUDE "render/kernels/StampVectors.cpp"
 #include <hwy/foreach_target.h> // compiles what follows once for every level
 
+#include "render/StampKernels.h"
+
+#if HWY_TARGET != HWY_SCALAR
+
 #include "render/kernels/Stamp8-inl.h"
 #include "render/kernels/StampDeep-inl.h"
 
@@ -53,10 +57,10 @@ void paintStamps(const StampRows& rows, const PlacedStamp* stamps,
 }
 
 template<class P>
-constexpr StampKernels KERNELS8{paintStamps<P, Stamp8<P>>, recolour8<P>};
+constexpr StampKernels KERNELS8{paintStamps<P, Stamp8<P>>, recolour8<P>, takeIntoMean8<P>};
 
 template<class P>
-constexpr StampKernels KERNELS_DEEP{paintStamps<P, StampDeep<P>>, nullptr};
+constexpr StampKernels KERNELS_DEEP{paintStamps<P, StampDeep<P>>, nullptr, nullptr};
 
 template<class P>
 void enter(P, const StampKernels** kernels) {
@@ -69,6 +73,8 @@ void enter(P, const StampKernels** kernels) {
 
 } // namespace orbel::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
+
+#endif
 
 #if HWY_ONCE
 

@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace orbel {
 namespace {
@@ -102,6 +105,42 @@ TEST_F(BezierPath, theSearchNarrowsBetweenFarIncrements) {
     EXPECT_TRUE(walk.next());
     EXPECT_DOUBLE_EQ(walk.parameter(), 104.96);
     EXPECT_EQ(walk.evaluations(), 20);
+}
+
+// Many chords may be found together: where the speed changes, at vertices, beyond the end and where
+// there is a NaN they are those of one trial after the other all the same.
+TEST_F(BezierPath, chordsFoundTogetherAreThoseOfSingleTrials) {
+    FakeOutline curve = polyline({{0, 0}, {3, 0}, {300, 20}, {310, 200}, {10, 190}}, false);
+    curve.vertices[1].tanOutX += 500.0;
+    curve.vertices[3].tanInY -= 150.0;
+    FakeOutline broken = polyline({{0, 0}, {40, 0}, {NOT_A_NUMBER, 3}, {9, 9}}, true);
+    for (FakeOutline* const outline : {&curve, &broken}) {
+        for (const double target : {0.05, 1.0, 7.0}) {
+            const auto segments =
+                static_cast<long>(outline->vertices.size()) - (outline->open ? 1 : 0);
+            BezierSampler sampler(&m_host, nullptr, outline, segments);
+            BezierSampler other(&m_host, nullptr, outline, segments);
+            ChordWalk together(&m_host, &sampler, target);
+            ChordWalk single(&m_host, &other, target);
+            const auto state = [](const ChordWalk& w) {
+                const double evaluations = static_cast<double>(w.evaluations());
+                return std::bit_cast<std::array<std::uint64_t, 7>>(
+                    std::array{w.begin().x, w.begin().y, w.end().x, w.end().y, w.length(),
+                               w.parameter(), evaluations});
+            };
+            for (int i = 0; i < 5000; ++i) {
+                ChordWalk::Trial trial = single.tryChord();
+                while (trial == ChordWalk::Trial::Rejected) {
+                    trial = single.tryChord();
+                }
+                ASSERT_EQ(together.next(), trial == ChordWalk::Trial::Accepted) << i;
+                ASSERT_EQ(state(together), state(single)) << target << " " << i;
+                if (trial != ChordWalk::Trial::Accepted) {
+                    break;
+                }
+            }
+        }
+    }
 }
 
 // Increments from 1000 on bound no search, and beyond 5000 none goes on.
