@@ -60,7 +60,7 @@ std::string megabytes(std::uint64_t bytes) {
 
 /// How long a frame takes, by the one in the middle.
 double secondsOfAFrame(const Job& job, int threads) {
-    FrameOnDemand frames(planJob(job, threads));
+    FrameOnDemand frames(planJob(job, threads, job.frames));
     const auto begin = std::chrono::steady_clock::now();
     static_cast<void>(frames.render((job.frames.first + job.frames.last) / 2, {}));
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
@@ -151,7 +151,7 @@ private:
             }
             cancelJob(job); // what an engine that lost its memory still has is of no use
         }
-        const ScenePlan plan = planJob(job, m_options.threads);
+        const ScenePlan plan = planJob(job, m_options.threads, job.frames);
         return handIn(job, plan.format);
     }
 

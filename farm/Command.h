@@ -6,9 +6,12 @@
 
 namespace orbel {
 
+/// The code of a program that is not there.
+inline constexpr int noSuchCommand = 127;
+
 /// How another program ended, and what it said.
 struct CommandResult {
-    int code = 0; ///< 127 when there is no such program
+    int code = 0;
     std::string out;
     std::string err;
 };

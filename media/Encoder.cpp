@@ -64,7 +64,7 @@ const char* encoderName(OutputKind kind) {
     case OutputKind::Apng:
         return "apng";
     case OutputKind::Mp4Frames:
-        return "utvideo"; // a fifth of the time of FFV1, for files half as large again
+        return "ffvhuff"; // an eighth of the time of FFV1, for files twice as large
     }
     return "";
 }
@@ -359,6 +359,9 @@ void Encoder::setPalette(const AVFrame& palette) {
 }
 
 libav::FramePtr Encoder::toFrame(const RasterInfo& raster) {
+    if (raster.width != m_codec->width || raster.height != m_codec->height) {
+        throw std::invalid_argument("a frame has the size that the output was opened with");
+    }
     if (m_palette != nullptr) {
         return m_palette->paint(raster, m_alpha);
     }
@@ -401,14 +404,6 @@ void Encoder::fail(int code, long frame) const {
     throw MediaError(m_path, framePlace(frame),
                      "the frame cannot be coded (" + libav::reason(code) + ")",
                      "choose another size or ending");
-}
-
-void Encoder::send(const RasterInfo& raster, long time, long frame) {
-    if (raster.width != m_codec->width || raster.height != m_codec->height) {
-        throw std::invalid_argument("a frame has the size that the output was opened with");
-    }
-    libav::FramePtr coded = toFrame(raster);
-    code(*coded, time, frame);
 }
 
 void Encoder::code(AVFrame& coded, long time, long frame) {

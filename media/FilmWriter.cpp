@@ -60,9 +60,13 @@ void FilmWriter::write(const RasterInfo& raster, long frame) {
     checkOpen(m_finished);
     m_newest = frame;
     keepRoomForIndex();
-    m_encoder.send(raster, m_count, frame);
+    const libav::FramePtr coded = m_encoder.toFrame(raster);
+    m_encoder.code(*coded, m_count, frame);
     ++m_count;
     saveReady();
+    if (m_follower != nullptr) {
+        m_follower->code(*coded);
+    }
 }
 
 void FilmWriter::code(AVFrame& frame) {

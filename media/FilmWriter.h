@@ -25,6 +25,9 @@ public:
 
     /// Codes a frame that is as the coder takes it, as the next one. Throws MediaError.
     void code(AVFrame& frame);
+    /// Gives every frame that is written to another film as well, as the coders of both take it.
+    /// Borrows it.
+    void setFollower(FilmWriter* film) { m_follower = film; }
     /// Takes the data of a packet over as the next frame, whatever time it carries. Throws
     /// MediaError.
     void append(AVPacket& packet);
@@ -48,6 +51,7 @@ private:
     Encoder m_encoder;
     libav::PacketPtr m_packet;
     libav::OutputPtr m_output;
+    FilmWriter* m_follower = nullptr;
     bool m_failed = false;
     long m_count = 0;
     long m_newest = 0;
