@@ -78,7 +78,7 @@ std::int64_t ClipReader::timeOf(long index) const {
 
 int ClipReader::nextFrame(AVFrame& frame) {
     const int code = m_decoder->next(frame);
-    const bool early = code < 0 && m_decoder->worksAhead() && m_timesKnown;
+    const bool early = code < 0 && m_decoder->worksAhead();
     return early ? nextFrameAlone(frame) : code;
 }
 
@@ -86,14 +86,20 @@ int ClipReader::nextFrame(AVFrame& frame) {
 int ClipReader::nextFrameAlone(AVFrame& frame) {
     m_threads = 1;
     m_decoder = std::make_unique<VideoDecoder>(m_path, m_threads);
-    if (m_hasPrevious) {
+    if (m_hasPrevious && m_timesKnown) {
         static_cast<void>(m_decoder->seek(m_previousStart)); // or decodes from the beginning
     }
     int code = m_decoder->next(frame);
-    while (m_hasPrevious && code == 1 && frame.best_effort_timestamp <= m_previousStart) {
+    for (long count = 1; code == 1 && isBehindUs(frame, count); ++count) {
         code = m_decoder->next(frame);
     }
     return code;
+}
+
+/// Whether a frame, so many from where decoding began anew, was there before.
+bool ClipReader::isBehindUs(const AVFrame& frame, long count) const {
+    return m_timesKnown ? m_hasPrevious && frame.best_effort_timestamp <= m_previousStart
+                        : count <= m_decoded;
 }
 
 void ClipReader::decodeInto(Shown& shown) {
@@ -112,11 +118,13 @@ void ClipReader::decodeInto(Shown& shown) {
         shown.start + (shown.frame->pkt_duration > 0 ? shown.frame->pkt_duration : m_frameDuration);
     m_previousStart = shown.start;
     m_hasPrevious = true;
+    ++m_decoded;
 }
 
 void ClipReader::restart() {
     m_decoder = std::make_unique<VideoDecoder>(m_path, m_threads);
     m_hasPrevious = false;
+    m_decoded = 0;
     decodeInto(m_current);
 }
 

@@ -265,10 +265,11 @@ void VideoDecoder::endAt(int code, std::int64_t time) {
     static_cast<void>(avcodec_send_packet(m_codec.get(), nullptr));
 }
 
-/// Frames of several packets may be in the works when one fails.
+/// Frames of several packets may be in the works when one fails. Where threads work ahead, what
+/// comes out may already be predicted from it, and the error may be told with a later packet.
 bool VideoDecoder::isBehindDamage(const AVFrame& frame) const {
     const std::int64_t time = frame.best_effort_timestamp;
-    if (!m_damage || time == AV_NOPTS_VALUE) {
+    if (!m_damage || time == AV_NOPTS_VALUE || worksAhead()) {
         return m_damage.has_value();
     }
     return m_damage->time == AV_NOPTS_VALUE
