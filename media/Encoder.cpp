@@ -146,6 +146,25 @@ bool isYCbCr(AVPixelFormat format) {
     return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_RGB) == 0;
 }
 
+/// Says what the samples mean, as far as the format can: a player that guesses may show a film
+/// darker or with other greens. Films are for video screens, whatever their coding; pictures are
+/// what viewers take them for. The light of an EXR picture is the scene's own business.
+void setColour(OutputKind kind, AVCodecContext& codec) {
+    const bool isPicture =
+        kind == OutputKind::Png || kind == OutputKind::Tiff || kind == OutputKind::Apng;
+    if (kind == OutputKind::Exr) {
+        return;
+    }
+    const bool coded = isYCbCr(codec.pix_fmt);
+    codec.color_primaries = AVCOL_PRI_BT709;
+    codec.color_trc = isPicture ? AVCOL_TRC_IEC61966_2_1 : AVCOL_TRC_BT709;
+    codec.colorspace = coded ? AVCOL_SPC_BT709 : AVCOL_SPC_RGB;
+    codec.color_range = coded ? AVCOL_RANGE_MPEG : AVCOL_RANGE_JPEG;
+    if (codec.pix_fmt == AV_PIX_FMT_YUV420P) {
+        codec.chroma_sample_location = AVCHROMA_LOC_CENTER; // as YCbCrRows::code makes it
+    }
+}
+
 template<typename T>
 T* components(const AVFrame& frame, int plane) {
     void* bytes = frame.data[plane];
@@ -326,12 +345,7 @@ void Encoder::configure(const WriterSpec& spec, const OutputTarget& target) {
         m_codec->thread_count = h264Threads;
     }
     m_codec->flags |= AV_CODEC_FLAG_BITEXACT;
-    if (isYCbCr(m_codec->pix_fmt)) {
-        m_codec->color_primaries = AVCOL_PRI_BT709;
-        m_codec->color_trc = AVCOL_TRC_BT709;
-        m_codec->colorspace = AVCOL_SPC_BT709;
-        m_codec->color_range = AVCOL_RANGE_MPEG;
-    }
+    setColour(target.kind, *m_codec);
     if (target.isFilm) {
         m_codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER; // all three containers want it
     }
@@ -418,6 +432,7 @@ void Encoder::code(AVFrame& coded, long time, long frame) {
     coded.color_trc = m_codec->color_trc;
     coded.colorspace = m_codec->colorspace;
     coded.color_range = m_codec->color_range;
+    coded.chroma_location = m_codec->chroma_sample_location;
     libav::forgetReason();
     const int result = avcodec_send_frame(m_codec.get(), &coded);
     if (result < 0) {

@@ -1,6 +1,7 @@
 #include "media/MediaError.h"
 #include "media/MediaReader.h"
 #include "media/MediaWriter.h"
+#include "media/VideoDecoder.h"
 #include "tests/media/MediaFixtures.h"
 
 #include <gmock/gmock.h>
@@ -144,6 +145,39 @@ TEST(MediaWriter, ColoursAreRightInEveryFilm) {
                 EXPECT_LE(largestDifference(*picture, raster), 3.0 / 255.0)
                     << name << " " << c[0] << c[1] << c[2];
             }
+        }
+    }
+}
+
+// What a player is told, as ffprobe shows it; GIF, WebP and TIFF have no place for any of it.
+TEST(MediaWriter, EveryFilmSaysWhatItsColoursMean) {
+    const struct {
+        const char* name;
+        AVColorRange range;
+        AVColorSpace matrix;
+        AVChromaLocation chroma;
+    } films[] = {
+        {"a.mp4", AVCOL_RANGE_MPEG, AVCOL_SPC_BT709, AVCHROMA_LOC_CENTER},
+        {"a.mov", AVCOL_RANGE_MPEG, AVCOL_SPC_BT709, AVCHROMA_LOC_UNSPECIFIED},
+        {"a.mkv", AVCOL_RANGE_JPEG, AVCOL_SPC_RGB, AVCHROMA_LOC_UNSPECIFIED},
+    };
+    const TestFolder folder;
+    for (const RasterFormat format : {RF_RGBA8, RF_ARGB32F}) {
+        for (const auto& film : films) {
+            const TestRaster raster(format, 64, 48, RowOrder::Tight);
+            writeNoise(folder / film.name, raster, specFor(raster), 0, 2);
+            const VideoDecoder decoder(folder / film.name, 1);
+            const AVCodecParameters& told = *decoder.stream().codecpar;
+            EXPECT_EQ(told.color_range, film.range) << film.name;
+            EXPECT_EQ(told.color_space, film.matrix) << film.name;
+            EXPECT_EQ(told.color_primaries, AVCOL_PRI_BT709) << film.name;
+            EXPECT_EQ(told.color_trc, AVCOL_TRC_BT709) << film.name;
+            EXPECT_EQ(told.chroma_location, film.chroma) << film.name;
+        }
+        for (const char* name : {"a.png", "a.apng"}) {
+            const TestRaster raster(format, 64, 48, RowOrder::Tight);
+            writeNoise(folder / name, raster, specFor(raster), 0, 1);
+            EXPECT_THAT(readBytes(folder / name), HasSubstr("sRGB")) << name;
         }
     }
 }
