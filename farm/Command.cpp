@@ -107,6 +107,11 @@ pid_t startCommand(const std::vector<std::string>& arguments, const std::string&
 }
 
 std::string shellQuoted(const std::string& word) {
+    constexpr const char* plain =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-+:,@%=";
+    if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
+        return word;
+    }
     std::string quoted(1, '\'');
     for (const char c : word) {
         if (c == '\'') {

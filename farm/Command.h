@@ -25,7 +25,7 @@ struct CommandResult {
 [[nodiscard]] pid_t startCommand(const std::vector<std::string>& arguments, const std::string& log,
                                  bool ownGroup);
 
-/// A word for a shell, whatever is in it.
+/// A word for a shell, whatever is in it; in quotes where it needs them.
 [[nodiscard]] std::string shellQuoted(const std::string& word);
 
 } // namespace orbel

@@ -1,5 +1,6 @@
 #include "farm/Task.h"
 
+#include "farm/Command.h"
 #include "farm/Join.h"
 #include "farm/Submit.h"
 #include "media/FileHash.h"
@@ -66,7 +67,7 @@ FilmResult join(const Job& job, const ChunkOptions& options, const FilmCallbacks
         // Trying again here would change nothing.
         return refused(job,
                        {job.folder, "", std::to_string(missing.size()) + " chunks are missing",
-                        "type \"orbel farm resume " + job.folder + "\""},
+                        "type \"orbel farm resume " + shellQuoted(job.folder) + "\""},
                        false);
     }
     ScenePlan plan = planJob(job, options.threads, job.frames);
