@@ -114,8 +114,8 @@ void ClipReader::decodeInto(Shown& shown) {
     const bool usable = stated != AV_NOPTS_VALUE && (!m_hasPrevious || stated > m_previousStart);
     m_timesKnown = m_timesKnown && usable;
     shown.start = usable ? stated : expected;
-    shown.end =
-        shown.start + (shown.frame->pkt_duration > 0 ? shown.frame->pkt_duration : m_frameDuration);
+    const std::int64_t duration = libav::durationOf(*shown.frame);
+    shown.end = shown.start + (duration > 0 ? duration : m_frameDuration);
     m_previousStart = shown.start;
     m_hasPrevious = true;
     ++m_decoded;
@@ -139,7 +139,7 @@ bool ClipReader::seekBefore(std::int64_t time) {
         decodeInto(m_current);
         // Frames before the key frame may lack what they were predicted from.
         if (m_timesKnown && m_current.valid && m_current.start <= time &&
-            m_current.frame->key_frame != 0) {
+            libav::isKeyFrame(*m_current.frame)) {
             return true;
         }
     }

@@ -104,7 +104,7 @@ FilmIndex::~FilmIndex() {
     }
 }
 
-int FilmIndex::take(void* self, std::uint8_t* bytes, int count) {
+int FilmIndex::take(void* self, libav::WrittenBytes* bytes, int count) {
     auto& index = *static_cast<FilmIndex*>(self);
     if (index.m_index != nullptr && index.m_at >= index.m_end) {
         // Sizes are filled in when what they count has been written.

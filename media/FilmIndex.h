@@ -32,7 +32,7 @@ public:
     void complete();
 
 private:
-    static int take(void* self, std::uint8_t* bytes, int count);
+    static int take(void* self, libav::WrittenBytes* bytes, int count);
     static std::int64_t seek(void* self, std::int64_t offset, int whence);
     void check(int code) const;
     [[nodiscard]] std::int64_t boxSize(std::int64_t at) const;

@@ -200,17 +200,15 @@ double VideoDecoder::pixelAspect(AVFrame& frame) const {
 
 Turn VideoDecoder::turn(const AVFrame& frame) const {
     std::array<std::int32_t, 9> matrix{};
-    std::size_t size = 0;
-    const std::uint8_t* data = av_stream_get_side_data(m_stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    libav::SideData said = libav::sideData(*m_stream, AV_PKT_DATA_DISPLAYMATRIX);
     if (const AVFrameSideData* const own =
             av_frame_get_side_data(&frame, AV_FRAME_DATA_DISPLAYMATRIX)) {
-        data = own->data;
-        size = own->size;
+        said = {own->data, own->size};
     }
-    if (data == nullptr || size < sizeof matrix) {
+    if (said.bytes == nullptr || said.size < sizeof matrix) {
         return {};
     }
-    std::copy_n(data, sizeof matrix, reinterpret_cast<std::uint8_t*>(matrix.data()));
+    std::copy_n(said.bytes, sizeof matrix, reinterpret_cast<std::uint8_t*>(matrix.data()));
     return turnOf(matrix.data());
 }
 
@@ -298,7 +296,7 @@ int VideoDecoder::next(AVFrame& frame) {
         const int code = receive(frame);
         if (code == 0) {
             m_decodedAny = true;
-            m_duration = frame.pkt_duration;
+            m_duration = libav::durationOf(frame);
             m_nextTime = frame.best_effort_timestamp == AV_NOPTS_VALUE
                              ? AV_NOPTS_VALUE
                              : frame.best_effort_timestamp + m_duration;
