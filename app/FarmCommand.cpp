@@ -4,6 +4,7 @@
 #include "app/Interrupt.h"
 #include "app/SceneDrawings.h"
 #include "farm/Check.h"
+#include "farm/Command.h"
 #include "farm/DiskEstimate.h"
 #include "farm/LocalEngine.h"
 #include "farm/Report.h"
@@ -60,7 +61,7 @@ std::string megabytes(std::uint64_t bytes) {
 
 /// How long a frame takes, by the one in the middle.
 double secondsOfAFrame(const Job& job, int threads) {
-    FrameOnDemand frames(planJob(job, threads));
+    FrameOnDemand frames(planJob(job, threads, job.frames));
     const auto begin = std::chrono::steady_clock::now();
     static_cast<void>(frames.render((job.frames.first + job.frames.last) / 2, {}));
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
@@ -139,7 +140,7 @@ private:
         }
         const long tasks = submitMissing(job, submitOptions(m_options, job));
         m_out << tasks << (tasks == 1 ? " task" : " tasks")
-              << " handed in; look with: orbel farm status " << job.folder << '\n';
+              << " handed in; look with: orbel farm status " << shellQuoted(job.folder) << '\n';
         return EXIT_DONE;
     }
 
@@ -151,14 +152,15 @@ private:
             }
             cancelJob(job); // what an engine that lost its memory still has is of no use
         }
-        const ScenePlan plan = planJob(job, m_options.threads);
+        const ScenePlan plan = planJob(job, m_options.threads, job.frames);
         return handIn(job, plan.format);
     }
 
     int letGo(const Job& job, long held) {
         releaseHeld(job);
         m_out << held << (held == 1 ? " task was" : " tasks were")
-              << " held and may go on; look with: orbel farm status " << job.folder << '\n';
+              << " held and may go on; look with: orbel farm status " << shellQuoted(job.folder)
+              << '\n';
         return EXIT_DONE;
     }
 
@@ -222,7 +224,8 @@ private:
             m_out << std::round(status.framesPerSecond * 10) / 10 << " frames/s, some "
                   << std::lround(*status.secondsLeft) << " s left\n";
         } else if (status.engine->running + status.engine->waiting == 0) {
-            m_out << "nothing runs for it: type \"orbel farm resume " << m_options.job << "\"\n";
+            m_out << "nothing runs for it: type \"orbel farm resume " << shellQuoted(m_options.job)
+                  << "\"\n";
         }
     }
 
@@ -241,7 +244,7 @@ private:
         if (status.engine->held > 0) {
             m_out << status.engine->held << (status.engine->held == 1 ? " task is" : " tasks are")
                   << " held (" << status.engine->heldWhy << "): type \"orbel farm resume "
-                  << m_options.job << "\"\n";
+                  << shellQuoted(m_options.job) << "\"\n";
         }
         for (const std::string& machine : status.engine->away) {
             m_out << machine << " takes no tasks\n";

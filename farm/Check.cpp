@@ -41,7 +41,7 @@ FilmResult runCheck(const Job& job, int threads) {
     FilmResult film;
     film.frames = job.frames;
     try {
-        static_cast<void>(planJob(job, threads));
+        static_cast<void>(planJob(job, threads, job.chunkRange(0)));
         remember(job, fine);
     } catch (const MediaError& error) {
         film.end = FilmEnd::Refused;

@@ -93,6 +93,7 @@ FilmRequest requestFor(const Job& job, const std::string& path, const ChunkOptio
     if (job.kind() != PartKind::Pictures) {
         request.outputs.file = job.outputs.file;
         request.outputs.part = path;
+        request.outputs.film = options.film;
     } else if (job.outputs.file) {
         request.outputs.file = path + "/" + fs::path(*job.outputs.file).filename().string();
     } else {

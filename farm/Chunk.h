@@ -19,7 +19,8 @@ struct ChunkRecord {
 /// How a chunk is rendered.
 struct ChunkOptions {
     int threads = 0;
-    std::string scratch; ///< folder for what is not complete yet; empty: in the job's own
+    std::string scratch{};        ///< folder for what is not complete yet; empty: in the job's own
+    FilmAssembly* film = nullptr; ///< that takes the frames as they come; see `openPart`
 };
 
 /// The file of a complete chunk, or its folder of pictures. Chunks lie in folders of a thousand.

@@ -13,8 +13,6 @@ namespace orbel {
 
 namespace {
 
-constexpr int noProgram = 127;
-
 std::vector<char*> argvOf(std::vector<std::string>& arguments) {
     std::vector<char*> argv;
     argv.reserve(arguments.size() + 1);
@@ -76,13 +74,13 @@ CommandResult runCommand(const std::vector<std::string>& arguments, const std::s
     if (child == 0) {
         redirect(in.file(), out.file(), err.file());
         execvp(argv[0], argv.data());
-        _exit(noProgram);
+        _exit(noSuchCommand);
     }
     CommandResult result;
     int status = 0;
     while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    result.code = child > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : noProgram;
+    result.code = child > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : noSuchCommand;
     result.out = out.text();
     result.err = err.text();
     return result;
@@ -101,7 +99,7 @@ pid_t startCommand(const std::vector<std::string>& arguments, const std::string&
         }
         redirect(nothing, out, out);
         execvp(argv[0], argv.data());
-        _exit(noProgram);
+        _exit(noSuchCommand);
     }
     close(out);
     close(nothing);
@@ -109,6 +107,11 @@ pid_t startCommand(const std::vector<std::string>& arguments, const std::string&
 }
 
 std::string shellQuoted(const std::string& word) {
+    constexpr const char* plain =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-+:,@%=";
+    if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
+        return word;
+    }
     std::string quoted(1, '\'');
     for (const char c : word) {
         if (c == '\'') {

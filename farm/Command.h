@@ -6,9 +6,12 @@
 
 namespace orbel {
 
+/// The code of a program that is not there.
+inline constexpr int noSuchCommand = 127;
+
 /// How another program ended, and what it said.
 struct CommandResult {
-    int code = 0; ///< 127 when there is no such program
+    int code = 0;
     std::string out;
     std::string err;
 };
@@ -22,7 +25,7 @@ struct CommandResult {
 [[nodiscard]] pid_t startCommand(const std::vector<std::string>& arguments, const std::string& log,
                                  bool ownGroup);
 
-/// A word for a shell, whatever is in it.
+/// A word for a shell, whatever is in it; in quotes where it needs them.
 [[nodiscard]] std::string shellQuoted(const std::string& word);
 
 } // namespace orbel

@@ -25,7 +25,7 @@ double bytesOfAPixel(const Job& job, RasterFormat format) {
         return 1.3;
     case OutputKind::Mp4:
     case OutputKind::Mp4Frames:
-        return 0.45;
+        return 0.6;
     case OutputKind::Gif:
     case OutputKind::WebP:
     case OutputKind::Apng:

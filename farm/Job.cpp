@@ -50,10 +50,17 @@ Scene settled(Scene scene) {
     return scene;
 }
 
+/// A file that a scene names, not looked at yet.
+JobFile named(const std::string& path) {
+    JobFile file;
+    file.path = path;
+    return file;
+}
+
 /// The files behind a name that may be a numbered sequence, in order.
-std::vector<std::string> filesBehind(const std::string& path) {
+std::vector<JobFile> filesBehind(const std::string& path) {
     if (fs::exists(path) || path.find('%') == std::string::npos) {
-        return {path};
+        return {named(path)};
     }
     const SequencePattern pattern(path);
     std::vector<std::pair<long, std::string>> numbered;
@@ -63,47 +70,41 @@ std::vector<std::string> filesBehind(const std::string& path) {
         }
     }
     std::sort(numbered.begin(), numbered.end());
-    std::vector<std::string> files;
-    std::transform(numbered.begin(), numbered.end(), std::back_inserter(files),
-                   [](const auto& file) { return file.second; });
+    std::vector<JobFile> files;
+    for (const auto& [number, file] : numbered) {
+        files.push_back(named(file));
+        files.back().picture = number - numbered.front().first;
+    }
     return files;
 }
 
-std::vector<std::string> filesOf(const Scene& scene) {
-    std::vector<std::string> files;
+std::vector<JobFile> filesOf(const Scene& scene) {
+    std::vector<JobFile> files;
     if (const auto* const raw = std::get_if<RawInput>(&scene.input)) {
-        files.push_back(raw->path);
+        files.push_back(named(raw->path));
     } else if (const auto* const media = std::get_if<MediaInput>(&scene.input)) {
         files = filesBehind(media->path);
     }
     if (scene.shape) {
-        files.push_back(*scene.shape);
+        files.push_back(named(*scene.shape));
     }
     for (const int preset : chosenPresets(scene)) {
-        files.push_back(absolute(presetFile(preset)));
+        files.push_back(named(absolute(presetFile(preset))));
     }
     return files;
 }
 
 /// Everything but the hash.
-JobFile glanceAt(const std::string& path) {
+JobFile glanceAt(JobFile file) {
     std::error_code error;
-    JobFile file;
-    file.path = path;
-    file.bytes = fs::file_size(path, error);
+    file.bytes = fs::file_size(file.path, error);
     if (!error) {
-        file.modified = fs::last_write_time(path, error).time_since_epoch().count();
+        file.modified = fs::last_write_time(file.path, error).time_since_epoch().count();
     }
     if (error) {
-        throw MediaError(path, "", "the file cannot be read (" + error.message() + ")",
+        throw MediaError(file.path, "", "the file cannot be read (" + error.message() + ")",
                          "check the file and its permissions");
     }
-    return file;
-}
-
-JobFile lookInto(const std::string& path) {
-    JobFile file = glanceAt(path);
-    file.hash = hashOfFiles({path});
     return file;
 }
 
@@ -121,11 +122,16 @@ json toJson(const JobFile& file) {
     return {{"path", file.path},
             {"bytes", file.bytes},
             {"modified", file.modified},
-            {"sha256", file.hash}};
+            {"sha256", file.hash},
+            {"picture", file.picture ? json(*file.picture) : json()}};
 }
 
 JobFile fileFrom(const json& value) {
-    return {value.at("path"), value.at("bytes"), value.at("modified"), value.at("sha256")};
+    JobFile file{value.at("path"), value.at("bytes"), value.at("modified"), value.at("sha256"), {}};
+    if (const json& picture = value.at("picture"); !picture.is_null()) {
+        file.picture = picture.get<long>();
+    }
+    return file;
 }
 
 std::optional<std::string> textFrom(const json& value, const char* key) {
@@ -179,10 +185,11 @@ Job makeJob(const Scene& scene, const ScenePlan& plan, const FilmOutputs& output
     job.size = plan.size;
     job.build = buildIdentity();
     job.chunkFrames = chunkFrames;
-    for (const std::string& file : filesOf(own)) {
+    for (const JobFile& file : filesOf(own)) {
         JobFile seen = glanceAt(file);
         seen.hash = known == nullptr ? "" : rememberedHash(*known, seen);
-        job.files.push_back(seen.hash.empty() ? lookInto(file) : seen);
+        seen.hash = seen.hash.empty() ? hashOfFiles({file.path}) : seen.hash;
+        job.files.push_back(std::move(seen));
     }
     return job;
 }
@@ -278,16 +285,19 @@ std::vector<std::string> differences(const Job& begun, const Job& asked) {
     return found;
 }
 
-std::vector<std::string> changesSince(const Job& job) {
+std::vector<std::string> changesSince(const Job& job, const FrameRange& frames) {
     std::vector<std::string> found;
     if (job.build != buildIdentity()) {
         found.push_back("the program (" + job.build + ")");
     }
     for (const JobFile& known : job.files) {
+        if (known.picture && (*known.picture < frames.first || *known.picture > frames.last)) {
+            continue;
+        }
         try {
-            const JobFile now = glanceAt(known.path);
+            const JobFile now = glanceAt(known);
             const bool same = now.bytes == known.bytes && (now.modified == known.modified ||
-                                                           lookInto(known.path).hash == known.hash);
+                                                           hashOfFiles({known.path}) == known.hash);
             if (!same) {
                 found.push_back("the file " + known.path);
             }

@@ -17,6 +17,7 @@ struct JobFile {
     std::uint64_t bytes = 0;
     std::int64_t modified = 0; ///< in nanoseconds; a shortcut only: other contents count as changed
     std::string hash;
+    std::optional<long> picture; ///< its place in the input, from 0 on, where that is a sequence
 };
 
 /// A film that is made in chunks of frames: what it is made of, and how it is cut. Everything that
@@ -59,7 +60,9 @@ void writeJob(const Job& job);
 /// What is not as in the job that was begun, in words; empty when both make the same film.
 [[nodiscard]] std::vector<std::string> differences(const Job& begun, const Job& asked);
 
-/// Which files are not as the job knows them, in words; `build` of this program included.
-[[nodiscard]] std::vector<std::string> changesSince(const Job& job);
+/// Which files are not as the job knows them, in words; `build` of this program included. Of an
+/// input of pictures those alone are looked at that these frames show: thousands of tasks that look
+/// at thousands of pictures would keep a file server busy.
+[[nodiscard]] std::vector<std::string> changesSince(const Job& job, const FrameRange& frames);
 
 } // namespace orbel

@@ -97,8 +97,17 @@ FilmResult failed(const Job& job, Problem problem, bool passing) {
     return film;
 }
 
-FilmResult join(const Job& job, const WriterSpec& spec, const FilmCallbacks& callbacks) {
+FilmResult finish(FilmAssembly* film) {
+    film->finish();
+    return {};
+}
+
+FilmResult join(const Job& job, const WriterSpec& spec, FilmAssembly* film,
+                const FilmCallbacks& callbacks) {
     try {
+        if (film != nullptr) {
+            return finish(film);
+        }
         return job.kind() == PartKind::Pictures ? placePictures(job, callbacks)
                                                 : assemble(job, spec, callbacks);
     } catch (const MediaError& error) {
@@ -111,15 +120,29 @@ FilmResult join(const Job& job, const WriterSpec& spec, const FilmCallbacks& cal
     }
 }
 
+WriterSpec specOf(const ScenePlan& plan, const ChunkOptions& options) {
+    FilmRequest request;
+    request.threads = options.threads;
+    return writerSpec(plan, request.threadCount());
+}
+
 } // namespace
+
+std::unique_ptr<FilmAssembly> beginFilm(const Job& job, const ScenePlan& plan,
+                                        const ChunkOptions& options) {
+    return job.kind() == PartKind::CoderInput
+               ? std::make_unique<FilmAssembly>(*job.outputs.file, specOf(plan, options))
+               : nullptr;
+}
 
 FilmResult joinFilm(const Job& job, ScenePlan* plan, const ChunkOptions& options,
                     const FilmCallbacks& callbacks) {
-    FilmResult film = completeChunks(job, plan, options, callbacks);
+    FilmResult film;
+    if (options.film == nullptr) {
+        film = completeChunks(job, plan, options, callbacks);
+    }
     if (film.end == FilmEnd::Done) {
-        FilmRequest request;
-        request.threads = options.threads;
-        film = join(job, writerSpec(*plan, request.threadCount()), callbacks);
+        film = join(job, specOf(*plan, options), options.film, callbacks);
     }
     film.frames = job.frames;
     film.framesWritten = film.end == FilmEnd::Done ? job.frames.count() : 0;

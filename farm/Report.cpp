@@ -100,7 +100,7 @@ void verifySamples(const Job& job, int samples, int threads, VerifyResult* resul
     if (samples < 1) {
         return;
     }
-    ScenePlan plan = planJob(job, threads);
+    ScenePlan plan = planJob(job, threads, job.frames);
     std::mt19937 random{std::random_device{}()};
     std::uniform_int_distribution<long> frames(job.frames.first, job.frames.last);
     for (int i = 0; i < samples; ++i) {

@@ -43,6 +43,11 @@ public:
         if (m_callbacks.found) {
             m_callbacks.found(m_kept);
         }
+        // What an earlier run has left is not coded again before there is anything new: a run that
+        // is killed early, time and again, would come no further.
+        const std::unique_ptr<FilmAssembly> whole =
+            m_kept == 0 ? beginFilm(m_job, *m_plan, m_options) : nullptr;
+        m_options.film = whole.get();
         for (const long chunk : missing) {
             FilmResult film = renderChunk(m_job, m_plan, chunk, m_options, m_callbacks);
             if (film.end != FilmEnd::Done) {

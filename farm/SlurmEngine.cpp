@@ -18,14 +18,25 @@ namespace {
 /// What a cluster takes in one array where it does not say.
 constexpr long usualArray = 1000;
 
+constexpr const char* lookAtIt = "look at the cluster (sinfo, scontrol ping), then try again";
+/// Nothing begins here by itself: who types this may sit on a machine that is there to submit only.
+constexpr const char* orHere = "render on this machine alone with --engine local";
+
 std::string firstLine(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
-[[noreturn]] void refuse(const std::string& command, const std::string& words) {
-    const std::string why = words.empty() ? "the command is missing" : words;
-    throw MediaError("Slurm", command, "it refuses: " + firstLine(why),
-                     "look at the cluster (sinfo, scontrol ping), then try again",
+/// Where it ends is why; what comes before are attempts.
+std::string lastLine(std::string text) {
+    while (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    return text.substr(text.rfind('\n') + 1);
+}
+
+[[noreturn]] void refuse(const std::string& command, const std::string& words,
+                         const std::string& remedy = lookAtIt) {
+    throw MediaError("Slurm", command, "it refuses: " + lastLine(words), remedy,
                      MediaError::Passing);
 }
 
@@ -35,6 +46,19 @@ std::string run(const std::vector<std::string>& arguments, const std::string& in
         refuse(arguments.front(), result.err);
     }
     return std::move(result.out);
+}
+
+/// A command that waits for a controller that is away does so for long; this one answers at once.
+void requireController() {
+    const CommandResult ping = runCommand({"scontrol", "ping"}, "");
+    if (ping.code == noSuchCommand) {
+        throw MediaError("Slurm", "scontrol", "there is no such command on this machine",
+                         std::string("submit where the cluster is, or ") + orHere);
+    }
+    if (ping.code != 0 && ping.out.find(" is UP") == std::string::npos) {
+        refuse("scontrol ping", ping.err.empty() ? firstLine(ping.out) : ping.err,
+               std::string(lookAtIt) + ", or " + orHere);
+    }
 }
 
 /// The largest array that the cluster takes.
@@ -177,6 +201,7 @@ std::string idIn(const std::string& answer) {
 } // namespace
 
 std::vector<std::string> SlurmEngine::submit(const Job& job, const Submission& submission) {
+    requireController();
     const Submission own = settled(submission);
     std::vector<std::string> ids;
     std::vector<std::string> arrays;

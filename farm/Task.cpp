@@ -1,5 +1,6 @@
 #include "farm/Task.h"
 
+#include "farm/Command.h"
 #include "farm/Join.h"
 #include "farm/Submit.h"
 #include "media/FileHash.h"
@@ -66,10 +67,10 @@ FilmResult join(const Job& job, const ChunkOptions& options, const FilmCallbacks
         // Trying again here would change nothing.
         return refused(job,
                        {job.folder, "", std::to_string(missing.size()) + " chunks are missing",
-                        "type \"orbel farm resume " + job.folder + "\""},
+                        "type \"orbel farm resume " + shellQuoted(job.folder) + "\""},
                        false);
     }
-    ScenePlan plan = planJob(job, options.threads);
+    ScenePlan plan = planJob(job, options.threads, job.frames);
     FilmResult film = joinFilm(job, &plan, options, callbacks);
     if (film.end == FilmEnd::Done) {
         recordFilm(job);
@@ -79,8 +80,8 @@ FilmResult join(const Job& job, const ChunkOptions& options, const FilmCallbacks
 
 } // namespace
 
-ScenePlan planJob(const Job& job, int threads) {
-    if (const std::vector<std::string> changed = changesSince(job); !changed.empty()) {
+ScenePlan planJob(const Job& job, int threads, const FrameRange& shown) {
+    if (const std::vector<std::string> changed = changesSince(job, shown); !changed.empty()) {
         throw MediaError(job.folder, "",
                          "this is not as it was when the job was made: " + changed[0],
                          "put that back, or submit anew with --restart");
@@ -118,7 +119,7 @@ FilmResult runTask(const Job& job, long chunk, const ChunkOptions& options,
     }
     FilmResult film;
     try {
-        ScenePlan plan = planJob(job, options.threads);
+        ScenePlan plan = planJob(job, options.threads, job.chunkRange(chunk));
         film = renderChunk(job, &plan, chunk, options, callbacks);
     } catch (const MediaError& error) {
         film = refused(job, problemOf(error), true); // another machine may see what this one lacks

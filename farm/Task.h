@@ -7,8 +7,9 @@
 namespace orbel {
 
 /// The plan of a job on the machine that renders it. Throws MediaError when a file is not as the
-/// job knows it, when this is another program, or when the scene cannot be planned.
-[[nodiscard]] ScenePlan planJob(const Job& job, int threads);
+/// job knows it, when this is another program, or when the scene cannot be planned. Of an input of
+/// pictures those of `shown` are looked at.
+[[nodiscard]] ScenePlan planJob(const Job& job, int threads, const FrameRange& shown);
 
 /// The chunk in a line of a list, from 0 on. Throws MediaError.
 [[nodiscard]] long chunkInList(const std::string& list, long index);

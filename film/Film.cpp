@@ -55,7 +55,7 @@ Writers openOutputs(const FilmOutputs& outputs, const WriterSpec& spec) {
         writers.push_back(openRawDump(*outputs.rawFolder));
     }
     if (outputs.part) {
-        writers.push_back(openPart(*outputs.part, spec, targetOf(*outputs.file)));
+        writers.push_back(openPart(*outputs.part, spec, targetOf(*outputs.file), outputs.film));
     } else if (outputs.file) {
         writers.push_back(openWriter(*outputs.file, spec));
     }
@@ -67,7 +67,7 @@ bool isPassing(const std::exception_ptr& failure) {
         std::rethrow_exception(failure);
     } catch (const MediaError& error) {
         return error.isPassing();
-    } catch (const std::exception&) {
+    } catch (...) {
         return false;
     }
 }
@@ -84,6 +84,8 @@ Problem problemOf(const std::exception_ptr& failure, std::optional<long> frame,
         return {scene, place, "there is not enough memory", "render at a smaller size"};
     } catch (const std::exception& error) {
         return {scene, place, error.what(), ""};
+    } catch (...) {
+        return {scene, place, "a callback has thrown what is no exception of the library", ""};
     }
 }
 

@@ -24,12 +24,15 @@
 /// Single frames into memory are the business of `FrameOnDemand`.
 namespace orbel {
 
+class FilmAssembly;
+
 /// Where the frames go. At least one is there.
 struct FilmOutputs {
     std::optional<std::string> file;      ///< film, picture or numbered pictures, by its ending
     std::optional<std::string> rawFolder; ///< folder of raw frames
     /// Instead of the film `file`: a part of it, to be put together with others by `FilmAssembly`.
     std::optional<std::string> part{};
+    FilmAssembly* film = nullptr; ///< that takes the part's frames as they come; see `openPart`
 
     [[nodiscard]] bool none() const { return !file && !rawFolder; }
     /// "film.mp4 and raw"
@@ -51,7 +54,8 @@ struct FilmRequest {
 };
 
 /// What a film asks and tells while it is made. All may be empty. `interrupted` is asked by any
-/// thread, often; each of the others is called by one thread at a time.
+/// thread, often; each of the others is called by one thread at a time. One that throws fails the
+/// film.
 struct FilmCallbacks {
     std::function<bool()> interrupted; ///< true ends the film soon; what is finished is kept
     std::function<void()> beforeFrame; ///< called before each frame is drawn; it may wait
@@ -92,7 +96,7 @@ struct FilmResult {
 [[nodiscard]] WriterSpec writerSpec(const ScenePlan& plan, int threads);
 
 /// Makes the film of a plan that `planFilm` made for the same request. Blocks until the end; any
-/// thread. Throws nothing but what a callback throws.
+/// thread. Throws nothing.
 [[nodiscard]] FilmResult renderFilm(ScenePlan* plan, const FilmRequest& request,
                                     const FilmCallbacks& callbacks);
 

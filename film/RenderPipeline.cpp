@@ -33,9 +33,14 @@ struct RenderPipeline::Run {
 
     /// Makes a job of the next frame with its input; false when there is none.
     bool read(Job& job) {
-        if (stopped || next > plan.frames.last || interrupted()) {
+        if (stopped || next > plan.frames.last) {
             return false;
         }
+        bool wanted = false;
+        return guarded(next, [&] { wanted = !interrupted(); }) && wanted && readNext(job);
+    }
+
+    bool readNext(Job& job) {
         const Stopwatch watch(&result.times.reading);
         job.frame = next++;
         if (isKnown(job)) {
@@ -95,9 +100,7 @@ struct RenderPipeline::Run {
         result.outputFailed = writingEnded;
         if (!writingEnded) {
             ++result.framesWritten;
-            if (callbacks.frameWritten) {
-                callbacks.frameWritten();
-            }
+            writingEnded = callbacks.frameWritten && !guarded(job.frame, callbacks.frameWritten);
         }
     }
 
@@ -129,7 +132,7 @@ struct RenderPipeline::Run {
         try {
             step();
             return true;
-        } catch (const std::exception&) {
+        } catch (...) { // a callback may throw anything
             const std::lock_guard lock(mutex);
             if (!failed || frame < failedFrame) {
                 result.failure = std::current_exception();

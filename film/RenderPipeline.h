@@ -33,7 +33,8 @@ public:
 };
 
 /// What a rendering asks and tells on its way. All may be empty; `interrupted` is called by any
-/// thread, each of the others by one at a time.
+/// thread, each of the others by one at a time. One that throws stops the rendering as a failure of
+/// its frame.
 struct PipelineCallbacks {
     std::function<bool()> interrupted;
     std::function<void()> beforeFrame; ///< may wait

@@ -78,7 +78,7 @@ std::int64_t ClipReader::timeOf(long index) const {
 
 int ClipReader::nextFrame(AVFrame& frame) {
     const int code = m_decoder->next(frame);
-    const bool early = code < 0 && m_decoder->worksAhead() && m_timesKnown;
+    const bool early = code < 0 && m_decoder->worksAhead();
     return early ? nextFrameAlone(frame) : code;
 }
 
@@ -86,14 +86,20 @@ int ClipReader::nextFrame(AVFrame& frame) {
 int ClipReader::nextFrameAlone(AVFrame& frame) {
     m_threads = 1;
     m_decoder = std::make_unique<VideoDecoder>(m_path, m_threads);
-    if (m_hasPrevious) {
+    if (m_hasPrevious && m_timesKnown) {
         static_cast<void>(m_decoder->seek(m_previousStart)); // or decodes from the beginning
     }
     int code = m_decoder->next(frame);
-    while (m_hasPrevious && code == 1 && frame.best_effort_timestamp <= m_previousStart) {
+    for (long count = 1; code == 1 && isBehindUs(frame, count); ++count) {
         code = m_decoder->next(frame);
     }
     return code;
+}
+
+/// Whether a frame, so many from where decoding began anew, was there before.
+bool ClipReader::isBehindUs(const AVFrame& frame, long count) const {
+    return m_timesKnown ? m_hasPrevious && frame.best_effort_timestamp <= m_previousStart
+                        : count <= m_decoded;
 }
 
 void ClipReader::decodeInto(Shown& shown) {
@@ -108,15 +114,17 @@ void ClipReader::decodeInto(Shown& shown) {
     const bool usable = stated != AV_NOPTS_VALUE && (!m_hasPrevious || stated > m_previousStart);
     m_timesKnown = m_timesKnown && usable;
     shown.start = usable ? stated : expected;
-    shown.end =
-        shown.start + (shown.frame->pkt_duration > 0 ? shown.frame->pkt_duration : m_frameDuration);
+    const std::int64_t duration = libav::durationOf(*shown.frame);
+    shown.end = shown.start + (duration > 0 ? duration : m_frameDuration);
     m_previousStart = shown.start;
     m_hasPrevious = true;
+    ++m_decoded;
 }
 
 void ClipReader::restart() {
     m_decoder = std::make_unique<VideoDecoder>(m_path, m_threads);
     m_hasPrevious = false;
+    m_decoded = 0;
     decodeInto(m_current);
 }
 
@@ -131,7 +139,7 @@ bool ClipReader::seekBefore(std::int64_t time) {
         decodeInto(m_current);
         // Frames before the key frame may lack what they were predicted from.
         if (m_timesKnown && m_current.valid && m_current.start <= time &&
-            m_current.frame->key_frame != 0) {
+            libav::isKeyFrame(*m_current.frame)) {
             return true;
         }
     }

@@ -39,6 +39,7 @@ private:
     [[nodiscard]] bool seekBefore(std::int64_t time);
     [[nodiscard]] int nextFrame(AVFrame& frame);
     [[nodiscard]] int nextFrameAlone(AVFrame& frame);
+    [[nodiscard]] bool isBehindUs(const AVFrame& frame, long count) const;
     void decodeInto(Shown& shown);
     [[nodiscard]] PicturePtr currentPicture(long index);
     [[noreturn]] void refuse(long index) const;
@@ -54,6 +55,7 @@ private:
     std::int64_t m_previousStart = 0;
     bool m_hasPrevious = false;
     bool m_timesKnown = true; // every frame so far came with a usable time
+    long m_decoded = 0;       // since the beginning, where times are not known
     Shown m_current;
     Shown m_next;
     PicturePtr m_picture; // of the current frame

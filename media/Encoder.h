@@ -21,10 +21,15 @@ public:
 
     /// The colours of what follows, for a coding that has no others.
     void setPalette(const AVFrame& palette);
-    /// Codes a raster under this time. Throws MediaError naming `frame`.
-    void send(const RasterInfo& raster, long time, long frame);
-    /// Codes a frame that is as the coder takes it: one of an `Mp4Frames` film for an .mp4.
+    /// A raster as the coder takes it.
+    [[nodiscard]] libav::FramePtr toFrame(const RasterInfo& raster);
+    /// Codes such a frame under this time; for an .mp4 one of an `Mp4Frames` film will do, too.
+    /// Throws MediaError naming `frame`.
     void code(AVFrame& coded, long time, long frame);
+    /// Codes a raster.
+    void send(const RasterInfo& raster, long time, long frame) {
+        code(*toFrame(raster), time, frame);
+    }
     /// No more rasters will come.
     void end();
     /// The next packet that is ready; false when more rasters are needed or the end is reached.
@@ -34,7 +39,6 @@ public:
 private:
     void configure(const WriterSpec& spec, const OutputTarget& target);
     void open(OutputKind kind, libav::Options& options);
-    [[nodiscard]] libav::FramePtr toFrame(const RasterInfo& raster);
     [[nodiscard]] libav::FramePtr opaqueFrame(const RasterInfo& raster);
     [[noreturn]] void fail(int code, long frame) const;
 

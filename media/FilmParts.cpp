@@ -15,22 +15,29 @@ namespace orbel {
 namespace {
 
 /// The film that an .mp4 is coded from: its frames as its coder takes them.
-std::unique_ptr<MediaWriter> openMp4Frames(const std::string& path, const WriterSpec& spec,
-                                           OutputTarget target) {
+std::unique_ptr<MediaWriter> openCoderInput(const std::string& path, const WriterSpec& spec,
+                                            OutputTarget target, FilmWriter* follower) {
     target.kind = OutputKind::Mp4Frames;
-    return openEvenFilm(spec, [&](const WriterSpec& film) {
-        return std::make_unique<FilmWriter>(path, film, target);
+    return openEvenFilm(spec, [&](const WriterSpec& even) {
+        auto film = std::make_unique<FilmWriter>(path, even, target);
+        film->setFollower(follower);
+        return film;
     });
 }
 
 } // namespace
 
 PartKind partKind(const OutputTarget& target) {
-    if (!target.isFilm) {
-        return PartKind::Pictures;
+    switch (target.kind) {
+    case OutputKind::Mov:
+    case OutputKind::Mkv:
+        return PartKind::Coded;
+    case OutputKind::Mp4:
+    case OutputKind::Mp4Frames:
+        return PartKind::CoderInput;
+    default:
+        return target.isFilm ? PartKind::Frames : PartKind::Pictures;
     }
-    const bool isCoded = target.kind == OutputKind::Mov || target.kind == OutputKind::Mkv;
-    return isCoded ? PartKind::Coded : PartKind::Frames;
 }
 
 std::string partEnding(const OutputTarget& target) {
@@ -38,17 +45,6 @@ std::string partEnding(const OutputTarget& target) {
         return {};
     }
     return target.kind == OutputKind::Mov ? ".mov" : ".mkv";
-}
-
-std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec& spec,
-                                      const OutputTarget& target) {
-    if (target.kind == OutputKind::Mp4) {
-        return openMp4Frames(path, spec, target);
-    }
-    if (partKind(target) == PartKind::Frames) {
-        return std::make_unique<LosslessFrames>(path, spec);
-    }
-    return std::make_unique<FilmWriter>(path, spec, target);
 }
 
 std::string codedFrame(const std::string& part, long index) {
@@ -67,30 +63,34 @@ std::string codedFrame(const std::string& part, long index) {
 class FilmAssembly::Film {
 public:
     Film(const std::string& path, const WriterSpec& spec)
-        : m_target(checkOutput(path, 1)), m_threads(spec.threads) {
-        if (partKind(m_target) == PartKind::Frames && m_target.kind != OutputKind::Mp4) {
+        : m_kind(partKind(checkOutput(path, 1))), m_threads(spec.threads) {
+        if (m_kind == PartKind::Frames) {
             m_raster = std::make_unique<ByteRaster>(spec.width, spec.height);
             m_writer = openWriter(path, LosslessFrames::spec(spec));
         } else {
-            const bool isMp4 = m_target.kind == OutputKind::Mp4;
+            const bool evens = m_kind == PartKind::CoderInput;
             auto film = std::make_unique<FilmWriter>(
-                path, isMp4 ? EvenFilmWriter::evenSpec(spec) : spec, m_target);
+                path, evens ? EvenFilmWriter::evenSpec(spec) : spec, targetOf(path));
             m_film = film.get();
             m_writer = std::move(film);
         }
     }
 
     void append(const std::string& part, long frames) {
-        if (m_raster != nullptr) {
+        switch (m_kind) {
+        case PartKind::Frames:
             writeFrames(part, frames);
-        } else if (m_target.kind == OutputKind::Mp4) {
+            break;
+        case PartKind::CoderInput:
             codeFrames(part, frames);
-        } else {
+            break;
+        default:
             copyPackets(part, frames);
         }
     }
 
     MediaWriter& film() { return *m_writer; }
+    FilmWriter* coder() { return m_film; }
 
 private:
     static void check(const std::string& part, long frames, long found) {
@@ -138,7 +138,7 @@ private:
         }
     }
 
-    OutputTarget m_target;
+    PartKind m_kind;
     int m_threads;
     std::unique_ptr<MediaWriter> m_writer;
     FilmWriter* m_film = nullptr;         ///< the same, where it takes coded or converted frames
@@ -161,6 +161,19 @@ void FilmAssembly::append(const std::string& part, long frames) {
 void FilmAssembly::finish() {
     m_film->film().finish();
     m_film.reset();
+}
+
+std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec& spec,
+                                      const OutputTarget& target, FilmAssembly* film) {
+    switch (partKind(target)) {
+    case PartKind::CoderInput:
+        return openCoderInput(path, spec, target,
+                              film == nullptr ? nullptr : film->m_film->coder());
+    case PartKind::Frames:
+        return std::make_unique<LosslessFrames>(path, spec);
+    default:
+        return std::make_unique<FilmWriter>(path, spec, target);
+    }
 }
 
 } // namespace orbel

@@ -12,9 +12,10 @@ namespace orbel {
 
 /// What the parts of an output are.
 enum class PartKind {
-    Coded,    ///< short films of the output's own coding, every frame of which stands alone
-    Frames,   ///< short films without loss, from which the output is coded in one go
-    Pictures, ///< the numbered pictures or raw frames themselves
+    Coded,      ///< short films of the output's own coding, every frame of which stands alone
+    CoderInput, ///< short films of what the output's coder takes, which codes them in one go
+    Frames,     ///< short films of the frames without loss, which the output's writer is given
+    Pictures,   ///< the numbered pictures or raw frames themselves
 };
 
 [[nodiscard]] PartKind partKind(const OutputTarget& target);
@@ -22,9 +23,14 @@ enum class PartKind {
 /// The ending of a part's file: ".mov" or ".mkv"; empty for pictures.
 [[nodiscard]] std::string partEnding(const OutputTarget& target);
 
-/// Opens a part of a film, whose file has that ending. Throws MediaError.
+class FilmAssembly;
+
+/// Opens a part of a film, whose file has that ending. Where the parts are the coder's input,
+/// `film`, if given, takes the frames of this part while they are written; it is borrowed. Throws
+/// MediaError.
 [[nodiscard]] std::unique_ptr<MediaWriter> openPart(const std::string& path, const WriterSpec& spec,
-                                                    const OutputTarget& target);
+                                                    const OutputTarget& target,
+                                                    FilmAssembly* film = nullptr);
 
 /// The coded bytes of a frame of a part, from 0 on. Throws MediaError when it has no such frame.
 [[nodiscard]] std::string codedFrame(const std::string& part, long index);
@@ -46,6 +52,8 @@ public:
     void finish();
 
 private:
+    friend std::unique_ptr<MediaWriter> openPart(const std::string&, const WriterSpec&,
+                                                 const OutputTarget&, FilmAssembly*);
     class Film;
     std::unique_ptr<Film> m_film;
 };

@@ -3,6 +3,8 @@
 #include "media/MediaError.h"
 
 #include <cerrno>
+#include <cstdio>
+#include <iterator>
 #include <stdexcept>
 
 namespace orbel {
@@ -12,6 +14,9 @@ namespace {
 // More than the index of a film takes.
 constexpr std::int64_t indexBytes = 65536;
 constexpr std::int64_t indexBytesPerFrame = 64;
+
+/// A fragment of a film ends after a second, or when so much would be lost.
+constexpr std::int64_t fragmentBytes = 16 << 20;
 
 const char* containerName(OutputKind kind) {
     switch (kind) {
@@ -34,13 +39,13 @@ const char* containerName(OutputKind kind) {
 
 FilmWriter::FilmWriter(const std::string& path, const WriterSpec& spec, const OutputTarget& target)
     : m_path(path),
-      m_indexLast(target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov),
+      m_kind(target.kind),
+      m_isMovie(target.kind == OutputKind::Mp4 || target.kind == OutputKind::Mov),
       m_pending(path),
       m_reserve(m_pending.path()),
       m_encoder(path, spec, target),
       m_packet(libav::owned<libav::PacketPtr>(av_packet_alloc())) {
     AVFormatContext* output = nullptr;
-    // The muxer opens the file a second time, by this name, to move the index to the front.
     check(avformat_alloc_output_context2(&output, nullptr, containerName(target.kind),
                                          libav::fileUrl(m_pending.path()).c_str()));
     m_output.reset(output);
@@ -60,9 +65,13 @@ void FilmWriter::write(const RasterInfo& raster, long frame) {
     checkOpen(m_finished);
     m_newest = frame;
     keepRoomForIndex();
-    m_encoder.send(raster, m_count, frame);
+    const libav::FramePtr coded = m_encoder.toFrame(raster);
+    m_encoder.code(*coded, m_count, frame);
     ++m_count;
     saveReady();
+    if (m_follower != nullptr) {
+        m_follower->code(*coded);
+    }
 }
 
 void FilmWriter::code(AVFrame& frame) {
@@ -103,11 +112,10 @@ void FilmWriter::finish() {
         m_output->pb->error = 0;
     }
     // The trailer makes the frames before a failure playable.
-    const int written = av_write_trailer(m_output.get());
+    const int written = endFilm();
     const int flushed = m_output->pb->error;
     const int closed = avio_closep(&m_output->pb);
-    // Without its index, nothing of such a film could be seen.
-    if (m_count > 0 && (written >= 0 || !m_indexLast)) {
+    if (m_count > 0) {
         publish(&failure);
     }
     if (failure) {
@@ -118,13 +126,41 @@ void FilmWriter::finish() {
     }
 }
 
+int FilmWriter::endFilm() {
+    if (m_isMovie && !m_failed && m_count > 0) {
+        endFragment();
+    }
+    return av_write_trailer(m_output.get());
+}
+
 /// The first failure is the one to tell.
 void FilmWriter::publish(std::exception_ptr* failure) {
     try {
-        m_pending.complete();
+        if (m_isMovie) {
+            publishMovie();
+        } else {
+            m_pending.complete();
+        }
     } catch (const MediaError&) {
         *failure = *failure ? *failure : std::current_exception();
     }
+}
+
+void FilmWriter::publishMovie() {
+    m_index->complete();
+    if (m_kind != OutputKind::Mp4) {
+        m_pending.complete();
+        return;
+    }
+    const std::string front = m_pending.path() + ".front";
+    try {
+        writeIndexFirst(m_pending.path(), front);
+    } catch (const MediaError&) { // no room for both: the film is as good with its index at the end
+        std::remove(front.c_str());
+        m_pending.complete();
+        return;
+    }
+    m_pending.completeWith(front);
 }
 
 void FilmWriter::check(int code) const {
@@ -155,8 +191,9 @@ void FilmWriter::openFile(OutputKind kind) {
     // No random identifiers: the same film is the same file.
     m_output->flags |= AVFMT_FLAG_BITEXACT;
     libav::Options options;
-    if (kind == OutputKind::Mp4) {
-        options.set("movflags", "faststart");
+    if (m_isMovie) {
+        m_index = std::make_unique<FilmIndex>(m_pending.path(), *m_output);
+        options.set("movflags", "frag_custom+empty_moov+default_base_moof+skip_trailer");
     }
     // Pictures on a page begin again at their end.
     if (kind == OutputKind::WebP) {
@@ -169,7 +206,7 @@ void FilmWriter::openFile(OutputKind kind) {
 }
 
 void FilmWriter::keepRoomForIndex() {
-    if (m_indexLast && !m_reserve.growTo(indexBytes + m_count * indexBytesPerFrame)) {
+    if (m_isMovie && !m_reserve.growTo(indexBytes + m_count * indexBytesPerFrame)) {
         m_failed = true;
         check(AVERROR(errno));
     }
@@ -179,8 +216,33 @@ void FilmWriter::save(AVPacket& packet) {
     av_packet_rescale_ts(&packet, m_encoder.context().time_base, m_output->streams[0]->time_base);
     packet.stream_index = 0;
     libav::forgetReason();
+    if (m_isMovie) {
+        m_fragment.push_back(libav::owned<libav::PacketPtr>(av_packet_clone(&packet)));
+        m_fragmentBytes += packet.size;
+    }
     const int code = av_interleaved_write_frame(m_output.get(), &packet);
     m_failed = code < 0 || m_output->pb->error < 0;
+    check(code);
+    check(m_output->pb->error);
+    const AVRational rate = m_encoder.context().framerate;
+    if (m_isMovie &&
+        (m_fragmentBytes >= fragmentBytes || std::ssize(m_fragment) * rate.den >= rate.num)) {
+        endFragment();
+    }
+}
+
+/// What was taken since the fragment before goes to the file, and tells about itself.
+void FilmWriter::endFragment() {
+    if (m_fragment.empty()) {
+        return;
+    }
+    const std::int64_t begin = avio_tell(m_output->pb);
+    const int code = av_write_frame(m_output.get(), nullptr);
+    avio_flush(m_output->pb);
+    m_failed = code < 0 || m_output->pb->error < 0;
+    m_index->add(m_fragment, begin, m_output->streams[0]->time_base);
+    m_fragment.clear();
+    m_fragmentBytes = 0;
     check(code);
     check(m_output->pb->error);
 }

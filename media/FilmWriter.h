@@ -2,11 +2,14 @@
 
 #include "media/DiskReserve.h"
 #include "media/Encoder.h"
+#include "media/FilmIndex.h"
 #include "media/MediaWriter.h"
 #include "media/PendingFile.h"
 
 #include <exception>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace orbel {
 
@@ -25,6 +28,9 @@ public:
 
     /// Codes a frame that is as the coder takes it, as the next one. Throws MediaError.
     void code(AVFrame& frame);
+    /// Gives every frame that is written to another film as well, as the coders of both take it.
+    /// Borrows it.
+    void setFollower(FilmWriter* film) { m_follower = film; }
     /// Takes the data of a packet over as the next frame, whatever time it carries. Throws
     /// MediaError.
     void append(AVPacket& packet);
@@ -38,16 +44,24 @@ private:
     void openFile(OutputKind kind);
     void keepRoomForIndex();
     void save(AVPacket& packet);
+    void endFragment();
+    [[nodiscard]] int endFilm();
     void saveReady();
     void publish(std::exception_ptr* failure);
+    void publishMovie();
 
     std::string m_path;
-    bool m_indexLast;
+    OutputKind m_kind;
+    bool m_isMovie; ///< an MP4 or MOV, which needs an index of its frames
     PendingFile m_pending;
     DiskReserve m_reserve;
     Encoder m_encoder;
     libav::PacketPtr m_packet;
     libav::OutputPtr m_output;
+    FilmWriter* m_follower = nullptr;
+    std::unique_ptr<FilmIndex> m_index;
+    std::vector<libav::PacketPtr> m_fragment; ///< what the next fragment will hold
+    std::int64_t m_fragmentBytes = 0;
     bool m_failed = false;
     long m_count = 0;
     long m_newest = 0;

@@ -57,6 +57,35 @@ std::string trimmed(std::string text) {
 
 } // namespace
 
+std::int64_t durationOf(const AVFrame& frame) {
+#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(57, 30, 100)
+    return frame.duration;
+#else
+    return frame.pkt_duration;
+#endif
+}
+
+bool isKeyFrame(const AVFrame& frame) {
+#if LIBAVUTIL_VERSION_INT >= AV_VERSION_INT(58, 7, 100)
+    return (frame.flags & AV_FRAME_FLAG_KEY) != 0;
+#else
+    return frame.key_frame != 0;
+#endif
+}
+
+SideData sideData(const AVStream& stream, AVPacketSideDataType type) {
+#if LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(60, 31, 102)
+    const AVCodecParameters& told = *stream.codecpar;
+    const AVPacketSideData* const found =
+        av_packet_side_data_get(told.coded_side_data, told.nb_coded_side_data, type);
+    return found == nullptr ? SideData{} : SideData{found->data, found->size};
+#else
+    SideData found;
+    found.bytes = av_stream_get_side_data(&stream, type, &found.size);
+    return found;
+#endif
+}
+
 FramePtr makeFrame(AVPixelFormat format, int width, int height) {
     auto frame = owned<FramePtr>(av_frame_alloc());
     frame->format = format;

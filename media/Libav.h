@@ -8,11 +8,14 @@ extern "C" {
 }
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <string>
 
-/// Ownership and error texts for the C interfaces of the media libraries.
+/// Ownership and error texts for the C interfaces of the media libraries, and what they call
+/// otherwise from one version to the next: FFmpeg 5.1 to 7.
 namespace orbel::libav {
 
 struct FrameFree {
@@ -47,6 +50,26 @@ using InputPtr = std::unique_ptr<AVFormatContext, InputClose>;
 using IoPtr = std::unique_ptr<AVIOContext, IoClose>;
 using OutputPtr = std::unique_ptr<AVFormatContext, OutputFree>;
 using ScalerPtr = std::unique_ptr<SwsContext, ScalerFree>;
+
+/// The time that a frame is shown for, in stream time; 0 where that is not known.
+[[nodiscard]] std::int64_t durationOf(const AVFrame& frame);
+
+/// Whether nothing is needed to decode a frame but itself.
+[[nodiscard]] bool isKeyFrame(const AVFrame& frame);
+
+/// What a file says beside the packets of a stream.
+struct SideData {
+    const std::uint8_t* bytes = nullptr; ///< null where there is none
+    std::size_t size = 0;
+};
+[[nodiscard]] SideData sideData(const AVStream& stream, AVPacketSideDataType type);
+
+/// What the writing function of an AVIOContext gets.
+#if LIBAVFORMAT_VERSION_MAJOR >= 61
+using WrittenBytes = const std::uint8_t;
+#else
+using WrittenBytes = std::uint8_t;
+#endif
 
 /// A dictionary of options; whatever the callee did not take is freed with it.
 class Options {

@@ -52,7 +52,8 @@ protected:
 
 /// Opens the output that the ending of `path` names (see `checkOutput`). Films and pictures are
 /// written under a name of their own beside their target (`film.mp4.part`) and take its name when
-/// they are complete and on the disk. As long as one writes, a second one for the same target is
+/// they are complete and on the disk. What a killed program leaves of an `.mp4`, `.mov` or `.mkv`
+/// there plays but for its last second. As long as one writes, a second one for the same target is
 /// refused. The same frames give the same bytes, whatever `threads` is. Throws MediaError.
 [[nodiscard]] std::unique_ptr<MediaWriter> openWriter(const std::string& path,
                                                       const WriterSpec& spec);

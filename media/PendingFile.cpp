@@ -150,10 +150,10 @@ void PendingFile::close() {
     }
 }
 
-void PendingFile::takePermissions() const {
+void PendingFile::takePermissions(int file) const {
     struct stat old {};
     if (stat(m_target.c_str(), &old) == 0) {
-        static_cast<void>(fchmod(m_file, old.st_mode & 07777));
+        static_cast<void>(fchmod(file, old.st_mode & 07777));
     }
 }
 
@@ -172,12 +172,24 @@ void PendingFile::complete(Existing existing) {
     if (m_file < 0) {
         return;
     }
-    takePermissions();
+    takePermissions(m_file);
     if (!syncFile(m_file) || !giveName(existing)) {
         refuse(m_named, "the output cannot be completed", errno);
     }
     syncFolder(m_target);
     close();
+}
+
+void PendingFile::completeWith(const std::string& other) {
+    const int file = open(other.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file >= 0) {
+        takePermissions(file);
+        ::close(file);
+    }
+    if (!publishFile(other, m_target)) {
+        refuse(m_named, "the output cannot be completed", errno);
+    }
+    release();
 }
 
 void writeWholeFile(const std::string& path, std::string_view text) {

@@ -40,10 +40,13 @@ public:
     /// EEXIST when a file was to be kept.
     void complete(Existing existing = Existing::Replaced);
 
+    /// Gives the name to another complete file in the folder instead. Throws MediaError.
+    void completeWith(const std::string& other);
+
 private:
     void takeShared();
     void takeOwn();
-    void takePermissions() const;
+    void takePermissions(int file) const;
     [[nodiscard]] bool holdsItsName() const;
     [[nodiscard]] bool giveName(Existing existing) const;
     void close();

@@ -200,17 +200,15 @@ double VideoDecoder::pixelAspect(AVFrame& frame) const {
 
 Turn VideoDecoder::turn(const AVFrame& frame) const {
     std::array<std::int32_t, 9> matrix{};
-    std::size_t size = 0;
-    const std::uint8_t* data = av_stream_get_side_data(m_stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    libav::SideData said = libav::sideData(*m_stream, AV_PKT_DATA_DISPLAYMATRIX);
     if (const AVFrameSideData* const own =
             av_frame_get_side_data(&frame, AV_FRAME_DATA_DISPLAYMATRIX)) {
-        data = own->data;
-        size = own->size;
+        said = {own->data, own->size};
     }
-    if (data == nullptr || size < sizeof matrix) {
+    if (said.bytes == nullptr || said.size < sizeof matrix) {
         return {};
     }
-    std::copy_n(data, sizeof matrix, reinterpret_cast<std::uint8_t*>(matrix.data()));
+    std::copy_n(said.bytes, sizeof matrix, reinterpret_cast<std::uint8_t*>(matrix.data()));
     return turnOf(matrix.data());
 }
 
@@ -265,10 +263,11 @@ void VideoDecoder::endAt(int code, std::int64_t time) {
     static_cast<void>(avcodec_send_packet(m_codec.get(), nullptr));
 }
 
-/// Frames of several packets may be in the works when one fails.
+/// Frames of several packets may be in the works when one fails. Where threads work ahead, what
+/// comes out may already be predicted from it, and the error may be told with a later packet.
 bool VideoDecoder::isBehindDamage(const AVFrame& frame) const {
     const std::int64_t time = frame.best_effort_timestamp;
-    if (!m_damage || time == AV_NOPTS_VALUE) {
+    if (!m_damage || time == AV_NOPTS_VALUE || worksAhead()) {
         return m_damage.has_value();
     }
     return m_damage->time == AV_NOPTS_VALUE
@@ -297,7 +296,7 @@ int VideoDecoder::next(AVFrame& frame) {
         const int code = receive(frame);
         if (code == 0) {
             m_decodedAny = true;
-            m_duration = frame.pkt_duration;
+            m_duration = libav::durationOf(frame);
             m_nextTime = frame.best_effort_timestamp == AV_NOPTS_VALUE
                              ? AV_NOPTS_VALUE
                              : frame.best_effort_timestamp + m_duration;

@@ -149,6 +149,55 @@ TEST_F(ResumeTest, tellsWhatIsNotAsItWas) {
     EXPECT_TRUE(readBytes(film) == readBytes(m_folder / "other.mov"));
 }
 
+// Thousands of tasks share one folder of pictures: each looks at those that it needs.
+TEST_F(ResumeTest, looksAtThePicturesOfItsFramesAlone) {
+    const TestRaster raster(RF_RGBA8, 32, 32, RowOrder::Tight);
+    writeNoise(m_folder / "in-%02d.png", raster, specFor(raster), 1, 9);
+    Problems problems;
+    Scene scene;
+    scene.input = MediaInput{m_folder / "in-%02d.png"};
+    scene.frames = FrameRange{0, 8};
+    FilmRequest request;
+    request.outputs.file = m_folder / "film.mov";
+    const std::optional<ScenePlan> plan = planFilm(scene, request, &problems);
+    ASSERT_TRUE(plan);
+    fs::create_directories(jobFolderOf(request.outputs));
+    writeJob(makeJob(scene, *plan, request.outputs, 3));
+    const Job job = readJob(jobFolderOf(request.outputs));
+    writeBytes(m_folder / "in-05.png", "another"); // of frame 4
+    fs::remove(m_folder / "in-09.png");
+    EXPECT_THAT(changesSince(job, {0, 3}), testing::IsEmpty());
+    EXPECT_THAT(changesSince(job, {3, 5}), ElementsAre(HasSubstr("in-05.png")));
+    EXPECT_THAT(changesSince(job, job.frames),
+                ElementsAre(HasSubstr("in-05.png"), HasSubstr("in-09.png, which is gone")));
+}
+
+// Nothing is rendered on a machine that somebody only submits from, unless they say so.
+TEST_F(ResumeTest, namesTheWayWithoutACluster) {
+    const struct {
+        const char* scontrol;
+        int code;
+        const char* words;
+    } cases[] = {
+        {"", EXIT_BAD_INPUT, "(scontrol): there is no such command on this machine; "},
+        {"echo 'Slurmctld(primary) at head is DOWN'; exit 1", EXIT_TRY_AGAIN,
+         "it refuses: Slurmctld(primary) at head is DOWN; look at the cluster "},
+    };
+    for (const auto& c : cases) {
+        if (*c.scontrol != '\0') {
+            writeBytes(m_folder / "scontrol", std::string("#!/bin/sh\n") + c.scontrol + "\n");
+            fs::permissions(m_folder / "scontrol", fs::perms::owner_all);
+        }
+        const Arguments submit{"/usr/bin/env", "PATH=" + m_folder.path().string(),
+                               ORBEL_PROGRAM,  "farm",
+                               "submit",       m_folder / "scene.json",
+                               "-o",           m_folder / "film.mov"};
+        EXPECT_EQ(test::Process(submit, m_folder / "log").wait(), c.code);
+        EXPECT_THAT(readBytes(m_folder / "log"),
+                    testing::AllOf(HasSubstr(c.words), HasSubstr("--engine local")));
+    }
+}
+
 TEST(SceneText, readsBackAsTheSameScene) {
     const char* const text = R"({"orbel": 1, "size": [64, 36], "frames": [3, 9], "fps": 29.97,
         "format": "argb16", "pixelAspect": 1.1, "renderScale": [0.5, 0.25],

@@ -159,6 +159,38 @@ TEST_P(RenderPipelineTest, finishesTheOutputWhenInterrupted) {
     EXPECT_EQ(outcome.log.finished, 1);
 }
 
+TEST_P(RenderPipelineTest, keepsTheFramesBeforeACallbackThatThrows) {
+    int calls = 0;
+    const auto give = [&calls](int at) {
+        if (++calls == at) {
+            throw std::runtime_error("no more");
+        }
+        return false;
+    };
+    PipelineCallbacks written;
+    written.frameWritten = [&] { static_cast<void>(give(5)); };
+    PipelineCallbacks before;
+    before.beforeFrame = [&] { static_cast<void>(give(6)); };
+    for (const PipelineCallbacks& callbacks : {written, before}) {
+        calls = 0;
+        ScenePlan plan = movingPlan();
+        const Outcome outcome = run(plan, GetParam(), never, callbacks);
+        EXPECT_EQ(outcome.log.frames, framesFrom(3, 5));
+        EXPECT_EQ(outcome.log.finished, 1);
+        EXPECT_FALSE(outcome.result.outputFailed);
+        EXPECT_THROW(std::rethrow_exception(outcome.result.failure), std::runtime_error);
+    }
+    PipelineCallbacks asked;
+    std::atomic<int> questions = 0;
+    asked.interrupted = [&]() -> bool { return questions++ < 8 ? false : throw questions.load(); };
+    ScenePlan plan = movingPlan();
+    const Outcome outcome = run(plan, GetParam(), never, asked);
+    EXPECT_EQ(outcome.log.frames, framesFrom(3, outcome.result.framesWritten));
+    EXPECT_EQ(outcome.log.finished, 1);
+    ASSERT_TRUE(outcome.result.failure);
+    EXPECT_THROW(std::rethrow_exception(outcome.result.failure), int);
+}
+
 // The end runs through the stages right behind the last frames: it must not overtake them.
 TEST_P(RenderPipelineTest, endsShortFilmsTimeAndAgain) {
     ScenePlan plan = movingPlan();
