@@ -36,7 +36,9 @@ export function HelpPanel() {
               .map((command) => (
                 <div key={command.label}>
                   <dt>
-                    <kbd>{keyText(command.keys[0] ?? "")}</kbd>
+                    {command.keys.map((keys) => (
+                      <kbd key={keys}>{keyText(keys)}</kbd>
+                    ))}
                   </dt>
                   <dd>{command.label}</dd>
                 </div>

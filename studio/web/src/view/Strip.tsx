@@ -4,6 +4,7 @@ import type { PixelAnswer } from "../link/api";
 import type { Ground } from "../link/frames";
 import { useSession } from "./hooks";
 import { Icon, type IconName } from "./icons";
+import { Select, type Entry } from "./Select";
 
 export interface Pointed {
   x: number;
@@ -104,7 +105,12 @@ function ViewSwitches({ state }: { state: State }) {
   );
 }
 
-const namedGrounds: Record<string, string> = { grid: "Grid", black: "Black", white: "White" };
+const grounds: Entry[] = [
+  ["grid", "Grid"],
+  ["black", "Black"],
+  ["white", "White"],
+  ["own", "Colour"],
+];
 
 /** The grid, black, white, or any colour under a picture with alpha. */
 function GroundChoice({ ground }: { ground: Ground }) {
@@ -113,24 +119,13 @@ function GroundChoice({ ground }: { ground: Ground }) {
   const set = (next: string) => session.setSettings({ ground: next as Ground });
   return (
     <>
-      <select
-        class="select"
-        aria-label="What lies under the picture"
+      <Select
+        label="What lies under the picture"
         title="What lies under the picture"
         value={own ? "own" : ground}
-        onChange={(event) => {
-          const { value } = event.currentTarget;
-          set(value === "own" ? "#808080" : value);
-          event.currentTarget.blur();
-        }}
-      >
-        {Object.entries(namedGrounds).map(([name, label]) => (
-          <option key={name} value={name}>
-            {label}
-          </option>
-        ))}
-        <option value="own">Colour</option>
-      </select>
+        entries={grounds}
+        pick={(name) => set(name === "own" ? "#808080" : name)}
+      />
       {own && (
         <input
           class="ground"

@@ -9,7 +9,7 @@ import { NumberField } from "./NumberField";
 /** Play, the clock, loop and what concerns the selected keys. */
 export function Transport({ state }: { state: State }) {
   const session = useSession();
-  const { settings, playing, selection, frame } = state;
+  const { settings, playing, frame } = state;
   const [first, last] = playRange(state);
   const end = filmRange(state)[1];
   const rate = filmRate(state);
@@ -58,12 +58,11 @@ export function Transport({ state }: { state: State }) {
       >
         <Icon name="last" />
       </button>
-      <span class="clock">
+      <span class="clock" title="Frame at the playhead (G: another one)">
         <NumberField
           label="Current frame"
           value={frame}
           shown={settings.asTime ? clockText(frame, rate) : String(frame)}
-          step={1}
           commit={(next) => session.goTo(next)}
         />
         <span>/ {settings.asTime ? clockText(end, rate) : end}</span>
@@ -86,7 +85,7 @@ export function Transport({ state }: { state: State }) {
         </button>
       )}
       <span class="space" />
-      {selection.size > 0 && <SelectionTools state={state} />}
+      <KeyTools state={state} />
       <button
         class="square"
         aria-label="Snap"
@@ -109,21 +108,22 @@ export function Transport({ state }: { state: State }) {
   );
 }
 
-function SelectionTools({ state }: { state: State }) {
+/** What concerns the keys in hand. */
+function KeyTools({ state }: { state: State }) {
   const session = useSession();
-  const count = state.selection.size;
   return (
     <span class="selected">
-      <span class="quiet">{count === 1 ? "1 key" : `${count} keys`}</span>
       <EasingSelect state={state} />
-      <button
-        class="square"
-        aria-label="Delete the selected keys"
-        title="Delete"
-        onClick={() => deleteSelection(session)}
-      >
-        <Icon name="bin" />
-      </button>
+      {state.selection.size > 0 && (
+        <button
+          class="square"
+          aria-label="Delete the selected keys"
+          title="Delete"
+          onClick={() => deleteSelection(session)}
+        >
+          <Icon name="bin" />
+        </button>
+      )}
     </span>
   );
 }

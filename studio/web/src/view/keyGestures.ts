@@ -5,7 +5,7 @@ import { readable } from "../document/state";
 import type { Track } from "../document/scene";
 import type { Session } from "../document/session";
 import type { Row } from "../document/table";
-import { frameAt, margin, snapped, xOf } from "../document/timescale";
+import { frameAt, framesPerPixel, snapped, xOf } from "../document/timescale";
 import { drag } from "./hooks";
 
 /** The selection after a press on keys: added to with Shift or Ctrl, kept when they are in it. */
@@ -30,16 +30,13 @@ export function dragKeys(session: Session, event: PointerEvent, ids: KeyId[], wi
   if (!ids.every((id) => chosen.has(id))) return;
   const base = session.edit();
   const grabbed = partsOf(ids[0]!).frame;
-  const targets = snapTargets(session, chosen);
-  const { time, settings } = session.state;
-  const perPixel = (time.to - time.from) / (width - 2 * margin);
+  const stop = snapping(session, chosen, width);
   const single = event.shiftKey || event.ctrlKey ? chosen : new Set(ids);
   session.beginGesture();
   drag(event, {
     threshold: 3,
     move: (dx) => {
-      const reach = settings.snap ? perPixel * 6 : 0;
-      const target = Math.max(0, snapped(grabbed + dx * perPixel, targets, reach));
+      const target = Math.max(0, stop(grabbed, dx));
       session.changeKeys(
         chosen.size > 1 ? "move keys" : "move a key",
         base.moveKeys(chosen, target - grabbed),
@@ -85,6 +82,19 @@ function neighbourOf(sign: Element, arrow: string): SVGElement | undefined {
   const middle = (each: Element) => each.getBoundingClientRect().x;
   const distance = (each: Element) => Math.abs(middle(each) - middle(sign));
   return [...next].sort((a, b) => distance(a) - distance(b))[0];
+}
+
+/** Where a key at a frame comes to stand when it is dragged by so many pixels. */
+export function snapping(
+  session: Session,
+  moving: ReadonlySet<KeyId>,
+  width: number,
+): (frame: number, dx: number) => number {
+  const { time, settings } = session.state;
+  const perPixel = framesPerPixel(time, width);
+  const targets = snapTargets(session, moving);
+  const reach = settings.snap ? perPixel * 6 : 0;
+  return (frame, dx) => snapped(frame + dx * perPixel, targets, reach);
 }
 
 function snapTargets(session: Session, moving: ReadonlySet<KeyId>): number[] {
