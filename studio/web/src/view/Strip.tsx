@@ -43,8 +43,8 @@ export function Strip({ state, scale, fits, pointed, pixel, setZoom }: Props) {
         class="drawn"
         title="Time the frame took to draw; a preview stands for the exact frame while something moves"
       >
-        {playing === 0 && <>{picture.milliseconds.toFixed(1)} ms · </>}
         {playing === 0 && !isReducedPicture(state) ? "exact" : "preview"}
+        {playing === 0 && <> · {picture.milliseconds.toFixed(1)} ms</>}
       </span>
       {(playing !== 0 || dropped > 0) && <span class="dropped">{dropped} dropped</span>}
       <ViewSwitches state={state} />
@@ -55,11 +55,11 @@ export function Strip({ state, scale, fits, pointed, pixel, setZoom }: Props) {
 function Readout({ pointed, pixel }: { pointed: Pointed | null; pixel: PixelAnswer | null }) {
   if (!pointed) return <span class="readout" />;
   const whole = pixel?.format.endsWith("8") ?? true;
-  const part = (value: number) => (whole ? String(value) : Number(value.toPrecision(4)).toString());
+  const part = (value: number) => (whole ? String(value) : String(Number(value.toPrecision(3))));
   const scale = pixel?.format.endsWith("16") ? 65535 : whole ? 255 : 1;
   return (
     <span class="readout">
-      x {pointed.x} y {pointed.y}
+      {pointed.x}, {pointed.y}
       {pixel && (
         <>
           <i

@@ -1,8 +1,9 @@
-import { clockText } from "../document/display";
+import { clockText, numberText } from "../document/display";
 import { filmRange, filmRate, playRange, type State } from "../document/state";
 import { deleteSelection, fitTime } from "./commands";
 import { EasingSelect } from "./EasingSelect";
-import { useSession } from "./hooks";
+import { tidy } from "../document/writing";
+import { classes, useSession } from "./hooks";
 import { Icon } from "./icons";
 import { NumberField } from "./NumberField";
 
@@ -58,7 +59,10 @@ export function Transport({ state }: { state: State }) {
       >
         <Icon name="last" />
       </button>
-      <span class="clock" title="Frame at the playhead (G: another one)">
+      <span
+        class={classes("clock", settings.asTime && "long")}
+        title="Frame at the playhead (G: another one)"
+      >
         <NumberField
           label="Current frame"
           value={frame}
@@ -73,7 +77,8 @@ export function Transport({ state }: { state: State }) {
         onClick={toggle("loop")}
       >
         <Icon name="loop" />
-        {state.loopRange ? `Loop ${first}–${last}` : "Loop"}
+        <span class={state.loopRange ? "wordy" : undefined}>Loop</span>
+        {state.loopRange && loopText(state.loopRange, settings.asTime ? rate : 0)}
       </button>
       {state.loopRange && (
         <button
@@ -106,6 +111,12 @@ export function Transport({ state }: { state: State }) {
       </button>
     </div>
   );
+}
+
+/** The ends of the loop, in frames or, at a rate, in seconds. */
+function loopText([first, last]: readonly [number, number], rate: number): string {
+  const words = (frame: number) => (rate > 0 ? numberText(tidy(frame / rate, 2)) : String(frame));
+  return `${words(first)}–${words(last)}${rate > 0 ? " s" : ""}`;
 }
 
 /** What concerns the keys in hand. */
