@@ -48,6 +48,14 @@ bool syncFile(int file) {
     return fsync(file) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+/// A second name never takes the place of what came there in the meantime.
+bool giveName(const std::string& from, const std::string& to, Existing existing) {
+    if (existing == Existing::Replaced) {
+        return std::rename(from.c_str(), to.c_str()) == 0;
+    }
+    return link(from.c_str(), to.c_str()) == 0 && unlink(from.c_str()) == 0;
+}
+
 [[noreturn]] void refuse(const std::string& file, const std::string& what, int code) {
     throw MediaError(file, "", what + " (" + std::generic_category().message(code) + ")",
                      "free some room or write elsewhere, then try again", MediaError::Passing,
@@ -142,14 +150,6 @@ void PendingFile::takePermissions() const {
     }
 }
 
-/// A second name never takes the place of what came there in the meantime.
-bool PendingFile::giveName(Existing existing) const {
-    if (existing == Existing::Replaced) {
-        return std::rename(m_path.c_str(), m_target.c_str()) == 0;
-    }
-    return link(m_path.c_str(), m_target.c_str()) == 0 && unlink(m_path.c_str()) == 0;
-}
-
 void PendingFile::complete(Existing existing) {
     if (m_isSpecial) {
         close();
@@ -158,7 +158,7 @@ void PendingFile::complete(Existing existing) {
         return;
     }
     takePermissions();
-    if (!syncFile(m_file) || !giveName(existing)) {
+    if (!syncFile(m_file) || !giveName(m_path, m_target, existing)) {
         refuse(m_named, "the output cannot be completed", errno);
     }
     syncFolder(m_target);
@@ -196,8 +196,8 @@ bool syncPath(const std::string& path) {
     return synced;
 }
 
-bool publishFile(const std::string& from, const std::string& to) {
-    if (!syncPath(from) || std::rename(from.c_str(), to.c_str()) != 0) {
+bool publishFile(const std::string& from, const std::string& to, Existing existing) {
+    if (!syncPath(from) || !giveName(from, to, existing)) {
         return false;
     }
     syncFolder(to);

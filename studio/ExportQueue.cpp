@@ -1,6 +1,7 @@
 #include "studio/ExportQueue.h"
 
 #include "media/OutputTarget.h"
+#include "media/PendingFile.h"
 #include "media/SequencePattern.h"
 #include "studio/Stage.h"
 
@@ -253,20 +254,20 @@ void ExportQueue::finish(Job* job, const FilmResult& result) {
     tell();
 }
 
-/// Gives a whole film its name. Linking never writes over what came there in the meantime.
+/// Gives a whole film its name, and never writes over what came there in the meantime unasked.
 void ExportQueue::put(Job* job) {
     if (job->partial.empty()) {
         return;
     }
-    const char* const from = job->partial.c_str();
-    const char* const to = job->result.c_str();
-    const int code = job->overwrite == Overwrite::Yes ? rename(from, to) : link(from, to);
-    if (code != 0 && errno == EEXIST) {
+    const Existing existing =
+        job->overwrite == Overwrite::Yes ? Existing::Replaced : Existing::Kept;
+    if (publishFile(job->partial, job->result, existing)) {
+        return;
+    }
+    if (errno == EEXIST) {
         throw nameTaken(job->result);
     }
-    if (code != 0) {
-        throw Refusal{500, std::generic_category().message(errno), "check the folder"};
-    }
+    throw Refusal{500, std::generic_category().message(errno), "check the folder"};
 }
 
 void ExportQueue::tell() {
