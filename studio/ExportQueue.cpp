@@ -24,7 +24,7 @@ constexpr std::size_t mostJobs = 200;
 constexpr std::chrono::milliseconds tellInterval{200};
 constexpr std::chrono::milliseconds handInterval{10};
 constexpr std::chrono::milliseconds longFrame{100};
-constexpr std::chrono::seconds longPatience{10};
+constexpr std::chrono::seconds longPatience{3};
 
 /// The first of the files that a film would be written over.
 std::optional<std::string> takenName(const std::string& path, bool isSequence,
@@ -214,12 +214,18 @@ void ExportQueue::waitForHand(const Job& job) {
 /// A short frame is drawn to its end; a long one would keep the hand waiting.
 bool ExportQueue::givesWay() {
     const Clock::time_point now = Clock::now();
-    m_gaveWay = now - m_frameBegin > longFrame && now - m_drawn < patience() && m_preview->isBusy();
+    const Clock::duration sofar = now - m_frameBegin;
+    if (sofar <= longFrame) {
+        return false;
+    }
+    m_frameDuration = std::max(m_frameDuration, sofar);
+    m_gaveWay = now - m_drawn < patience() && m_preview->isBusy();
     return m_gaveWay;
 }
 
+/// Since the last frame: what the waiting itself takes does not count as drawing.
 ExportQueue::Clock::duration ExportQueue::patience() const {
-    const bool isLong = std::max(m_frameDuration, Clock::now() - m_frameBegin) > longFrame;
+    const bool isLong = m_frameDuration > longFrame;
     return std::max<Clock::duration>(m_frameDuration * 20, isLong ? longPatience : handInterval);
 }
 

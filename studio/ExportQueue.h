@@ -87,7 +87,7 @@ private:
     // Of the thread that draws.
     Clock::time_point m_drawn;         ///< when the last frame was
     Clock::time_point m_frameBegin;    ///< of the one in the making
-    Clock::duration m_frameDuration{}; ///< of the last one
+    Clock::duration m_frameDuration{}; ///< of the last one, or of this one where that is more
     bool m_gaveWay = false;            ///< the one in the making was dropped
     std::mutex m_mutex;
     std::condition_variable m_changed;

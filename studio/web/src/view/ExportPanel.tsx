@@ -85,6 +85,13 @@ function ExportForm({ state }: { state: State }) {
         value={range[1]}
         commit={(to) => setRange([Math.min(range[0], hold(to)), hold(to)])}
       />
+      <span />
+      <button type="button" class="half" onClick={() => setRange(film)}>
+        All
+      </button>
+      <button type="button" class="half" onClick={() => setRange([state.frame, state.frame])}>
+        This frame
+      </button>
       <label for="export-size">Size</label>
       <select
         id="export-size"

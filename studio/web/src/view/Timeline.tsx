@@ -9,7 +9,7 @@ import { ContextMenu, type MenuItem } from "./ContextMenu";
 import { Curve } from "./Curve";
 import { commonEasing, easingNames } from "./EasingSelect";
 import { classes, drag, hold, useSession, useSize } from "./hooks";
-import { addKeyAt, dragKeys, selectInBox, snapping, walkKeys } from "./keyGestures";
+import { addKeyAt, dragKeys, goToKey, selectInBox, snapping, walkKeys } from "./keyGestures";
 import { Lane, type LaneKey } from "./Lane";
 import { Ruler } from "./Ruler";
 import { Transport } from "./Transport";
@@ -164,7 +164,7 @@ function Summary({ state, tracks, width }: Omit<StackProps, "openMenu">) {
     easing: null,
   }));
   return (
-    <div class="lane summary">
+    <div class="lane summary" onDblClick={(event) => goToKey(session, event)}>
       <Lane
         time={state.time}
         width={width}

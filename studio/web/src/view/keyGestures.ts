@@ -107,6 +107,13 @@ function snapTargets(session: Session, moving: ReadonlySet<KeyId>): number[] {
   return targets;
 }
 
+/** A double click on a key takes the playhead there; false where there is none. */
+export function goToKey(session: Session, { target }: MouseEvent): boolean {
+  const sign = target instanceof Element ? target.closest<SVGElement>(".keysign") : null;
+  if (sign) session.goTo(Number(sign.dataset.frame));
+  return sign !== null;
+}
+
 /** A double click on a lane sets a key there. */
 export function addKeyAt(
   session: Session,
@@ -114,7 +121,7 @@ export function addKeyAt(
   row: Row,
   width: number,
 ): void {
-  if (event.target instanceof Element && event.target.closest(".keysign")) return;
+  if (goToKey(session, event)) return;
   const x = event.clientX - event.currentTarget.getBoundingClientRect().left;
   const frame = Math.max(0, Math.round(frameAt(session.state.time, width, x)));
   session.change(`set key of ${row.label}`, session.edit().addKey(row, frame));

@@ -89,7 +89,7 @@ test("an empty scene becomes a film, the one that orbel render makes", async () 
     await route.fulfill({ response });
   });
   await page.getByRole("button", { name: "Export petals.mp4" }).click();
-  await page.locator(".job.done").waitFor({ timeout: 30_000 });
+  await page.locator(".job.done").waitFor({ timeout: 120_000 });
   await page.unrouteAll({ behavior: "wait" });
   await page.locator(".job.done").waitFor();
 
