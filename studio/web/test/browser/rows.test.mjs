@@ -184,7 +184,9 @@ test("handles on the picture move what they stand for", async () => {
   assert.equal((await studio.parameters()).End, 99);
   // The bead goes where the server says, some time after the picture.
   const measured = page.waitForResponse(
-    (answer) => answer.url().endsWith("/api/path") && /"End": 60/.test(answer.request().postData()),
+    (answer) =>
+      answer.url().endsWith("/api/path") &&
+      answer.request().postDataJSON().text.includes('"End": 60'),
   );
   await studio.type("End", "60");
   await measured;
