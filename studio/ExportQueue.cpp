@@ -24,7 +24,6 @@ constexpr std::size_t mostJobs = 200;
 constexpr std::chrono::milliseconds tellInterval{200};
 constexpr std::chrono::milliseconds handInterval{10};
 constexpr std::chrono::milliseconds longFrame{100};
-constexpr std::chrono::seconds longPatience{3};
 
 /// The first of the files that a film would be written over.
 std::optional<std::string> takenName(const std::string& path, bool isSequence,
@@ -54,6 +53,11 @@ void stepBack() {
     constexpr int niceness = 10;
     static_cast<void>(setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness));
 #endif
+}
+
+/// How long after the last frame the next one, which takes so long, lets the hand go first.
+std::chrono::steady_clock::duration patience(std::chrono::steady_clock::duration frame) {
+    return std::max<std::chrono::steady_clock::duration>(frame * 20, handInterval);
 }
 
 /// Beside the film and with its ending, hidden until it is whole.
@@ -205,7 +209,8 @@ void ExportQueue::waitForHand(const Job& job) {
         m_frameDuration = m_drawn - m_frameBegin;
     }
     m_gaveWay = false;
-    while (m_preview->isBusy() && !job.cancelled && Clock::now() - m_drawn < patience()) {
+    while (m_preview->isBusy() && !job.cancelled &&
+           Clock::now() - m_drawn < patience(m_frameDuration)) {
         std::this_thread::sleep_for(handInterval);
     }
     m_frameBegin = Clock::now();
@@ -218,15 +223,11 @@ bool ExportQueue::givesWay() {
     if (sofar <= longFrame) {
         return false;
     }
-    m_frameDuration = std::max(m_frameDuration, sofar);
-    m_gaveWay = now - m_drawn < patience() && m_preview->isBusy();
+    m_gaveWay = now - m_drawn < patience(std::max(m_frameDuration, sofar)) && m_preview->isBusy();
+    if (m_gaveWay) {
+        m_frameDuration = std::max(m_frameDuration, sofar * 2); // a guess, to try seldom
+    }
     return m_gaveWay;
-}
-
-/// Since the last frame: what the waiting itself takes does not count as drawing.
-ExportQueue::Clock::duration ExportQueue::patience() const {
-    const bool isLong = m_frameDuration > longFrame;
-    return std::max<Clock::duration>(m_frameDuration * 20, isLong ? longPatience : handInterval);
 }
 
 void ExportQueue::frameWritten(Job* job) {
