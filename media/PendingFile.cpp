@@ -63,6 +63,14 @@ bool takesFiles(const std::string& folder) {
     return true;
 }
 
+/// A second name never takes the place of what came there in the meantime.
+bool giveName(const std::string& from, const std::string& to, Existing existing) {
+    if (existing == Existing::Replaced) {
+        return std::rename(from.c_str(), to.c_str()) == 0;
+    }
+    return link(from.c_str(), to.c_str()) == 0 && unlink(from.c_str()) == 0;
+}
+
 [[noreturn]] void refuse(const std::string& file, const std::string& what, int code) {
     throw MediaError(file, "", what + " (" + std::generic_category().message(code) + ")",
                      "free some room or write elsewhere, then try again", MediaError::Passing,
@@ -157,14 +165,6 @@ void PendingFile::takePermissions(int file) const {
     }
 }
 
-/// A second name never takes the place of what came there in the meantime.
-bool PendingFile::giveName(Existing existing) const {
-    if (existing == Existing::Replaced) {
-        return std::rename(m_path.c_str(), m_target.c_str()) == 0;
-    }
-    return link(m_path.c_str(), m_target.c_str()) == 0 && unlink(m_path.c_str()) == 0;
-}
-
 void PendingFile::complete(Existing existing) {
     if (m_isSpecial) {
         close();
@@ -173,7 +173,7 @@ void PendingFile::complete(Existing existing) {
         return;
     }
     takePermissions(m_file);
-    if (!syncFile(m_file) || !giveName(existing)) {
+    if (!syncFile(m_file) || !giveName(m_path, m_target, existing)) {
         refuse(m_named, "the output cannot be completed", errno);
     }
     syncFolder(m_target);
@@ -223,8 +223,8 @@ bool syncPath(const std::string& path) {
     return synced;
 }
 
-bool publishFile(const std::string& from, const std::string& to) {
-    if (!syncPath(from) || std::rename(from.c_str(), to.c_str()) != 0) {
+bool publishFile(const std::string& from, const std::string& to, Existing existing) {
+    if (!syncPath(from) || !giveName(from, to, existing)) {
         return false;
     }
     syncFolder(to);

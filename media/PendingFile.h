@@ -48,7 +48,6 @@ private:
     void takeOwn();
     void takePermissions(int file) const;
     [[nodiscard]] bool holdsItsName() const;
-    [[nodiscard]] bool giveName(Existing existing) const;
     void close();
 
     std::string m_named; ///< as the caller knows it, for messages
@@ -72,7 +71,8 @@ void checkTakesFiles(const std::string& folder, const std::string& named);
 [[nodiscard]] bool syncPath(const std::string& path);
 
 /// Gives a complete file another name in its folder, once it is on the disk; false, with `errno`
-/// set, when that fails. Replaces what has that name.
-[[nodiscard]] bool publishFile(const std::string& from, const std::string& to);
+/// set, when that fails: EEXIST when a file was to be kept.
+[[nodiscard]] bool publishFile(const std::string& from, const std::string& to,
+                               Existing existing = Existing::Replaced);
 
 } // namespace orbel

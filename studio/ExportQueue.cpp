@@ -1,6 +1,7 @@
 #include "studio/ExportQueue.h"
 
 #include "media/OutputTarget.h"
+#include "media/PendingFile.h"
 #include "media/SequencePattern.h"
 #include "studio/Stage.h"
 
@@ -23,7 +24,6 @@ constexpr std::size_t mostJobs = 200;
 constexpr std::chrono::milliseconds tellInterval{200};
 constexpr std::chrono::milliseconds handInterval{10};
 constexpr std::chrono::milliseconds longFrame{100};
-constexpr std::chrono::seconds longPatience{10};
 
 /// The first of the files that a film would be written over.
 std::optional<std::string> takenName(const std::string& path, bool isSequence,
@@ -53,6 +53,11 @@ void stepBack() {
     constexpr int niceness = 10;
     static_cast<void>(setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), niceness));
 #endif
+}
+
+/// How long after the last frame the next one, which takes so long, lets the hand go first.
+std::chrono::steady_clock::duration patience(std::chrono::steady_clock::duration frame) {
+    return std::max<std::chrono::steady_clock::duration>(frame * 20, handInterval);
 }
 
 /// Beside the film and with its ending, hidden until it is whole.
@@ -204,7 +209,8 @@ void ExportQueue::waitForHand(const Job& job) {
         m_frameDuration = m_drawn - m_frameBegin;
     }
     m_gaveWay = false;
-    while (m_preview->isBusy() && !job.cancelled && Clock::now() - m_drawn < patience()) {
+    while (m_preview->isBusy() && !job.cancelled &&
+           Clock::now() - m_drawn < patience(m_frameDuration)) {
         std::this_thread::sleep_for(handInterval);
     }
     m_frameBegin = Clock::now();
@@ -213,13 +219,15 @@ void ExportQueue::waitForHand(const Job& job) {
 /// A short frame is drawn to its end; a long one would keep the hand waiting.
 bool ExportQueue::givesWay() {
     const Clock::time_point now = Clock::now();
-    m_gaveWay = now - m_frameBegin > longFrame && now - m_drawn < patience() && m_preview->isBusy();
+    const Clock::duration sofar = now - m_frameBegin;
+    if (sofar <= longFrame) {
+        return false;
+    }
+    m_gaveWay = now - m_drawn < patience(std::max(m_frameDuration, sofar)) && m_preview->isBusy();
+    if (m_gaveWay) {
+        m_frameDuration = std::max(m_frameDuration, sofar * 2); // a guess, to try seldom
+    }
     return m_gaveWay;
-}
-
-ExportQueue::Clock::duration ExportQueue::patience() const {
-    const bool isLong = std::max(m_frameDuration, Clock::now() - m_frameBegin) > longFrame;
-    return std::max<Clock::duration>(m_frameDuration * 20, isLong ? longPatience : handInterval);
 }
 
 void ExportQueue::frameWritten(Job* job) {
@@ -253,20 +261,20 @@ void ExportQueue::finish(Job* job, const FilmResult& result) {
     tell();
 }
 
-/// Gives a whole film its name. Linking never writes over what came there in the meantime.
+/// Gives a whole film its name, and never writes over what came there in the meantime unasked.
 void ExportQueue::put(Job* job) {
     if (job->partial.empty()) {
         return;
     }
-    const char* const from = job->partial.c_str();
-    const char* const to = job->result.c_str();
-    const int code = job->overwrite == Overwrite::Yes ? rename(from, to) : link(from, to);
-    if (code != 0 && errno == EEXIST) {
+    const Existing existing =
+        job->overwrite == Overwrite::Yes ? Existing::Replaced : Existing::Kept;
+    if (publishFile(job->partial, job->result, existing)) {
+        return;
+    }
+    if (errno == EEXIST) {
         throw nameTaken(job->result);
     }
-    if (code != 0) {
-        throw Refusal{500, std::generic_category().message(errno), "check the folder"};
-    }
+    throw Refusal{500, std::generic_category().message(errno), "check the folder"};
 }
 
 void ExportQueue::tell() {

@@ -71,7 +71,6 @@ private:
     void make(Job* job);
     void waitForHand(const Job& job);
     [[nodiscard]] bool givesWay();
-    [[nodiscard]] Clock::duration patience() const;
     void frameWritten(Job* job);
     void finish(Job* job, const FilmResult& result);
     static void put(Job* job);
@@ -87,7 +86,7 @@ private:
     // Of the thread that draws.
     Clock::time_point m_drawn;         ///< when the last frame was
     Clock::time_point m_frameBegin;    ///< of the one in the making
-    Clock::duration m_frameDuration{}; ///< of the last one
+    Clock::duration m_frameDuration{}; ///< of the last one; more where this one takes longer
     bool m_gaveWay = false;            ///< the one in the making was dropped
     std::mutex m_mutex;
     std::condition_variable m_changed;

@@ -44,7 +44,7 @@ TEST(CssTransform, movesPointsAsItsFunctionsSay) {
         {"scale(2)translate(10 20)", {22, 40}, {20, 42}},
     };
     for (const Row& row : rows) {
-        const auto transform = cssTransform(row.text, 10, 200, 100);
+        const auto transform = cssTransform(row.text, 10, 200, 100, false);
         ASSERT_TRUE(transform) << row.text;
         const PlanePoint right = (*transform)({1, 0});
         const PlanePoint down = (*transform)({0, 1});
@@ -55,7 +55,7 @@ TEST(CssTransform, movesPointsAsItsFunctionsSay) {
     }
     for (const char* const text : {"matrix(1 2 3)", "rotate()", "rotate 5", "rotate)5(", "rotate(5",
                                    "rotate3d(1,1,1,5deg)", "scale(2) x"}) {
-        EXPECT_FALSE(cssTransform(text, 10, 200, 100)) << text;
+        EXPECT_FALSE(cssTransform(text, 10, 200, 100, false)) << text;
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -98,6 +99,19 @@ TEST_F(StudioExport, givesWayToAPictureThatIsWaitedFor) {
     EXPECT_EQ(m_studio.post("/api/cancel", {{"job", number}}).status, 200);
     EXPECT_EQ(ended(number)["state"], "cancelled");
     EXPECT_EQ(m_studio.folder.fileCount(), 0U);
+}
+
+TEST_F(StudioExport, getsOnBesideAHandThatNeverRests) {
+    std::atomic<bool> rests = false;
+    std::thread hand([&] {
+        while (!rests) {
+            static_cast<void>(m_studio.post("/api/frame", {{"text", sceneText()}}));
+        }
+    });
+    const json number = order("film.mkv", {{"from", 0}, {"to", 5}}).document()["job"];
+    EXPECT_TRUE(eventually([&] { return job(number)["state"] == "done"; }, 30));
+    rests = true;
+    hand.join();
 }
 
 TEST_F(StudioExport, showsWhatIsDone) {

@@ -1,6 +1,7 @@
 // Measures the page in a real browser: node bench/speed.mjs. ORBEL names the program.
 // Every figure stands beside the one of the same page over an empty frame: what is left is the
-// drawing. `--minutes 5` drags and plays for so long and looks at the memory of page and server.
+// drawing. `--minutes 5` drags and plays for so long and looks at the memory of page and server;
+// `--export` makes films meanwhile, with and without a hand at a slider.
 
 import { readFile, writeFile } from "node:fs/promises";
 import { join } from "node:path";
@@ -100,7 +101,7 @@ async function work(studio, before, pictures) {
 }
 
 /** From each move to the next picture, and from the last move to the exact one. */
-async function dragged(studio) {
+async function dragged(studio, rest = 600) {
   const { page } = studio;
   const box = await studio.row("ScaleX").locator(".slider").boundingBox();
   await page.mouse.move(box.x + 8, box.y + 10);
@@ -111,7 +112,7 @@ async function dragged(studio) {
     await page.mouse.move(box.x + 8 + (step % 40), box.y + 10);
     await page.waitForTimeout(25);
   }
-  await page.waitForTimeout(600);
+  await page.waitForTimeout(rest);
   await page.mouse.up();
   const { moves, pictures } = await page.evaluate(() => window.speed);
   const follow = moves.flatMap((move) =>
@@ -166,6 +167,53 @@ async function memory(studio) {
   const { metrics } = await studio.tools.send("Performance.getMetrics");
   const heap = metrics.find(({ name }) => name === "JSHeapUsedSize").value;
   return { server: Number(/VmRSS:\s+(\d+)/.exec(status)[1]) / 1024, page: heap / 2 ** 20 };
+}
+
+/** What the server tells and is told, past the page. */
+function call(studio, path, body) {
+  return studio.page.evaluate(
+    async ([address, sent]) => {
+      const headers = {
+        "X-Orbel-Token": sessionStorage.getItem("orbel-token"),
+        "X-Orbel-Tab": "bench",
+        "Content-Type": "application/json",
+      };
+      const request = sent ? { method: "POST", headers, body: JSON.stringify(sent) } : { headers };
+      return (await fetch(address, request)).json();
+    },
+    [path, body],
+  );
+}
+
+/** Frames a second of a film in the making, while a slider is dragged or nobody touches anything. */
+async function exported(file, dragging) {
+  const studio = await open(file);
+  const text = await readFile(file, "utf8");
+  const order = { text, scene: file.split("/").pop(), from: 0, to: 149, overwrite: true };
+  const { job } = await call(studio, "/api/export", { ...order, name: "beside.mp4" });
+  const began = performance.now();
+  let done = 0;
+  while (performance.now() - began < 12_000 && done < 150) {
+    if (dragging) await dragged(studio, 0);
+    else await studio.page.waitForTimeout(200);
+    ({ done } = (await call(studio, "/api/jobs")).jobs.find((each) => each.job === job));
+  }
+  const seconds = (performance.now() - began) / 1000;
+  await call(studio, "/api/cancel", { job });
+  await close(studio);
+  return done / seconds;
+}
+
+/** A film gives way to a hand, and gets on. */
+async function besideADrag(file) {
+  const rates = { alone: [], dragged: [] };
+  for (let round = 0; round < 3; round++) {
+    rates.alone.push(await exported(file, false));
+    rates.dragged.push(await exported(file, true));
+  }
+  const [alone, beside] = [median(rates.alone), median(rates.dragged)];
+  console.log(`export: ${round(alone)} frames/s alone, ${round(beside)} beside a drag`);
+  judge("export alone to one beside a drag", alone / beside, 40, "x");
 }
 
 async function endured(file) {
@@ -223,6 +271,7 @@ judge("frames dropped, stroke", stroke.play.share * 100, 10, "%");
 judge("frames dropped, demo scene", demoPlay.share * 100, 10, "%");
 judge("usable after opening", Math.min(empty.usable, stroke.usable), 1000, "ms");
 judge("page, compressed", (await pageBytes()) / 1000, 120, "kB");
+if (process.argv.includes("--export")) await besideADrag(stroke.file);
 if (minutes > 0) await endured(stroke.file);
 await closeAll();
 process.exitCode = missed > 0 ? 1 : 0;

@@ -50,8 +50,13 @@ export function hexOf(rgb: readonly number[]): string {
   return `#${rgb.map(byte).join("")}`;
 }
 
-/** The colour that "#rgb" or "#rrggbb" stands for, components 0 to 1; "#" may be left out. */
+/** The colour that "#rgb", "#rrggbb", the same without "#", or three numbers from 0 to 1 stand for. */
 export function colourOf(text: string): number[] | null {
+  const parts = text
+    .trim()
+    .split(/[\s,;]+/)
+    .map(Number);
+  if (parts.length === 3) return parts.every((part) => part >= 0 && part <= 1) ? parts : null;
   const found = /^#?([0-9a-f]{3}|[0-9a-f]{6})$/i.exec(text.trim());
   if (!found) return null;
   const digits = found[1]!;

@@ -26,9 +26,11 @@ export interface KeyEdit {
 export class Editor {
   readonly scene: Scene | null;
 
+  /** `newEasing` is that of keys that go on from no other. */
   constructor(
     readonly text: string,
     readonly table: Table,
+    private readonly newEasing: Easing = "linear",
   ) {
     const read = readScene(text, table);
     this.scene = read.fault ? null : read;
@@ -40,7 +42,7 @@ export class Editor {
     if (row.kind === "shape") return this.setShape(String(value));
     const keys = this.keysOf(row);
     if (keys.length === 0 && !asKey) return writeConstant(this.text, this.scene, row, value);
-    return writeKeys(this.text, this.scene, row, withKey(keys, frame, value));
+    return writeKeys(this.text, this.scene, row, withKey(keys, frame, value, this.newEasing));
   }
 
   keysOf(row: Row): readonly Key[] {
@@ -157,7 +159,8 @@ export class Editor {
 
   setKeyValue(row: Row, frame: number, value: Value): string {
     if (!this.scene) return this.text;
-    return writeKeys(this.text, this.scene, row, withKey(this.keysOf(row), frame, value));
+    const keys = withKey(this.keysOf(row), frame, value, this.newEasing);
+    return writeKeys(this.text, this.scene, row, keys);
   }
 
   copyKeys(ids: ReadonlySet<KeyId>): CopiedKey[] {
@@ -222,13 +225,14 @@ function pasted(key: CopiedKey, frame: number): Key {
   return { frame: tidy(frame + key.offset), value: key.value, easing: key.easing };
 }
 
-function withKey(keys: readonly Key[], frame: number, value: Value): Key[] {
+function withKey(keys: readonly Key[], frame: number, value: Value, fresh: Easing): Key[] {
   const found = keys.find((key) => key.frame === frame);
   if (found) return keys.map((key) => (key === found ? { ...key, value } : key));
   const before = [...keys].reverse().find((key) => key.frame < frame);
-  // A key set inside an eased stretch goes on as its neighbour did.
-  const easing = before?.easing && before !== keys[keys.length - 1] ? before.easing : null;
-  return [...keys, { frame, value, easing }];
+  // A key set inside a stretch goes on as the stretch did.
+  const inside = before && before !== keys[keys.length - 1];
+  const easing = inside ? before.easing : fresh;
+  return [...keys, { frame, value, easing: easing === "linear" ? null : easing }];
 }
 
 function spellHeader(value: unknown): string {

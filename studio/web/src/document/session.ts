@@ -10,10 +10,11 @@ import { Film } from "./film";
 import { record, redo, redoName, startHistory, undo, undoName, type History } from "./history";
 import { Keeper } from "./keeper";
 import { PictureSource } from "./picture";
-import { readScene } from "./scene";
+import { readScene, valueAt } from "./scene";
 import {
   filmRange,
   groupsInUse,
+  wholeFilm,
   keepSettings,
   loadSettings,
   type Notice,
@@ -21,8 +22,8 @@ import {
   type Settings,
   type State,
 } from "./state";
-import { isContinuous, Table, type Row, type Value } from "./table";
-import { revealing } from "./timescale";
+import { isContinuous, sameValue, Table, type Row, type Value } from "./table";
+import { revealing, type TimeView } from "./timescale";
 
 /** Where a tab keeps the name of its scene, for when it is loaded again. */
 const scenePlace = "orbel-scene";
@@ -133,8 +134,7 @@ export class Session {
     this.keepName();
     this.setHistory(startHistory(text));
     this.update({ usedGroups: groupsInUse(this.state.scene) });
-    const [first, last] = filmRange(this.state);
-    this.update({ frame: first, time: { from: first, to: Math.max(last, first + 1) } });
+    this.update({ frame: filmRange(this.state)[0], time: wholeFilm(this.state) });
     this.keeper.offerJournal(text, journal);
   }
 
@@ -150,21 +150,32 @@ export class Session {
   }
 
   edit(): Editor {
-    return new Editor(this.text, this.state.table);
+    return this.editOf(this.text);
   }
 
   editOf(text: string): Editor {
-    return new Editor(text, this.state.table);
+    return new Editor(text, this.state.table, this.state.settings.newEasing);
   }
 
   private setHistory(history: History): void {
     const scene = readScene(history.text, this.state.table);
     const lastScene = scene.fault ? this.state.lastScene : scene;
+    const whole = wholeFilm(this.state);
     this.update({ history, scene, lastScene });
+    this.keepWhole(whole);
     clearTimeout(this.#checkPause);
     this.#checkPause = setTimeout(() => this.#checks.request(this.text), checkPause);
     this.keeper.changed();
     this.film.changed();
+  }
+
+  /** A timeline that shows all of the film goes on to do so when the film gets longer. */
+  private keepWhole(before: TimeView): void {
+    const { time } = this.state;
+    const after = wholeFilm(this.state);
+    const shown = time.from === before.from && time.to === before.to;
+    if (shown && (after.from !== before.from || after.to !== before.to))
+      this.update({ time: after });
   }
 
   /** One step of the undo list, or a part of the gesture that is under way. */
@@ -204,7 +215,16 @@ export class Session {
   setValue(row: Row, value: Value, name = `change ${row.label}`): void {
     // Switches and menus get keys by hand alone: a step in time is seldom meant.
     const asKey = this.state.settings.autoKey && row.animatable && isContinuous(row);
-    this.change(name, this.edit().setValue(row, this.state.frame, value, asKey));
+    const { frame } = this.state;
+    const edit = this.edit();
+    const moves = asKey || edit.keysOf(row).length > 0;
+    if (!moves && edit.scene && sameValue(valueAt(edit.scene, row, frame), value)) return;
+    this.change(name, edit.setValue(row, frame, value, asKey));
+  }
+
+  /** A top-level key of the scene takes a value; null takes the key out. */
+  setHeader(name: string, key: string, value: unknown): void {
+    this.change(name, this.edit().setHeader(key, value));
   }
 
   select(selection: ReadonlySet<KeyId>): void {
@@ -219,6 +239,11 @@ export class Session {
   redo(): void {
     const name = redoName(this.state.history);
     if (name) this.setHistory(redo(this.state.history));
+  }
+
+  /** Rows whose names hold these words; none for all of them. */
+  search(search: string): void {
+    this.update({ filter: { ...this.state.filter, search } });
   }
 
   // ---- Time

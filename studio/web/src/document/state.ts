@@ -6,7 +6,7 @@ import type { Ground } from "../link/frames";
 import type { CopiedKey, KeyId } from "./edits";
 import type { History } from "./history";
 import type { Filter } from "./rules";
-import type { BrokenScene, Scene } from "./scene";
+import type { BrokenScene, Easing, Scene } from "./scene";
 import type { Table, Value } from "./table";
 import type { TimeView } from "./timescale";
 
@@ -58,6 +58,8 @@ export interface Settings {
   safe: boolean;
   autoKey: boolean;
   loop: boolean;
+  /** Of keys that are set anew and follow no other. */
+  newEasing: Easing;
   folded: Record<string, boolean>;
 }
 
@@ -108,6 +110,7 @@ export const defaultSettings: Settings = {
   safe: false,
   autoKey: false,
   loop: true,
+  newEasing: "linear",
   folded: {},
 };
 
@@ -130,6 +133,12 @@ export function keepSettings(settings: Settings): void {
 export function filmRange(state: State): readonly [number, number] {
   const stated = readable(state)?.frames;
   return stated ?? state.check?.plan?.frames ?? [0, 0];
+}
+
+/** The stretch of time that shows all of the film. */
+export function wholeFilm(state: State): TimeView {
+  const [from, last] = filmRange(state);
+  return { from, to: Math.max(last, from + 1) };
 }
 
 export function filmRate(state: State): number {

@@ -8,12 +8,20 @@ export interface TimeView {
 
 export const margin = 14;
 
+function inner(width: number): number {
+  return Math.max(1, width - 2 * margin);
+}
+
 export function xOf(view: TimeView, width: number, frame: number): number {
   return margin + ((frame - view.from) / (view.to - view.from)) * (width - 2 * margin);
 }
 
 export function frameAt(view: TimeView, width: number, x: number): number {
-  return view.from + ((x - margin) / Math.max(1, width - 2 * margin)) * (view.to - view.from);
+  return view.from + ((x - margin) / inner(width)) * (view.to - view.from);
+}
+
+export function framesPerPixel(view: TimeView, width: number): number {
+  return (view.to - view.from) / inner(width);
 }
 
 /** The view zoomed about a frame that keeps its place. */
@@ -44,7 +52,7 @@ const steps = [1, 2, 5, 10];
 
 /** Ticks of the ruler: labels at least 56 pixels apart, small ticks between them. */
 export function ticks(view: TimeView, width: number, fps: number, asTime: boolean): Tick[] {
-  const perPixel = (view.to - view.from) / Math.max(1, width - 2 * margin);
+  const perPixel = framesPerPixel(view, width);
   const unit = asTime ? Math.max(1, Math.round(fps)) : 1;
   const label = niceStep(perPixel * 56, unit);
   const small = label % 5 === 0 ? label / 5 : label % 2 === 0 ? label / 2 : label;

@@ -22,7 +22,7 @@ export function App({ session }: { session: Session }) {
   return (
     <Studio.Provider value={session}>
       <div class="room">
-        <TopBar state={state} />
+        {state.phase !== "locked" && <TopBar state={state} />}
         <Notices state={state} />
         {state.phase === "ready" && (
           <>

@@ -1,6 +1,6 @@
 import { useCallback, useEffect, useState } from "preact/hooks";
 import { colourOf, hexOf, hsvOf, rgbOf, type Hsv } from "../document/display";
-import { classes, hold, useLeaving, type Gesture } from "./hooks";
+import { classes, hold, useLeaving, useMarking, type Gesture } from "./hooks";
 
 interface Props {
   label: string;
@@ -44,6 +44,7 @@ interface HexProps {
 
 function HexField({ label, hex, disabled, change }: HexProps) {
   const [typed, setTyped] = useState<string | null>(null);
+  const marking = useMarking(() => setTyped(hex));
   const bad = typed !== null && colourOf(typed) === null;
   const take = (written: string): void => {
     const rgb = written === hex ? null : colourOf(written);
@@ -55,13 +56,11 @@ function HexField({ label, hex, disabled, change }: HexProps) {
       class={classes("number hex", bad && "bad")}
       aria-label={label}
       aria-invalid={bad}
+      title={bad ? "#rrggbb, or three numbers from 0 to 1" : undefined}
       spellcheck={false}
       disabled={disabled}
       value={typed ?? hex}
-      onFocus={(event) => {
-        setTyped(hex);
-        event.currentTarget.select();
-      }}
+      {...marking}
       onInput={(event) => setTyped(event.currentTarget.value)}
       onBlur={(event) => take(event.currentTarget.value)}
       onKeyDown={(event) => {

@@ -3,10 +3,11 @@ import { numberText } from "../document/display";
 import { valueAt, type Key, type Scene } from "../document/scene";
 import { readable, type State } from "../document/state";
 import { clampToRow, isContinuous, type Row, type Value } from "../document/table";
-import { frameAt, margin, xOf } from "../document/timescale";
+import { frameAt, xOf } from "../document/timescale";
 import { keyId } from "../document/edits";
 import { tidy } from "../document/writing";
 import { classes, hold, useSession } from "./hooks";
+import { snapping } from "./keyGestures";
 
 interface Props {
   state: State;
@@ -142,7 +143,7 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
     if (event.button === 0) session.update({ selection: new Set([id]), activeRow: row.id });
     const base = session.edit();
     const perPixel = (scale.high - scale.low) / scale.height;
-    const framesPerPixel = (state.time.to - state.time.from) / (width - 2 * margin);
+    const stop = snapping(session, new Set([id]), width);
     hold(event, session.gesture, {
       threshold: 3,
       move: (dx, dy, next) => {
@@ -150,7 +151,7 @@ function Point({ state, row, keyAt, part, value, scale, width }: PointProps) {
         const valued = isContinuous(row)
           ? withPart(row, keyAt.value, part, value - dy * perPixel * fine)
           : keyAt.value;
-        const frame = Math.max(0, Math.round(keyAt.frame + dx * framesPerPixel));
+        const frame = Math.max(0, stop(keyAt.frame, dx));
         const moved = base.moveKeys(new Set([id]), frame - keyAt.frame);
         const text = session.editOf(moved.text).setKeyValue(row, frame, valued);
         session.changeKeys(`shape ${row.label}`, { text, selection: moved.selection });

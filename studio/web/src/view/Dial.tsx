@@ -39,7 +39,7 @@ export function Dial({ row, value, shown, disabled, change, gesture }: Props) {
       <div
         class="dial"
         role="slider"
-        tabIndex={disabled ? -1 : 0}
+        tabIndex={-1}
         aria-label={row.label}
         aria-disabled={disabled}
         aria-valuemin={row.min ?? -3600}

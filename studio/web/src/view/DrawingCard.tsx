@@ -6,7 +6,7 @@ import type { SceneShape, ShapeOptions } from "../document/scene";
 import type { State } from "../document/state";
 import { classes, useSession } from "./hooks";
 import { Icon } from "./icons";
-import { Choice, Flag, Measure } from "./options";
+import { Choice, Choices, Flag, Measure } from "./options";
 
 /** The drawing that is the shape: taken plainly, or imported with what can be chosen about that. */
 export function DrawingCard({ state, shape }: { state: State; shape: SceneShape }) {
@@ -42,30 +42,23 @@ export function DrawingCard({ state, shape }: { state: State; shape: SceneShape 
 
 function ImportOptions({ options }: { options: ShapeOptions }) {
   return (
-    <div class="choices">
+    <Choices options={options}>
       <Choice
-        options={options}
         name="take"
         label="Take"
         entries={{ both: "Both", strokes: "Strokes", fills: "Fills" }}
       />
+      <Choice name="order" label="Order" entries={{ paint: "As painted", nearest: "Nearest" }} />
       <Choice
-        options={options}
-        name="order"
-        label="Order"
-        entries={{ paint: "As painted", nearest: "Nearest" }}
-      />
-      <Choice
-        options={options}
         name="closed"
         label="Closed"
         entries={{ keep: "As drawn", all: "All", none: "None" }}
       />
-      <Measure options={options} name="smallest" label="Smallest" usual={0.2} unit="%" step={0.1} />
-      <Measure options={options} name="simplify" label="Simplify" usual={0} unit="px" step={0.1} />
-      <Measure options={options} name="seconds" label="Time" usual={10} unit="s" step={1} />
-      <Flag options={options} name="pageRectangles" label="Page frame" usual={true} />
-    </div>
+      <Measure name="smallest" label="Smallest" usual={0.2} unit="%" step={0.1} />
+      <Measure name="simplify" label="Simplify" usual={0} unit="px" step={0.1} />
+      <Measure name="seconds" label="Time" usual={10} unit="s" step={1} />
+      <Flag name="pageRectangles" label="Page frame" usual={true} />
+    </Choices>
   );
 }
 

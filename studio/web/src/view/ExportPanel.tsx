@@ -78,17 +78,20 @@ function ExportForm({ state }: { state: State }) {
       <NumberField
         label="Export from frame"
         value={range[0]}
-        shown={String(range[0])}
-        step={1}
         commit={(from) => setRange([hold(from), Math.max(hold(from), range[1])])}
       />
       <NumberField
         label="Export to frame"
         value={range[1]}
-        shown={String(range[1])}
-        step={1}
         commit={(to) => setRange([Math.min(range[0], hold(to)), hold(to)])}
       />
+      <span />
+      <button type="button" class="half" onClick={() => setRange(film)}>
+        All
+      </button>
+      <button type="button" class="half" onClick={() => setRange([state.frame, state.frame])}>
+        This frame
+      </button>
       <label for="export-size">Size</label>
       <select
         id="export-size"
@@ -171,7 +174,7 @@ function Result({ job, address }: { job: Job; address: string }) {
   return (
     <div class="result">
       {/\.mp4$/i.test(job.name) && <video src={address} controls autoPlay loop muted />}
-      {/\.png$/i.test(job.name) && <img src={address} alt={job.name} />}
+      {/\.(a?png|gif|webp)$/i.test(job.name) && <img src={address} alt={job.name} />}
       {sequence && (
         <p class="quiet">The first of {job.total} pictures; all lie in the scene's folder.</p>
       )}

@@ -3,6 +3,7 @@ import { tidy } from "../document/writing";
 import { useSession } from "./hooks";
 import { Icon } from "./icons";
 import { NumberField } from "./NumberField";
+import { namedAs, Select } from "./Select";
 
 const foldName = "Frame: pixels";
 
@@ -20,49 +21,34 @@ export function FrameFields({ state }: { state: State }) {
   const [width, height] = filmSize(state);
   const [first, last] = filmRange(state);
   const fps = filmRate(state);
-  const set = (key: string, value: unknown, name: string) =>
-    session.change(name, session.edit().setHeader(key, value));
+  const setSize = (w: number, h: number) =>
+    session.setHeader("change size", "size", [side(w), side(h)]);
+  const setFrames = (from: number, to: number) =>
+    session.setHeader("change frames", "frames", [frameNumber(from), frameNumber(to)]);
   return (
     <div class="frame">
       <h2>Frame</h2>
       <div class="fields">
         <span>Size</span>
-        <NumberField
-          label="Width"
-          value={width}
-          shown={String(width)}
-          step={2}
-          commit={(w) => set("size", [side(w), height], "change size")}
-        />
-        <NumberField
-          label="Height"
-          value={height}
-          shown={String(height)}
-          step={2}
-          commit={(h) => set("size", [width, side(h)], "change size")}
-        />
+        <NumberField label="Width" value={width} step={2} commit={(w) => setSize(w, height)} />
+        <NumberField label="Height" value={height} step={2} commit={(h) => setSize(width, h)} />
         <span>Frames</span>
         <NumberField
           label="First frame"
           value={first}
-          shown={String(first)}
-          step={1}
-          commit={(f) => set("frames", [Math.min(frameNumber(f), last), last], "change frames")}
+          commit={(from) => setFrames(Math.min(from, last), last)}
         />
         <NumberField
           label="Last frame"
           value={last}
-          shown={String(last)}
-          step={1}
-          commit={(f) => set("frames", [first, Math.max(frameNumber(f), first)], "change frames")}
+          commit={(to) => setFrames(first, Math.max(first, to))}
         />
         <span>Rate</span>
         <NumberField
           label="Frames per second"
           value={fps}
           shown={`${tidy(fps, 3)} fps`}
-          step={1}
-          commit={(rate) => set("fps", tidy(Math.max(0.001, rate), 3), "change rate")}
+          commit={(rate) => session.setHeader("change rate", "fps", tidy(Math.max(0.001, rate), 3))}
         />
         <Format state={state} />
         <PixelFields state={state} />
@@ -74,22 +60,12 @@ export function FrameFields({ state }: { state: State }) {
 function Format({ state }: { state: State }) {
   const session = useSession();
   return (
-    <select
-      class="select"
-      aria-label="Pixel format"
+    <Select
+      label="Pixel format"
       value={readable(state)?.format ?? "rgba8"}
-      onChange={(event) => {
-        const format = event.currentTarget.value;
-        session.change("change format", session.edit().setHeader("format", format));
-        event.currentTarget.blur();
-      }}
-    >
-      {state.table.data.formats.map((format) => (
-        <option key={format} value={format}>
-          {format}
-        </option>
-      ))}
-    </select>
+      entries={namedAs(state.table.data.formats)}
+      pick={(format) => session.setHeader("change format", "format", format)}
+    />
   );
 }
 
@@ -103,11 +79,10 @@ function PixelFields({ state }: { state: State }) {
   const folded = state.settings.folded[foldName] ?? plain;
   const toggle = () =>
     session.setSettings({ folded: { ...state.settings.folded, [foldName]: !folded } });
+  const setAspect = (aspect: number) =>
+    session.setHeader("change pixel aspect", "pixelAspect", aspect === 1 ? null : aspect);
   const setScale = (x: number, y: number) =>
-    session.change(
-      "change render scale",
-      session.edit().setHeader("renderScale", x === 1 && y === 1 ? null : [x, y]),
-    );
+    session.setHeader("change render scale", "renderScale", x === 1 && y === 1 ? null : [x, y]);
   return (
     <>
       <button class="more" aria-expanded={!folded} onClick={toggle}>
@@ -120,29 +95,20 @@ function PixelFields({ state }: { state: State }) {
           <NumberField
             label="Pixel aspect ratio"
             value={pixelAspect}
-            shown={String(tidy(pixelAspect))}
             step={0.1}
-            commit={(aspect) => {
-              const stated = ratio(aspect) === 1 ? null : ratio(aspect);
-              session.change(
-                "change pixel aspect",
-                session.edit().setHeader("pixelAspect", stated),
-              );
-            }}
+            commit={(aspect) => setAspect(ratio(aspect))}
           />
           <span />
           <span title="0.5 where the frame is a preview at half size">Scale</span>
           <NumberField
             label="Render scale x"
             value={renderScale[0]}
-            shown={String(tidy(renderScale[0]))}
             step={0.1}
             commit={(x) => setScale(ratio(x), renderScale[1])}
           />
           <NumberField
             label="Render scale y"
             value={renderScale[1]}
-            shown={String(tidy(renderScale[1]))}
             step={0.1}
             commit={(y) => setScale(renderScale[0], ratio(y))}
           />

@@ -36,7 +36,9 @@ export function HelpPanel() {
               .map((command) => (
                 <div key={command.label}>
                   <dt>
-                    <kbd>{keyText(command.keys[0] ?? "")}</kbd>
+                    {command.keys.map((keys) => (
+                      <kbd key={keys}>{keyText(keys)}</kbd>
+                    ))}
                   </dt>
                   <dd>{command.label}</dd>
                 </div>
@@ -50,7 +52,13 @@ export function HelpPanel() {
           Drag a name, a slider or a dial; <kbd>Shift</kbd> is finer, <kbd>Ctrl</kbd> coarser.
           Number fields reckon: 3*12, +5, 1x30 for a turn and 30°. Right click on a row or a key:
           its menu. On the picture the wheel zooms, dragging pans. In the timeline <kbd>Ctrl</kbd>{" "}
-          and the wheel zoom, <kbd>Shift</kbd> and the wheel scroll, a double click sets a key.
+          and the wheel zoom, <kbd>Shift</kbd> and the wheel scroll, a double click sets a key, on a
+          key it goes there; a band or <kbd>Shift</kbd> selects several, the blue grips stretch
+          them. <kbd>Shift</kbd> and dragging on the ruler set the loop.
+        </p>
+        <p>
+          From key to key by keyboard: <kbd>Tab</kbd> to a row, arrows, <kbd>Space</kbd> to select,{" "}
+          <kbd>Enter</kbd> for the menu.
         </p>
       </section>
     </div>

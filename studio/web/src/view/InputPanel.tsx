@@ -6,6 +6,7 @@ import { ColourField } from "./ColourField";
 import { FrameFields } from "./FrameFields";
 import { useSession, watching } from "./hooks";
 import { NumberField } from "./NumberField";
+import { Select, type Entry } from "./Select";
 
 const partsOfInput = ["table", "scene", "lastScene", "file", "check", "settings"] as const;
 
@@ -47,6 +48,14 @@ function InputChoice({ state, input }: { state: State; input: SceneInput }) {
   const files = inputFiles(state);
   const current = input.kind === "file" || input.kind === "raw" ? input.file : "";
   const known = files.some((file) => file.name === current);
+  const entries: Entry[] = [
+    ["none", "Nothing (transparent)"],
+    ["color", "A colour"],
+    ...(current && !known ? [[`file:${current}`, current] as const] : []),
+    ...files.map(
+      ({ name, count }) => [`file:${name}`, count ? `${name} (${count})` : name] as const,
+    ),
+  ];
   const choose = (value: string) => {
     const name = value.slice(5);
     const stated =
@@ -58,28 +67,17 @@ function InputChoice({ state, input }: { state: State; input: SceneInput }) {
               name,
               files.find((file) => file.name === name),
             );
-    session.change("choose an input", session.edit().setHeader("input", stated));
+    session.setHeader("choose an input", "input", stated);
   };
   return (
     <>
-      <select
-        class="select wide"
-        aria-label="Input"
+      <Select
+        wide
+        label="Input"
         value={current ? `file:${current}` : input.kind}
-        onChange={(event) => {
-          choose(event.currentTarget.value);
-          event.currentTarget.blur();
-        }}
-      >
-        <option value="none">Nothing (transparent)</option>
-        <option value="color">A colour</option>
-        {current && !known && <option value={`file:${current}`}>{current}</option>}
-        {files.map(({ name, count }) => (
-          <option key={name} value={`file:${name}`}>
-            {count ? `${name} (${count})` : name}
-          </option>
-        ))}
-      </select>
+        entries={entries}
+        pick={choose}
+      />
       {input.kind === "color" && <InputColour rgba={input.rgba} />}
       {input.kind === "file" && input.numbered && <FirstFile input={input} />}
     </>
@@ -91,10 +89,10 @@ function FirstFile({ input }: { input: SceneInput & { kind: "file" } }) {
   const session = useSession();
   const { file, first } = input;
   const set = (number: number) =>
-    session.change(
-      "change the first file",
-      session.edit().setHeader("input", { file, first: Math.max(0, Math.round(number)) }),
-    );
+    session.setHeader("change the first file", "input", {
+      file,
+      first: Math.max(0, Math.round(number)),
+    });
   return (
     <div class="facts">
       <span>First file</span>
@@ -102,7 +100,6 @@ function FirstFile({ input }: { input: SceneInput & { kind: "file" } }) {
         label="Number of the first file"
         value={first ?? 0}
         shown={first === null ? "0 or 1" : String(first)}
-        step={1}
         commit={set}
       />
     </div>
@@ -113,10 +110,7 @@ function InputColour({ rgba }: { rgba: readonly number[] }) {
   const session = useSession();
   const alpha = rgba[3] ?? 1;
   const set = (rgb: readonly number[], a: number) =>
-    session.change(
-      "change input colour",
-      session.edit().setHeader("input", { color: [...rgb, a] }),
-    );
+    session.setHeader("change input colour", "input", { color: [...rgb, a] });
   return (
     <div class="colourline">
       <ColourField
@@ -129,7 +123,6 @@ function InputColour({ rgba }: { rgba: readonly number[] }) {
         label="Input alpha"
         value={tidy(alpha * 100)}
         shown={`α ${tidy(alpha * 100, 1)} %`}
-        step={1}
         commit={(percent) => set(rgba.slice(0, 3), tidy(Math.min(100, Math.max(0, percent)) / 100))}
       />
     </div>
@@ -165,7 +158,7 @@ function TakeOver({ state }: { state: State }) {
     if (fps) headers.push(["fps", tidy(fps, 3)]);
     if (frames && frames > 1) headers.push(["frames", [0, frames - 1]]);
     headers.forEach(([key, value]) =>
-      session.change("take over the input's size and rate", session.edit().setHeader(key, value)),
+      session.setHeader("take over the input's size and rate", key, value),
     );
     session.endGesture();
   };

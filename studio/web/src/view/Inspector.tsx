@@ -5,7 +5,7 @@ import { disabledRows, isFiltering, passes } from "../document/rules";
 import { isAnimated, isStated, valueAt, type Scene } from "../document/scene";
 import { readable, type State } from "../document/state";
 import type { Row, Section } from "../document/table";
-import { copy, paste, toggleKey } from "./commands";
+import { copy, focusRow, paste, toggleKey } from "./commands";
 import { ContextMenu, type MenuItem } from "./ContextMenu";
 import { classes, useSession } from "./hooks";
 import { RowView } from "./RowView";
@@ -38,13 +38,18 @@ function Find({ state }: { state: State }) {
         placeholder="Find a parameter"
         aria-label="Find a parameter"
         value={filter.search}
-        onInput={(event) => set({ search: event.currentTarget.value })}
+        onInput={(event) => session.search(event.currentTarget.value)}
         onKeyDown={(event) => {
+          if (event.key === "Enter") {
+            event.preventDefault();
+            return focusRow(document.querySelector(".row"));
+          }
           if (event.key !== "Escape") return;
-          set({ search: "" });
+          session.search("");
           event.currentTarget.blur();
         }}
       />
+      <kbd>/</kbd>
       <button aria-pressed={filter.changed} onClick={() => set({ changed: !filter.changed })}>
         Changed
       </button>

@@ -50,6 +50,7 @@ export function Lane({ time, width, keys, summary, press, walk, open }: Props) {
             key.easing && "eased",
           )}
           transform={`translate(${xOf(time, width, key.frame)} 12)`}
+          data-frame={key.frame}
           role="button"
           tabindex={key === stop ? 0 : -1}
           aria-label={key.label}

@@ -233,6 +233,15 @@ interface BeadProps {
   kind: "start" | "end" | "offset";
 }
 
+/** Percent of the outline past the seam of a closed one at which a bead still waits there. */
+const seam = 8;
+
+/** The value in the row's range: held at its ends near the seam, beyond it round by whole turns. */
+function heldAtSeam(row: Row, value: number): number {
+  const over = value - clampToRow(row, value);
+  return clampToRow(row, Math.abs(over) > seam ? value - Math.sign(over) * 100 : value);
+}
+
 /** A bead on the outline; it stays on it while it is dragged. */
 function Bead({ row, at, lines, shift, placing, value, kind }: BeadProps) {
   const session = useSession();
@@ -245,7 +254,7 @@ function Bead({ row, at, lines, shift, placing, value, kind }: BeadProps) {
       move: (dx, dy) => {
         const place: Place = [at[0] + dx / placing.scaleX, at[1] + dy / placing.scaleY];
         const share = shareNear(lines, place) - shift / 100;
-        current = clampToRow(row, tidy(unwound(share, current / 100) * 100, 2));
+        current = heldAtSeam(row, tidy(unwound(share, current / 100) * 100, 2));
         session.setValue(row, current, `drag ${row.label}`);
       },
     });

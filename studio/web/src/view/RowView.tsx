@@ -7,6 +7,7 @@ import { ColourField } from "./ColourField";
 import { Dial } from "./Dial";
 import { classes, hold, memo, useSession } from "./hooks";
 import { NumberField } from "./NumberField";
+import { namedAs, Select } from "./Select";
 import { Slider } from "./Slider";
 
 export interface RowProps {
@@ -27,7 +28,10 @@ export const RowView = memo(function RowView(props: RowProps) {
   const { row, changed, animated, disabled, active, openMenu } = props;
   const session = useSession();
   const activate = () => {
-    if (session.state.activeRow !== row.id) session.update({ activeRow: row.id });
+    const { activeRow, selection } = session.state;
+    if (activeRow !== row.id) session.update({ activeRow: row.id });
+    // The row is in hand now and no keys are: what is copied is its value.
+    if (selection.size > 0) session.select(new Set());
   };
   return (
     <div
@@ -199,47 +203,26 @@ function Switch({ row, value, disabled }: RowProps) {
 function MenuControl({ row, value, disabled }: RowProps) {
   const session = useSession();
   return (
-    <select
-      class="select"
-      aria-label={row.label}
+    <Select
+      label={row.label}
       disabled={disabled}
       value={String(value)}
-      onChange={(event) => {
-        session.setValue(row, Number(event.currentTarget.value));
-        event.currentTarget.blur();
-      }}
-    >
-      {(row.entries ?? []).map((entry, index) => (
-        <option key={entry} value={String(index)}>
-          {entry}
-        </option>
-      ))}
-    </select>
+      entries={(row.entries ?? []).map((entry, index) => [String(index), entry])}
+      pick={(index) => session.setValue(row, Number(index))}
+    />
   );
 }
 
 function ShapeControl({ row, value, files }: RowProps) {
   const session = useSession();
   const names = files.filter((file) => file.kind === "svg").map((file) => file.name);
-  const current = String(value);
-  if (current && !names.includes(current)) names.unshift(current);
   return (
-    <select
-      class="select"
-      aria-label={row.label}
-      value={current}
-      onChange={(event) => {
-        session.change("choose a shape", session.edit().setShape(event.currentTarget.value));
-        event.currentTarget.blur();
-      }}
-    >
-      <option value="">None</option>
-      {names.map((name) => (
-        <option key={name} value={name}>
-          {name}
-        </option>
-      ))}
-    </select>
+    <Select
+      label={row.label}
+      value={String(value)}
+      entries={[["", "None"], ...namedAs(names)]}
+      pick={(name) => session.change("choose a shape", session.edit().setShape(name))}
+    />
   );
 }
 

@@ -11,7 +11,10 @@ interface Props {
   gesture: Gesture;
 }
 
-/** A slider over the row's slider range; the value itself may lie beyond it. */
+/**
+ * A slider over the row's slider range; the value itself may lie beyond it. By keyboard the number
+ * beside it does the same, so Tab goes there at once.
+ */
 export function Slider({ row, value, shown, disabled, change, gesture }: Props) {
   const low = sliderShare(row, Math.max(row.sliderMin ?? 0, 0));
   const share = sliderShare(row, value);
@@ -35,7 +38,7 @@ export function Slider({ row, value, shown, disabled, change, gesture }: Props) 
     <div
       class="slider"
       role="slider"
-      tabIndex={disabled ? -1 : 0}
+      tabIndex={-1}
       aria-label={row.label}
       aria-disabled={disabled}
       aria-valuemin={row.sliderMin ?? 0}

@@ -4,6 +4,7 @@ import type { PixelAnswer } from "../link/api";
 import type { Ground } from "../link/frames";
 import { useSession } from "./hooks";
 import { Icon, type IconName } from "./icons";
+import { Select, type Entry } from "./Select";
 
 export interface Pointed {
   x: number;
@@ -42,8 +43,8 @@ export function Strip({ state, scale, fits, pointed, pixel, setZoom }: Props) {
         class="drawn"
         title="Time the frame took to draw; a preview stands for the exact frame while something moves"
       >
-        {playing === 0 && <>{picture.milliseconds.toFixed(1)} ms · </>}
         {playing === 0 && !isReducedPicture(state) ? "exact" : "preview"}
+        {playing === 0 && <> · {picture.milliseconds.toFixed(1)} ms</>}
       </span>
       {(playing !== 0 || dropped > 0) && <span class="dropped">{dropped} dropped</span>}
       <ViewSwitches state={state} />
@@ -54,11 +55,11 @@ export function Strip({ state, scale, fits, pointed, pixel, setZoom }: Props) {
 function Readout({ pointed, pixel }: { pointed: Pointed | null; pixel: PixelAnswer | null }) {
   if (!pointed) return <span class="readout" />;
   const whole = pixel?.format.endsWith("8") ?? true;
-  const part = (value: number) => (whole ? String(value) : Number(value.toPrecision(4)).toString());
+  const part = (value: number) => (whole ? String(value) : String(Number(value.toPrecision(3))));
   const scale = pixel?.format.endsWith("16") ? 65535 : whole ? 255 : 1;
   return (
     <span class="readout">
-      x {pointed.x} y {pointed.y}
+      {pointed.x}, {pointed.y}
       {pixel && (
         <>
           <i
@@ -104,7 +105,12 @@ function ViewSwitches({ state }: { state: State }) {
   );
 }
 
-const namedGrounds: Record<string, string> = { grid: "Grid", black: "Black", white: "White" };
+const grounds: Entry[] = [
+  ["grid", "Grid"],
+  ["black", "Black"],
+  ["white", "White"],
+  ["own", "Colour"],
+];
 
 /** The grid, black, white, or any colour under a picture with alpha. */
 function GroundChoice({ ground }: { ground: Ground }) {
@@ -113,24 +119,13 @@ function GroundChoice({ ground }: { ground: Ground }) {
   const set = (next: string) => session.setSettings({ ground: next as Ground });
   return (
     <>
-      <select
-        class="select"
-        aria-label="What lies under the picture"
+      <Select
+        label="What lies under the picture"
         title="What lies under the picture"
         value={own ? "own" : ground}
-        onChange={(event) => {
-          const { value } = event.currentTarget;
-          set(value === "own" ? "#808080" : value);
-          event.currentTarget.blur();
-        }}
-      >
-        {Object.entries(namedGrounds).map(([name, label]) => (
-          <option key={name} value={name}>
-            {label}
-          </option>
-        ))}
-        <option value="own">Colour</option>
-      </select>
+        entries={grounds}
+        pick={(name) => set(name === "own" ? "#808080" : name)}
+      />
       {own && (
         <input
           class="ground"

@@ -3,13 +3,13 @@ import { valueText } from "../document/display";
 import { keyId, partsOf, type KeyId } from "../document/edits";
 import { valueAt, type Easing, type Scene, type Track } from "../document/scene";
 import { readable, timelineHeight, type State } from "../document/state";
-import { frameAt, scrolled, xOf, zoomed } from "../document/timescale";
+import { frameAt, framesPerPixel, scrolled, xOf, zoomed } from "../document/timescale";
 import { copy, deleteSelection, paste } from "./commands";
 import { ContextMenu, type MenuItem } from "./ContextMenu";
 import { Curve } from "./Curve";
 import { commonEasing, easingNames } from "./EasingSelect";
 import { classes, drag, hold, useSession, useSize } from "./hooks";
-import { addKeyAt, dragKeys, selectInBox, walkKeys } from "./keyGestures";
+import { addKeyAt, dragKeys, goToKey, selectInBox, snapping, walkKeys } from "./keyGestures";
 import { Lane, type LaneKey } from "./Lane";
 import { Ruler } from "./Ruler";
 import { Transport } from "./Transport";
@@ -126,7 +126,7 @@ function useTimeWheel(area: { current: HTMLDivElement | null }, state: State): v
       const { time } = latest.current;
       const box = element.getBoundingClientRect();
       const onRuler = event.clientY - box.top < 24;
-      const perPixel = (time.to - time.from) / element.clientWidth;
+      const perPixel = framesPerPixel(time, element.clientWidth);
       if (event.ctrlKey || onRuler) {
         const at = frameAt(time, element.clientWidth, event.clientX - box.left);
         session.update({ time: zoomed(time, at, Math.exp(event.deltaY * 0.0015)) });
@@ -164,7 +164,7 @@ function Summary({ state, tracks, width }: Omit<StackProps, "openMenu">) {
     easing: null,
   }));
   return (
-    <div class="lane summary">
+    <div class="lane summary" onDblClick={(event) => goToKey(session, event)}>
       <Lane
         time={state.time}
         width={width}
@@ -190,10 +190,10 @@ function StretchBar({ state, width }: { state: State; width: number }) {
     event.preventDefault();
     const base = session.edit();
     const chosen = session.state.selection;
-    const perPixel = (state.time.to - state.time.from) / width;
+    const stop = snapping(session, chosen, width);
     hold(event, session.gesture, {
       move: (dx) => {
-        const factor = Math.max(0.01, (moving + dx * perPixel - pivot) / (moving - pivot));
+        const factor = Math.max(0.01, (stop(moving, dx) - pivot) / (moving - pivot));
         session.changeKeys("stretch keys", base.stretchKeys(chosen, pivot, factor));
       },
     });
@@ -280,7 +280,7 @@ function KeyMenu({
   close: () => void;
 }) {
   const session = useSession();
-  const common = commonEasing(state);
+  const common = commonEasing(state, state.selection);
   const easings: MenuItem[] = (Object.keys(easingNames) as Easing[]).map((easing) => ({
     label: easingNames[easing],
     checked: common === easing,

@@ -1,15 +1,16 @@
-import { clockText } from "../document/display";
+import { clockText, numberText } from "../document/display";
 import { filmRange, filmRate, playRange, type State } from "../document/state";
 import { deleteSelection, fitTime } from "./commands";
 import { EasingSelect } from "./EasingSelect";
-import { useSession } from "./hooks";
+import { tidy } from "../document/writing";
+import { classes, useSession } from "./hooks";
 import { Icon } from "./icons";
 import { NumberField } from "./NumberField";
 
 /** Play, the clock, loop and what concerns the selected keys. */
 export function Transport({ state }: { state: State }) {
   const session = useSession();
-  const { settings, playing, selection, frame } = state;
+  const { settings, playing, frame } = state;
   const [first, last] = playRange(state);
   const end = filmRange(state)[1];
   const rate = filmRate(state);
@@ -58,12 +59,14 @@ export function Transport({ state }: { state: State }) {
       >
         <Icon name="last" />
       </button>
-      <span class="clock">
+      <span
+        class={classes("clock", settings.asTime && "long")}
+        title="Frame at the playhead (G: another one)"
+      >
         <NumberField
           label="Current frame"
           value={frame}
           shown={settings.asTime ? clockText(frame, rate) : String(frame)}
-          step={1}
           commit={(next) => session.goTo(next)}
         />
         <span>/ {settings.asTime ? clockText(end, rate) : end}</span>
@@ -74,7 +77,8 @@ export function Transport({ state }: { state: State }) {
         onClick={toggle("loop")}
       >
         <Icon name="loop" />
-        {state.loopRange ? `Loop ${first}–${last}` : "Loop"}
+        <span class={state.loopRange ? "wordy" : undefined}>Loop</span>
+        {state.loopRange && loopText(state.loopRange, settings.asTime ? rate : 0)}
       </button>
       {state.loopRange && (
         <button
@@ -86,7 +90,7 @@ export function Transport({ state }: { state: State }) {
         </button>
       )}
       <span class="space" />
-      {selection.size > 0 && <SelectionTools state={state} />}
+      <KeyTools state={state} />
       <button
         class="square"
         aria-label="Snap"
@@ -109,21 +113,28 @@ export function Transport({ state }: { state: State }) {
   );
 }
 
-function SelectionTools({ state }: { state: State }) {
+/** The ends of the loop, in frames or, at a rate, in seconds. */
+function loopText([first, last]: readonly [number, number], rate: number): string {
+  const words = (frame: number) => (rate > 0 ? numberText(tidy(frame / rate, 2)) : String(frame));
+  return `${words(first)}–${words(last)}${rate > 0 ? " s" : ""}`;
+}
+
+/** What concerns the keys in hand. */
+function KeyTools({ state }: { state: State }) {
   const session = useSession();
-  const count = state.selection.size;
   return (
     <span class="selected">
-      <span class="quiet">{count === 1 ? "1 key" : `${count} keys`}</span>
       <EasingSelect state={state} />
-      <button
-        class="square"
-        aria-label="Delete the selected keys"
-        title="Delete"
-        onClick={() => deleteSelection(session)}
-      >
-        <Icon name="bin" />
-      </button>
+      {state.selection.size > 0 && (
+        <button
+          class="square"
+          aria-label="Delete the selected keys"
+          title="Delete"
+          onClick={() => deleteSelection(session)}
+        >
+          <Icon name="bin" />
+        </button>
+      )}
     </span>
   );
 }

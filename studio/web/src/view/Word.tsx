@@ -1,7 +1,8 @@
 import { useEffect, useState } from "preact/hooks";
 import type { SceneShape, ShapeOptions } from "../document/scene";
 import { classes, useSession } from "./hooks";
-import { Choice, Flag, Measure, useOption } from "./options";
+import { Choice, Choices, Flag, Measure, useOption } from "./options";
+import { namedAs, Select } from "./Select";
 
 /** A word that becomes the shape, and how it is written. */
 export function Word({ shape }: { shape: SceneShape }) {
@@ -57,37 +58,24 @@ function WritingOptions({ text, options }: { text: string; options: ShapeOptions
   const pen = options.singleStroke === true;
   const hands = Object.fromEntries((letters?.hands ?? []).map((hand) => [hand, hand]));
   return (
-    <div class="choices">
+    <Choices options={options}>
       {pen ? (
-        <Choice
-          options={options}
-          name="hand"
-          label="Hand"
-          entries={{ cursive: "cursive", ...hands }}
-        />
+        <Choice name="hand" label="Hand" entries={{ cursive: "cursive", ...hands }} />
       ) : (
         <Font options={options} families={letters?.families ?? []} />
       )}
-      <Flag options={options} name="singleStroke" label="Single stroke" usual={false} />
+      <Flag name="singleStroke" label="Single stroke" usual={false} />
       {text.includes("\n") && (
         <>
           <Choice
-            options={options}
             name="align"
             label="Align"
             entries={{ left: "Left", center: "Centre", right: "Right" }}
           />
-          <Measure
-            options={options}
-            name="lineHeight"
-            label="Line height"
-            usual={1.2}
-            unit=""
-            step={0.1}
-          />
+          <Measure name="lineHeight" label="Line height" usual={1.2} unit="" step={0.1} />
         </>
       )}
-    </div>
+    </Choices>
   );
 }
 
@@ -117,22 +105,12 @@ function Font({ options, families }: { options: ShapeOptions; families: readonly
   );
   return (
     <span class="font">
-      <select
-        class="select"
-        aria-label="Font"
+      <Select
+        label="Font"
         value={family}
-        onChange={(event) => {
-          set([event.currentTarget.value, ...words].join(":"));
-          event.currentTarget.blur();
-        }}
-      >
-        {!families.includes(family) && <option value={family}>{family}</option>}
-        {families.map((each) => (
-          <option key={each} value={each}>
-            {each}
-          </option>
-        ))}
-      </select>
+        entries={namedAs(families)}
+        pick={(next) => set([next, ...words].join(":"))}
+      />
       {style("bold", "B")}
       {style("italic", "I")}
     </span>

@@ -2,7 +2,7 @@
 
 import { keyId, partsOf, type KeyId } from "../document/edits";
 import type { Session } from "../document/session";
-import { filmRange, playRange, readable } from "../document/state";
+import { playRange, readable, wholeFilm } from "../document/state";
 import { interchangeable } from "../document/edits";
 import { valueAt } from "../document/scene";
 
@@ -122,12 +122,11 @@ function markLoop(edge: 0 | 1) {
 
 export function fitTime(session: Session): void {
   const { selection } = session.state;
-  const [first, last] = filmRange(session.state);
+  const whole = wholeFilm(session.state);
   const frames = [...selection].map((id) => partsOf(id).frame);
   const chosen = new Set(frames).size > 1;
-  const from = chosen ? Math.min(...frames) : first;
-  const to = chosen ? Math.max(...frames) : Math.max(last, first + 1);
-  session.update({ time: { from, to } });
+  const time = chosen ? { from: Math.min(...frames), to: Math.max(...frames) } : whole;
+  session.update({ time });
 }
 
 function toggleSetting(
@@ -144,12 +143,20 @@ function zoom(kind: string) {
 }
 
 function focusSearch(): void {
-  document.querySelector<HTMLInputElement>("#find")?.focus();
+  const find = document.querySelector<HTMLInputElement>("#find");
+  find?.focus();
+  find?.select();
+}
+
+/** Into the field of a row, or its menu or switch, where it is in sight of the filters. */
+export function focusRow(place: Element | null): void {
+  place?.querySelector<HTMLElement>("input, select, [role=switch]")?.focus();
 }
 
 function escape(session: Session): void {
   if (session.state.panel) session.update({ panel: null });
   else if (session.state.selection.size > 0) session.select(new Set());
+  else if (session.state.filter.search) session.search("");
   else if (document.activeElement instanceof HTMLElement) document.activeElement.blur();
 }
 
@@ -174,11 +181,23 @@ export const commands: Command[] = [
     group: "Play",
     run: (session) => session.goTo(playRange(session.state)[1]),
   },
+  {
+    keys: ["g"],
+    label: "Go to a frame",
+    group: "Play",
+    run: () => document.querySelector<HTMLElement>(".clock input")?.focus(),
+  },
   { keys: ["i"], label: "Loop starts here", group: "Play", run: markLoop(0) },
   { keys: ["o"], label: "Loop ends here", group: "Play", run: markLoop(1) },
   { keys: ["Shift+L"], label: "Loop on, off", group: "Play", run: toggleSetting("loop") },
   { keys: [","], label: "Key before", group: "Keys", run: toKey(-1) },
   { keys: ["."], label: "Key after", group: "Keys", run: toKey(1) },
+  {
+    keys: ["Enter"],
+    label: "Type a value for the row last used",
+    group: "Keys",
+    run: () => focusRow(document.querySelector(".row.active")),
+  },
   { keys: ["s"], label: "Key on the row last used", group: "Keys", run: keyOnActiveRow },
   { keys: ["a"], label: "Auto-key on, off", group: "Keys", run: toggleSetting("autoKey") },
   {

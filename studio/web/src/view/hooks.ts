@@ -94,6 +94,26 @@ export function hold(
   drag(event, { move, end, threshold });
 }
 
+/** For a field whose text is marked when it gets the focus, so that typing replaces it. */
+export function useMarking(focused: (field: HTMLInputElement) => void) {
+  const pressed = useRef(false);
+  return {
+    onPointerDown: ({ currentTarget }: { currentTarget: HTMLInputElement }) => {
+      pressed.current = document.activeElement !== currentTarget;
+    },
+    onFocus: ({ currentTarget }: { currentTarget: HTMLInputElement }) => {
+      focused(currentTarget);
+      currentTarget.select();
+    },
+    // The press that gave the focus put the caret, unless it went on to mark a part.
+    onClick: ({ currentTarget }: { currentTarget: HTMLInputElement }) => {
+      const caret = currentTarget.selectionStart === currentTarget.selectionEnd;
+      if (pressed.current && caret) currentTarget.select();
+      pressed.current = false;
+    },
+  };
+}
+
 /** The way in which an arrow key moves a value: 1, -1, or 0 for any other key. */
 export function arrowDirection(event: KeyboardEvent): number {
   if (event.altKey) return 0;

@@ -5,7 +5,7 @@ import { readable } from "../document/state";
 import type { Track } from "../document/scene";
 import type { Session } from "../document/session";
 import type { Row } from "../document/table";
-import { frameAt, margin, snapped, xOf } from "../document/timescale";
+import { frameAt, framesPerPixel, snapped, xOf } from "../document/timescale";
 import { drag } from "./hooks";
 
 /** The selection after a press on keys: added to with Shift or Ctrl, kept when they are in it. */
@@ -30,16 +30,13 @@ export function dragKeys(session: Session, event: PointerEvent, ids: KeyId[], wi
   if (!ids.every((id) => chosen.has(id))) return;
   const base = session.edit();
   const grabbed = partsOf(ids[0]!).frame;
-  const targets = snapTargets(session, chosen);
-  const { time, settings } = session.state;
-  const perPixel = (time.to - time.from) / (width - 2 * margin);
+  const stop = snapping(session, chosen, width);
   const single = event.shiftKey || event.ctrlKey ? chosen : new Set(ids);
   session.beginGesture();
   drag(event, {
     threshold: 3,
     move: (dx) => {
-      const reach = settings.snap ? perPixel * 6 : 0;
-      const target = Math.max(0, snapped(grabbed + dx * perPixel, targets, reach));
+      const target = Math.max(0, stop(grabbed, dx));
       session.changeKeys(
         chosen.size > 1 ? "move keys" : "move a key",
         base.moveKeys(chosen, target - grabbed),
@@ -87,6 +84,19 @@ function neighbourOf(sign: Element, arrow: string): SVGElement | undefined {
   return [...next].sort((a, b) => distance(a) - distance(b))[0];
 }
 
+/** Where a key at a frame comes to stand when it is dragged by so many pixels. */
+export function snapping(
+  session: Session,
+  moving: ReadonlySet<KeyId>,
+  width: number,
+): (frame: number, dx: number) => number {
+  const { time, settings } = session.state;
+  const perPixel = framesPerPixel(time, width);
+  const targets = snapTargets(session, moving);
+  const reach = settings.snap ? perPixel * 6 : 0;
+  return (frame, dx) => snapped(frame + dx * perPixel, targets, reach);
+}
+
 function snapTargets(session: Session, moving: ReadonlySet<KeyId>): number[] {
   const targets = [session.state.frame];
   readable(session.state)?.tracks.forEach((track) => {
@@ -97,6 +107,13 @@ function snapTargets(session: Session, moving: ReadonlySet<KeyId>): number[] {
   return targets;
 }
 
+/** A double click on a key takes the playhead there; false where there is none. */
+export function goToKey(session: Session, { target }: MouseEvent): boolean {
+  const sign = target instanceof Element ? target.closest<SVGElement>(".keysign") : null;
+  if (sign) session.goTo(Number(sign.dataset.frame));
+  return sign !== null;
+}
+
 /** A double click on a lane sets a key there. */
 export function addKeyAt(
   session: Session,
@@ -104,7 +121,7 @@ export function addKeyAt(
   row: Row,
   width: number,
 ): void {
-  if (event.target instanceof Element && event.target.closest(".keysign")) return;
+  if (goToKey(session, event)) return;
   const x = event.clientX - event.currentTarget.getBoundingClientRect().left;
   const frame = Math.max(0, Math.round(frameAt(session.state.time, width, x)));
   session.change(`set key of ${row.label}`, session.edit().addKey(row, frame));

@@ -8,6 +8,49 @@ import { closeAll, openStudio, orbel } from "../support/studio.mjs";
 
 after(closeAll);
 
+const scene = JSON.stringify({
+  orbel: 1,
+  size: [320, 180],
+  frames: [0, 30],
+  parameters: {
+    Presets: "Basic Star",
+    End: {
+      keys: [
+        [0, 10],
+        [30, 100],
+      ],
+    },
+  },
+});
+
+test("the page lets go of what it no longer shows", async () => {
+  const studio = await openStudio({ text: scene });
+  const { page } = studio;
+  const tools = await studio.context.newCDPSession(page);
+  await tools.send("Performance.enable");
+  const kept = async () => {
+    await tools.send("HeapProfiler.collectGarbage");
+    const { metrics } = await tools.send("Performance.getMetrics");
+    return metrics.find(({ name }) => name === "Nodes").value;
+  };
+  const round = async () => {
+    await studio.drag(studio.row("ScaleX").locator(".slider"), 20, 0);
+    await page.keyboard.press(" ");
+    await page.waitForFunction(
+      () => Number(document.querySelector('[aria-label="Current frame"]').value) > 3,
+    );
+    await page.keyboard.press(" ");
+    await page.keyboard.press("Home");
+    await page.locator(".bead.end").waitFor();
+    await studio.settled();
+  };
+  for (let count = 0; count < 3; count++) await round();
+  const before = await kept();
+  for (let count = 0; count < 4; count++) await round();
+  assert.ok((await kept()) < before + 20, `${await kept()} nodes after ${before}`);
+  await studio.close();
+});
+
 test("an empty scene becomes a film, the one that orbel render makes", async () => {
   const studio = await openStudio();
   const { page } = studio;
@@ -46,7 +89,7 @@ test("an empty scene becomes a film, the one that orbel render makes", async () 
     await route.fulfill({ response });
   });
   await page.getByRole("button", { name: "Export petals.mp4" }).click();
-  await page.locator(".job.done").waitFor({ timeout: 30_000 });
+  await page.locator(".job.done").waitFor({ timeout: 120_000 });
   await page.unrouteAll({ behavior: "wait" });
   await page.locator(".job.done").waitFor();
 

@@ -182,8 +182,15 @@ test("handles on the picture move what they stand for", async () => {
   await page.locator(".bead.end").focus();
   await page.keyboard.press("ArrowLeft");
   assert.equal((await studio.parameters()).End, 99);
+  // The bead goes where the server says, some time after the picture.
+  const measured = page.waitForResponse(
+    (answer) =>
+      answer.url().endsWith("/api/path") &&
+      answer.request().postDataJSON().text.includes('"End": 60'),
+  );
   await studio.type("End", "60");
-  await studio.settled();
+  await measured;
+  await page.evaluate(() => new Promise((done) => setTimeout(done, 100)));
   await studio.drag(page.locator(".bead.end > circle").last(), 60, 0);
   await studio.undoIs("drag End");
   const { End } = await studio.parameters();

@@ -93,6 +93,8 @@ test("easing, copies, the curve and deleting", async () => {
   await page.keyboard.press("Delete");
   assert.equal((await studio.parameters()).End.keys.length, 2);
 
+  await studio.key("End", 60).dblclick();
+  assert.equal(await page.getByLabel("Current frame").inputValue(), "60");
   await page.locator('[data-lane="End"]').dblclick({ position: { x: 30, y: 12 } });
   assert.equal((await studio.parameters()).End.keys.length, 3);
   await page.keyboard.press("Control+z");

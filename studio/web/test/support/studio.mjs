@@ -116,7 +116,7 @@ export class Studio {
 
   /** Waits for the exact picture of what is set. */
   async settled(page = this.page) {
-    await page.locator('.screen[aria-busy="false"]').waitFor({ timeout: 20_000 });
+    await page.locator('.screen[aria-busy="false"]').waitFor({ timeout: 60_000 });
   }
 
   /** Waits until a row's number field reads so. */
@@ -126,7 +126,7 @@ export class Studio {
     const element = await field.elementHandle();
     await this.page
       .waitForFunction(([input, wanted]) => input.value === wanted, [element, text], {
-        timeout: 10_000,
+        timeout: 30_000,
       })
       .catch(async () => {
         throw new Error(`${name} shows ${await field.inputValue()}, not ${text}`);

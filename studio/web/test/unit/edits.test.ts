@@ -1,6 +1,6 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
-import { interchangeable, keyId, type KeyId } from "../../src/document/edits";
+import { Editor, interchangeable, keyId, type KeyId } from "../../src/document/edits";
 import { disabledRows, passes } from "../../src/document/rules";
 import { valueAt, type Scene } from "../../src/document/scene";
 import type { Value } from "../../src/document/table";
@@ -80,6 +80,20 @@ test("moved keys keep their text, and one that lands on another takes its place"
   assert.deepEqual([...moved.selection], ["38@10"]);
   const landed = editor().moveKeys(ids("End", 0), 45);
   assert.equal(landed.text, changed('[0, 0.0, "ease"], [45.0, 1e2]', '[45, 0.0, "ease"]'));
+});
+
+test("a new key eases as is wished, and inside a stretch as the stretch did", () => {
+  const easing = (row: string, frame: number) => {
+    const hold = new Editor(scene, table, "hold");
+    const text = hold.setValue(named(row), frame, 7, true);
+    return editor(text)
+      .keysOf(named(row))
+      .find((key) => key.frame === frame)?.easing;
+  };
+  assert.equal(easing("Thickness", 5), "hold");
+  assert.equal(easing("End", 60), "hold");
+  assert.equal(easing("End", 20), "ease");
+  assert.equal(easing("End", 0), "ease");
 });
 
 test("keys of several rows stretch, copy and paste together", () => {
