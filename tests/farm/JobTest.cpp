@@ -120,22 +120,22 @@ TEST_F(JobTest, saysWhatTwoJobsDifferIn) {
 }
 
 TEST_F(JobTest, looksWhetherItsFilesHaveChanged) {
-    EXPECT_THAT(changesSince(m_job), IsEmpty());
+    EXPECT_THAT(changesSince(m_job, m_job.frames), IsEmpty());
     const std::string picture = m_folder / "in-10.raw";
     const auto later = [&] {
         fs::last_write_time(picture, fs::file_time_type::clock::now() + std::chrono::hours(1));
     };
     later();
-    EXPECT_THAT(changesSince(m_job), IsEmpty()); // the same bytes again
+    EXPECT_THAT(changesSince(m_job, m_job.frames), IsEmpty()); // the same bytes again
     writeBytes(picture, "IN-10.raw");
     later();
     fs::remove(m_folder / "shape.svg");
     m_job.build = "a";
-    EXPECT_THAT(changesSince(m_job),
+    EXPECT_THAT(changesSince(m_job, m_job.frames),
                 ElementsAre("the program (a)", "the file " + picture,
                             "the file " + (m_folder / "shape.svg") + ", which is gone"));
     writeBytes(picture, "other");
-    EXPECT_THAT(changesSince(m_job)[1], "the file " + picture);
+    EXPECT_THAT(changesSince(m_job, m_job.frames)[1], "the file " + picture);
 }
 
 TEST_F(JobTest, trustsWhatIsKnownOfAFileOfTheSameSizeAndTime) {
