@@ -36,7 +36,9 @@ std::string lastLine(std::string text) {
 
 [[noreturn]] void refuse(const std::string& command, const std::string& words,
                          const std::string& remedy = lookAtIt) {
-    throw MediaError("Slurm", command, "it refuses: " + lastLine(words), remedy,
+    const std::string why = lastLine(words);
+    throw MediaError("Slurm", command,
+                     why.empty() ? "it fails without a word" : "it refuses: " + why, remedy,
                      MediaError::Passing);
 }
 

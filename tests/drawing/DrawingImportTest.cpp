@@ -267,10 +267,10 @@ TEST(DrawingImport, drawsLettersWithAllTheyWear) {
         {"<text " + mono + "y='40' text-decoration='overline'>H</text>",
          "0.0 21.0 12.0 21.9;1.3 25.4 10.7 40.0;"},
         {"<text " + mono + "y='40' text-decoration='line-through' x='0 40'>HH</text>",
-         "0.0 34.3 12.0 35.3;40.0 34.3 52.0 35.3;1.3 25.4 10.7 40.0;41.3 25.4 50.7 40.0;"},
+         "1.3 25.4 10.7 40.0;41.3 25.4 50.7 40.0;0.0 34.4 12.0 35.3;40.0 34.4 52.0 35.3;"},
         {"<text " + mono +
              "y='40' text-decoration='underline' rotate='90' baseline-shift='5'>H</text>",
-         "4.2 40.0 5.0 52.0;5.0 41.3 19.6 50.7;"},
+         "-0.8 35.0 0.0 47.0;0.0 36.3 14.6 45.7;"},
         {"<text " + mono +
              "y='40'>H<tspan opacity='0'>H</tspan><tspan fill='none'>H</tspan>H</text>",
          "1.3 25.4 10.7 40.0;37.5 25.4 46.8 40.0;"},
@@ -284,7 +284,7 @@ TEST(DrawingImport, drawsLettersWithAllTheyWear) {
         {"<text " + sans + "y='40'>IVAI</text>",
          "2.0 25.4 3.9 40.0;6.1 25.4 19.4 40.0;22.5 27.4 27.8 34.6;18.5 25.4 31.8 40.0;33.9 25.4 "
          "35.9 40.0;"},
-        {"<text " + sans + "y='40' font-kerning='none'>IVAI</text>",
+        {"<text " + sans + "y='40' style='font-kerning:none'>IVAI</text>",
          "2.0 25.4 3.9 40.0;6.1 25.4 19.4 40.0;23.7 27.4 29.1 34.6;19.7 25.4 33.1 40.0;35.2 25.4 "
          "37.2 40.0;"},
         {"<text " + sans + "y='40'>fi</text>", "0.5 24.8 10.7 40.0;8.9 24.8 10.7 27.1;"},

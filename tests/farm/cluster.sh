@@ -179,7 +179,7 @@ wait_for_end
 same
 
 begin node mp4
-wait_for running 2
+wait_for done 2
 kill -9 "$(cat "$work/cluster/slurmd-n2.pid")"
 wait_for_end
 [ -f "$film" ] || { "$program" farm resume "$job" >/dev/null; wait_for_end; }
