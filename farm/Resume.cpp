@@ -45,8 +45,10 @@ public:
         }
         // What an earlier run has left is not coded again before there is anything new: a run that
         // is killed early, time and again, would come no further.
-        const std::unique_ptr<FilmAssembly> whole =
-            m_kept == 0 ? beginFilm(m_job, *m_plan, m_options) : nullptr;
+        std::unique_ptr<FilmAssembly> whole;
+        if (m_kept == 0) {
+            whole = beginFilm(m_job, *m_plan, m_options);
+        }
         m_options.film = whole.get();
         for (const long chunk : missing) {
             FilmResult film = renderChunk(m_job, m_plan, chunk, m_options, m_callbacks);
