@@ -268,6 +268,7 @@ test("two tabs: the one that comes second is asked, not overwritten", async () =
 
 test("Ctrl-C ends the program when the page has written what is not saved", async () => {
   const studio = await openStudio({ text });
+  await studio.page.waitForTimeout(1000); // it listens a moment after it shows
   await studio.type("Feather", "40");
   await studio.server.end();
   await studio.notice("link").waitFor();
