@@ -19,6 +19,7 @@
 #include <initializer_list>
 #include <map>
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace orbel {
@@ -211,9 +212,10 @@ private:
             name.erase(std::remove_if(name.begin(), name.end(),
                                       [](char c) { return c == '"' || c == '\'' || c == ' '; }),
                        name.end());
-            if (const auto found = identified().find(name); found != m_identified.end() &&
-                                                            isNamed(found->second, property) &&
-                                                            isVoid(found->second)) {
+            const auto& elements = identified();
+            if (const auto found = elements.find(name); found != elements.end() &&
+                                                        isNamed(found->second, property) &&
+                                                        isVoid(found->second)) {
                 return true;
             }
         }
@@ -232,14 +234,15 @@ private:
 
     /// The elements by "#" and their identifiers.
     const std::map<std::string, const xmlNode*, std::less<>>& identified() {
-        if (m_identified.empty()) {
+        if (!m_identified) {
+            m_identified.emplace();
             forEachElement(m_root, [this](const xmlNode* node) {
                 if (const auto id = attributeOf(node, "id")) {
-                    m_identified.emplace("#" + *id, node);
+                    m_identified->emplace("#" + *id, node);
                 }
             });
         }
-        return m_identified;
+        return *m_identified;
     }
 
     /// What a pattern repeats is no outline, and the recording may fail on it; so only its being
@@ -319,7 +322,7 @@ private:
     XmlTree m_tree;
     xmlNode* m_root;
     DrawingDocument m_result;
-    std::map<std::string, const xmlNode*, std::less<>> m_identified;
+    std::optional<std::map<std::string, const xmlNode*, std::less<>>> m_identified; // once asked
     std::vector<xmlNode*> m_patterns; // those with tiles of their own
     std::size_t m_drawn = 0;
     std::size_t m_pictures = 0;

@@ -97,16 +97,12 @@ FilmResult failed(const Job& job, Problem problem, bool passing) {
     return film;
 }
 
-FilmResult finish(FilmAssembly* film) {
-    film->finish();
-    return {};
-}
-
 FilmResult join(const Job& job, const WriterSpec& spec, FilmAssembly* film,
                 const FilmCallbacks& callbacks) {
     try {
         if (film != nullptr) {
-            return finish(film);
+            film->finish();
+            return {};
         }
         return job.kind() == PartKind::Pictures ? placePictures(job, callbacks)
                                                 : assemble(job, spec, callbacks);
